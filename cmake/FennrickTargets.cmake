@@ -1,0 +1,39 @@
+# One static library per source folder: every .cpp directly in the folder, headers beside them.
+# Includes are written from src/, e.g. #include "platform/ini_file.hpp".
+function(fnrk_library name)
+    cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+    add_library(${name} STATIC ${sources})
+    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+    target_link_libraries(${name} PUBLIC ${ARG_DEPS})
+endfunction()
+
+# One GoogleTest program per test folder: every .cpp directly in the folder.
+# Tests get FNRK_SHARED_DIR (the fixtures), FNRK_TEST_BINARY_DIR and FNRK_CLI_PATH defined;
+# NEEDS_CLI makes the program wait for the `fennrick` command to be built.
+function(fnrk_tests name)
+    cmake_parse_arguments(ARG "NEEDS_CLI" "" "DEPS;LABELS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE ${ARG_DEPS} fnrk_testing GTest::gtest_main GTest::gmock)
+    target_compile_definitions(${name} PRIVATE
+        FNRK_SHARED_DIR="${FNRK_SHARED_DIR}"
+        FNRK_TEST_BINARY_DIR="${CMAKE_CURRENT_BINARY_DIR}"
+        FNRK_CLI_PATH="$<TARGET_FILE:fennrick>")
+    if(ARG_NEEDS_CLI)
+        add_dependencies(${name} fennrick)
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS "${ARG_LABELS}")
+endfunction()
+
+# Adds every sub-folder that has its own CMakeLists.txt.
+function(fnrk_add_subfolders)
+    file(GLOB children LIST_DIRECTORIES true RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}"
+         CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*")
+    list(SORT children)
+    foreach(child ${children})
+        if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${child}/CMakeLists.txt")
+            add_subdirectory(${child})
+        endif()
+    endforeach()
+endfunction()

@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Installs the Debian packages the build and the tests need (as root, or through sudo).
+set -euo pipefail
+packages=(
+    cmake ninja-build g++ clang pkg-config
+    libgtest-dev libgmock-dev libbenchmark-dev
+    libcli11-dev libfmt-dev libsqlite3-dev libssl-dev libxml2-dev libpq-dev
+    libxml2-utils default-jre-headless libsaxonhe-java python3-dbfread
+)
+missing=()
+for package in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" \
+        || missing+=("$package")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+    sudo=""
+    [ "$(id -u)" -eq 0 ] || sudo="sudo"
+    echo "Installing: ${missing[*]}"
+    $sudo apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi

@@ -1,0 +1,23 @@
+#include <exception>
+#include <iostream>
+
+#include "cli/command_registry.hpp"
+
+int main(int argc, char** argv) {
+    CLI::App app{"fennrick: the Fennrick function library on the command line"};
+    app.set_version_flag("--version", std::string("fennrick ") + FNRK_VERSION);
+    app.require_subcommand(1);
+    fnrk::cli::SetUpCommands(app);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error);
+    } catch (const fnrk::cli::CommandFailure& failure) {
+        std::cerr << "fennrick: " << failure.what() << "\n";
+        return failure.exitCode();
+    } catch (const std::exception& error) {
+        std::cerr << "fennrick: " << error.what() << "\n";
+        return 1;
+    }
+    return 0;
+}
