@@ -5,6 +5,7 @@ packages=(
     cmake ninja-build g++ clang pkg-config
     libgtest-dev libgmock-dev libbenchmark-dev
     libcli11-dev libfmt-dev libsqlite3-dev libssl-dev libxml2-dev libpq-dev
+    nlohmann-json3-dev
     libxml2-utils default-jre-headless libsaxonhe-java python3-dbfread
 )
 missing=()
