@@ -37,7 +37,10 @@ double RoundHalfEven(double value, int decimals);
 // Formats a number with a classic Format pattern made of "0", "#" and one ".":
 // "#0.00" -> "1234.50", "0#" -> "07", "#.#" -> "3.1", "0.0000". The decimal separator is always
 // ".", whatever the process locale; no thousands separator; the value is rounded half away from
-// zero at the pattern's decimals as the classic Format does. A negative value gets a leading "-".
+// zero at the pattern's decimals as the classic Format does (on the 15-digit decimal form of the
+// double, so 1.005 gives "1.01"). A negative value gets a leading "-" unless it rounds to zero. A
+// pattern with "." always shows the point ("#.#" of 3 is "3."). Text before and after the
+// placeholders is kept ("0.00 EUR").
 std::string FormatNumber(double value, std::string_view pattern);
 
 }  // namespace fnrk::platform
