@@ -1,0 +1,350 @@
+#include "tables/sql_database.hpp"
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "backend/connection_xml.hpp"
+#include "platform/text.hpp"
+
+namespace fnrk::tables {
+
+namespace {
+
+using engine::Handle;
+using engine::Status;
+
+constexpr Handle kRange = backend::kBackendHandleRange;
+constexpr Handle kUserDatabase = 300'000;
+constexpr Handle kOrgDatabase = 600'000;
+constexpr Handle kFirstArchiveHandle = 1'200'000;
+constexpr std::string_view kSqlMarker = "<SQL>";
+constexpr std::string_view kDirMarker = "<DIR>";
+
+bool Contains(std::string_view text, std::string_view part) {
+    return text.find(part) != std::string_view::npos;
+}
+
+std::string_view AfterDirMarker(std::string_view path) {
+    auto at = path.find(kDirMarker);
+    return at == std::string_view::npos ? path : path.substr(at + kDirMarker.size());
+}
+
+// A dossier's parameter table in a folder marked as SQL-kept by "FRSQL.DBF".
+bool IsSqlKeptParameterTable(std::string_view path) {
+    std::string_view file = AfterDirMarker(path);
+    if (!Contains(platform::UpperCase(file), "_PARAM.DBF")) return false;
+    std::error_code ignored;
+    auto folder = std::filesystem::path(std::string(file)).parent_path();
+    return std::filesystem::exists(folder / "FRSQL.DBF", ignored);
+}
+
+}  // namespace
+
+SqlDatabase::SqlDatabase(engine::Operations& engine, BackendFactory makeBackend)
+    : engine_(engine), makeBackend_(std::move(makeBackend)) {}
+
+backend::SqlBackend* SqlDatabase::Backend(BackendSlot slot) const {
+    int index = static_cast<int>(slot);
+    if (index < 4) return singles_[index].get();
+    const auto& archive = archives_[index - 4];
+    return archive ? archive->FRDataBase.get() : nullptr;
+}
+
+ArchiveBackend* SqlDatabase::Archive(int index) const {
+    if (index < 0 || index >= kArchiveSlots) return nullptr;
+    return archives_[index].get();
+}
+
+ArchiveBackend& SqlDatabase::CreateArchiveBackend(int index, std::string_view folder,
+                                                  std::string_view tempPath) {
+    if (index < 0 || index >= kArchiveSlots) {
+        throw std::out_of_range("Archive slot " + std::to_string(index) +
+                                " is out of range (0 to 4)");
+    }
+    auto slot = std::make_unique<ArchiveBackend>();
+    slot->FRDataBase = makeBackend_();
+    slot->FRDataBase->handleStart(kFirstArchiveHandle + index * kRange);
+    slot->FRDataBase->ShowDeleted(false);
+    slot->FRDataBase->SetDateFormat("DD/MM/YYYY");
+    slot->FRDataBase->SetEpoch(2000);
+    slot->Path = ArchiveFolder(std::string(folder));
+    slot->TempPath = tempPath;
+    archives_[index] = std::move(slot);
+    return *archives_[index];
+}
+
+// --- routing
+
+BackendSlot SqlDatabase::SlotOfHandle(Handle handle) {
+    return static_cast<BackendSlot>(handle / kRange);
+}
+
+bool SqlDatabase::MatchPath(std::string_view path, BackendSlot& slot) const {
+    if (!sqlRootPath_.empty() && Contains(path, sqlRootPath_)) {
+        slot = BackendSlot::Origin;
+        return true;
+    }
+    // Only slots 0 to 3 own a handle range, so only they can serve a path.
+    for (int index = 0; index < 4; ++index) {
+        const auto& archive = archives_[index];
+        if (archive && !archive->Path.empty() && Contains(path, archive->Path)) {
+            slot = static_cast<BackendSlot>(static_cast<int>(BackendSlot::Archive0) + index);
+            return true;
+        }
+    }
+    if (!orgPath_.empty() && Contains(path, orgPath_)) {
+        slot = BackendSlot::Org;
+        return true;
+    }
+    if (IsSqlKeptParameterTable(path)) {
+        slot = BackendSlot::User;
+        return true;
+    }
+    if (!dossierFolder_.empty() && Contains(path, dossierFolder_)) {
+        slot = BackendSlot::Folder;
+        return true;
+    }
+    return false;
+}
+
+engine::Operations* SqlDatabase::Owner(Handle handle, std::string_view path) {
+    if (handle >= engine::kEngineHandleStart) return &engine_;
+    if (handle >= 1) return Backend(SlotOfHandle(handle));
+    if (platform::Trim(path).empty()) return &engine_;
+    BackendSlot slot;
+    // A backend that matches but is not connected leaves the call to the engine.
+    if (MatchPath(path, slot) && IsConnected(slot)) return Backend(slot);
+    return &engine_;
+}
+
+// --- connections
+
+backend::SqlBackend& SqlDatabase::BackendForConnect(BackendSlot slot) {
+    int index = static_cast<int>(slot);
+    if (index >= 4) {
+        auto& archive = archives_[index - 4];
+        if (!archive) CreateArchiveBackend(index - 4, "", "");
+        return *archive->FRDataBase;
+    }
+    auto& single = singles_[index];
+    if (!single) {
+        single = makeBackend_();
+        single->handleStart(index * kRange);
+    }
+    return *single;
+}
+
+std::string SqlDatabase::FixedDatabasePath(Handle kind, std::string_view serverPath) const {
+    const char* file = kind == kUserDatabase  ? "users.data"
+                       : kind == kOrgDatabase ? "org.data"
+                                              : nullptr;
+    if (!file || applicationFolder_.empty()) return std::string(serverPath);
+    auto description = std::filesystem::path(applicationFolder_) / file;
+    std::error_code ignored;
+    if (!std::filesystem::exists(description, ignored)) return std::string(serverPath);
+    backend::ConnectionXml reader;
+    if (!reader.Load(description.string())) return std::string(serverPath);
+    return std::string(kSqlMarker) + reader.GetConnectionString() + std::string(kDirMarker) +
+           ArchiveFolder(applicationFolder_);
+}
+
+void SqlDatabase::MarkConnected(Handle connection) {
+    if (connection < 0 || connection >= engine::kEngineHandleStart) return;
+    connected_[static_cast<int>(SlotOfHandle(connection))] = true;
+}
+
+template <class Call>
+Status SqlDatabase::ConnectThrough(std::string_view serverPath, Handle& connection, Call connect) {
+    const Handle kind = connection;
+    std::string path = FixedDatabasePath(kind, serverPath);
+    BackendSlot slot = BackendSlot::Folder;
+    bool matched = MatchPath(path, slot);
+    bool sqlWanted = Contains(path, kSqlMarker);
+    if (!sqlWanted && !(matched && IsConnected(slot))) return connect(engine_, path);
+    if (kind >= 1 && kind < engine::kEngineHandleStart) slot = SlotOfHandle(kind);
+    backend::SqlBackend& backend = BackendForConnect(slot);
+    if (backend.TypeOfConnection() != "SQL") backend.TypeOfConnection("SQL");
+    if (path.starts_with(kSqlMarker) && !Contains(path, kDirMarker)) {
+        path = platform::Trim(std::string_view(path).substr(kSqlMarker.size()));
+    }
+    Status status = connect(backend, path);
+    if (status == engine::AE_SUCCESS) MarkConnected(connection);
+    return status;
+}
+
+Status SqlDatabase::Connect26(std::string_view serverPath, std::uint16_t serverTypes,
+                              Handle& connection) {
+    return ConnectThrough(serverPath, connection,
+                          [&](engine::Operations& target, std::string_view path) {
+                              return target.Connect26(path, serverTypes, connection);
+                          });
+}
+
+Status SqlDatabase::Connect60(std::string_view serverPath, std::uint16_t serverTypes,
+                              std::string_view userName, std::string_view password,
+                              std::uint32_t options, Handle& connection) {
+    return ConnectThrough(
+        serverPath, connection, [&](engine::Operations& target, std::string_view path) {
+            return target.Connect60(path, serverTypes, userName, password, options, connection);
+        });
+}
+
+Status SqlDatabase::FindConnection25(std::string_view fullPath, Handle& connection) {
+    return ConnectThrough(fullPath, connection,
+                          [&](engine::Operations& target, std::string_view path) {
+                              return target.FindConnection25(path, connection);
+                          });
+}
+
+Status SqlDatabase::Disconnect(Handle connection) {
+    return Routed(connection, [&](engine::Operations& o) { return o.Disconnect(connection); });
+}
+
+// --- broadcasts
+
+std::vector<backend::SqlBackend*> SqlDatabase::BroadcastOrder() const {
+    std::vector<backend::SqlBackend*> order;
+    for (BackendSlot slot :
+         {BackendSlot::Org, BackendSlot::User, BackendSlot::Folder, BackendSlot::Origin}) {
+        if (auto* backend = Backend(slot)) order.push_back(backend);
+    }
+    for (const auto& archive : archives_) {
+        if (archive && archive->FRDataBase) order.push_back(archive->FRDataBase.get());
+    }
+    return order;
+}
+
+template <class Call>
+Status SqlDatabase::Broadcast(Call call) {
+    Status first = call(engine_);
+    for (backend::SqlBackend* backend : BroadcastOrder()) {
+        Status status = call(*backend);
+        if (first == engine::AE_SUCCESS) first = status;
+    }
+    return first;
+}
+
+Status SqlDatabase::SetServerType(std::uint16_t serverTypes) {
+    return Broadcast([&](engine::Operations& o) { return o.SetServerType(serverTypes); });
+}
+Status SqlDatabase::SetDateFormat(std::string_view format) {
+    return Broadcast([&](engine::Operations& o) { return o.SetDateFormat(format); });
+}
+Status SqlDatabase::SetEpoch(std::uint16_t century) {
+    return Broadcast([&](engine::Operations& o) { return o.SetEpoch(century); });
+}
+Status SqlDatabase::ShowDeleted(bool showDeleted) {
+    return Broadcast([&](engine::Operations& o) { return o.ShowDeleted(showDeleted); });
+}
+Status SqlDatabase::GetDeleted(bool& showDeleted) {
+    return Broadcast([&](engine::Operations& o) { return o.GetDeleted(showDeleted); });
+}
+Status SqlDatabase::GetVersion(std::uint32_t& major, std::uint32_t& minor, std::string& letter,
+                               std::string& description) {
+    return Broadcast(
+        [&](engine::Operations& o) { return o.GetVersion(major, minor, letter, description); });
+}
+Status SqlDatabase::GetErrorString(Status errorCode, std::string& text) {
+    return Broadcast([&](engine::Operations& o) { return o.GetErrorString(errorCode, text); });
+}
+Status SqlDatabase::RegisterCallbackFunction(ProgressCallback callback, std::uint32_t id) {
+    return Broadcast(
+        [&](engine::Operations& o) { return o.RegisterCallbackFunction(callback, id); });
+}
+Status SqlDatabase::ClearCallbackFunction() {
+    return Broadcast([&](engine::Operations& o) { return o.ClearCallbackFunction(); });
+}
+Status SqlDatabase::CacheOpenCursors(std::uint16_t count) {
+    return Broadcast([&](engine::Operations& o) { return o.CacheOpenCursors(count); });
+}
+Status SqlDatabase::CloseAllTables() {
+    return Broadcast([&](engine::Operations& o) { return o.CloseAllTables(); });
+}
+
+Status SqlDatabase::GetAllTables(std::vector<Handle>& tables) {
+    // Each backend adds its own tables to the engine's, so that a table is found by alias
+    // wherever it is kept.
+    Status first = engine_.GetAllTables(tables);
+    for (backend::SqlBackend* backend : BroadcastOrder()) {
+        std::vector<Handle> more;
+        Status status = backend->GetAllTable(more);
+        tables.insert(tables.end(), more.begin(), more.end());
+        if (first == engine::AE_SUCCESS) first = status;
+    }
+    return first;
+}
+
+Status SqlDatabase::GetNumOpenTables(std::uint16_t& count) {
+    return engine_.GetNumOpenTables(count);
+}
+
+// --- error text and configuration
+
+Status SqlDatabase::GetLastError(Status& errorCode, std::string& text) {
+    errorCode = engine::AE_SUCCESS;
+    text.clear();
+    std::string part;
+    Status first = engine_.GetLastError(errorCode, part);
+    if (!part.empty()) text = "Ads : " + part;
+    auto ask = [&](backend::SqlBackend& backend, std::string_view marker) {
+        Status code = engine::AE_SUCCESS;
+        part.clear();
+        Status status = backend.GetLastError(code, part);
+        if (first == engine::AE_SUCCESS) first = status;
+        if (errorCode == engine::AE_SUCCESS) errorCode = code;
+        if (!part.empty()) text += std::string(marker) + part;
+    };
+    const std::pair<BackendSlot, std::string_view> singles[] = {
+        {BackendSlot::Org, " Org : "},
+        {BackendSlot::User, " User : "},
+        {BackendSlot::Folder, " Folder : "},
+        {BackendSlot::Origin, " Origin : "}};
+    for (const auto& [slot, marker] : singles) {
+        if (Backend(slot) && IsConnected(slot)) ask(*Backend(slot), marker);
+    }
+    for (int index = 0; index < kArchiveSlots; ++index) {
+        const auto& archive = archives_[index];
+        if (archive && archive->FRDataBase) {
+            ask(*archive->FRDataBase, " Archive " + std::to_string(index) + " : ");
+        }
+    }
+    return first;
+}
+
+Status SqlDatabase::MgGetConfigInfo(Handle managementConnection, MgmtConfig& config) {
+    return engine_.MgGetConfigInfo(managementConnection, config);
+}
+
+Status SqlDatabase::MgGetConfigInfo(Handle managementConnection,
+                                    backend::MGMT_CONFIG_MEMORY& memory) {
+    MgmtConfig config;
+    Status status = engine_.MgGetConfigInfo(managementConnection, config);
+    if (status == engine::AE_SUCCESS) backend::CopyConfigInto(config, memory);
+    return status;
+}
+
+// --- operations of the SQL backends only
+
+backend::SqlBackend* SqlDatabase::SqlOwner(Handle connection, std::string_view path) {
+    engine::Operations* owner = Owner(connection, path);
+    if (owner == &engine_) return nullptr;
+    return static_cast<backend::SqlBackend*>(owner);
+}
+
+Status SqlDatabase::TableCopy(Handle connection, std::string_view from, std::string_view to) {
+    auto* owner = SqlOwner(connection, from);
+    return owner ? owner->TableCopy(connection, from, to) : engine::AE_INVALID_CONNECTION_HANDLE;
+}
+
+Status SqlDatabase::TableExists(Handle connection, std::string_view name, bool& exists) {
+    auto* owner = SqlOwner(connection, name);
+    return owner ? owner->TableExists(connection, name, exists)
+                 : engine::AE_INVALID_CONNECTION_HANDLE;
+}
+
+Status SqlDatabase::DropTable(Handle connection, std::string_view name) {
+    auto* owner = SqlOwner(connection, name);
+    return owner ? owner->DropTable(connection, name) : engine::AE_INVALID_CONNECTION_HANDLE;
+}
+
+}  // namespace fnrk::tables
