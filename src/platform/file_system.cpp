@@ -1,0 +1,82 @@
+#include "platform/file_system.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <random>
+
+#include <fmt/format.h>
+
+#include "platform/paths.hpp"
+
+namespace fnrk::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> EntryNames(std::string_view folder, bool wantFolders) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator it(FileSystemPath(folder), error), end; !error && it != end;
+         it.increment(error)) {
+        std::error_code typeError;
+        const bool isFolder = it->is_directory(typeError);
+        const bool isFile = it->is_regular_file(typeError);
+        if (wantFolders ? isFolder : isFile) names.push_back(it->path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+}  // namespace
+
+bool FileExists(std::string_view path) {
+    std::error_code error;
+    return fs::is_regular_file(FileSystemPath(path), error);
+}
+
+bool FolderExists(std::string_view path) {
+    std::error_code error;
+    return fs::is_directory(FileSystemPath(path), error);
+}
+
+bool CreateFolder(std::string_view path) {
+    std::error_code error;
+    return fs::create_directory(FileSystemPath(path), error) && !error;
+}
+
+bool MoveFile(std::string_view source, std::string_view target) {
+    const fs::path from = FileSystemPath(source);
+    const fs::path to = FileSystemPath(target);
+    std::error_code error;
+    if (!fs::is_regular_file(from, error) || fs::exists(to, error)) return false;
+    fs::rename(from, to, error);
+    return !error;
+}
+
+bool DeleteFile(std::string_view path) {
+    const fs::path file = FileSystemPath(path);
+    std::error_code error;
+    return fs::is_regular_file(file, error) && fs::remove(file, error);
+}
+
+bool CopyFile(std::string_view source, std::string_view target, bool overwrite) {
+    const auto options = overwrite ? fs::copy_options::overwrite_existing : fs::copy_options::none;
+    std::error_code error;
+    return fs::copy_file(FileSystemPath(source), FileSystemPath(target), options, error) && !error;
+}
+
+std::string GetTempName() {
+    static std::mt19937 generator{std::random_device{}()};
+    std::uniform_int_distribution<unsigned> digits(0, 0xFFFFF);
+    return fmt::format("rad{:05X}.tmp", digits(generator));
+}
+
+std::vector<std::string> SubFolderNames(std::string_view folder) {
+    return EntryNames(folder, true);
+}
+
+std::vector<std::string> FileNames(std::string_view folder) {
+    return EntryNames(folder, false);
+}
+
+}  // namespace fnrk::platform

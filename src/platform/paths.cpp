@@ -1,0 +1,88 @@
+#include "platform/paths.hpp"
+
+#include <cctype>
+#include <optional>
+#include <system_error>
+
+#include "platform/settings_store.hpp"
+#include "platform/text.hpp"
+
+namespace fnrk::platform {
+namespace {
+
+// "K:" at the start of the path, upper-cased, when there is one.
+std::optional<std::string> LeadingDrive(std::string_view path) {
+    if (path.size() < 2 || path[1] != ':' ||
+        std::isalpha(static_cast<unsigned char>(path[0])) == 0) {
+        return std::nullopt;
+    }
+    if (path.size() > 2 && path[2] != '\\' && path[2] != '/') return std::nullopt;
+    return std::string(1, static_cast<char>(std::toupper(static_cast<unsigned char>(path[0])))) +
+           ":";
+}
+
+std::optional<std::string>& ProgramFolderOverride() {
+    static std::optional<std::string> folder;
+    return folder;
+}
+
+}  // namespace
+
+std::string NativePath(std::string_view path) {
+#ifdef _WIN32
+    return std::string(path);
+#else
+    std::string native(path);
+    if (const auto drive = LeadingDrive(path)) {
+        std::string mapped = DriveNetworkName(*drive);
+        if (!mapped.empty()) {
+            while (mapped.size() > 1 && mapped.back() == '/') mapped.pop_back();
+            native = mapped + native.substr(2);
+        }
+    }
+    for (char& c : native) {
+        if (c == '\\') c = '/';
+    }
+    return native;
+#endif
+}
+
+std::filesystem::path FileSystemPath(std::string_view path) {
+    std::filesystem::path native(NativePath(path));
+#ifndef _WIN32
+    std::error_code error;
+    if (native.has_filename() && !std::filesystem::exists(native, error)) {
+        const std::filesystem::path folder = native.has_parent_path() ? native.parent_path() : ".";
+        const std::string wanted = native.filename().string();
+        for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
+             it.increment(error)) {
+            if (EqualsNoCase(it->path().filename().string(), wanted)) {
+                return native.parent_path() / it->path().filename();
+            }
+        }
+    }
+#endif
+    return native;
+}
+
+std::string DriveNetworkName(std::string_view drive) {
+    const auto letter = LeadingDrive(drive.substr(0, 2));
+    if (!letter) return {};
+    for (const auto& [name, folder] : SettingsDriveMap()) {
+        if (EqualsNoCase(Trim(name), *letter)) return folder;
+    }
+    return {};
+}
+
+std::string ProgramFolder() {
+    if (ProgramFolderOverride()) return *ProgramFolderOverride();
+    std::error_code error;
+    const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::string() : executable.parent_path().string();
+}
+
+void SetProgramFolder(std::string folder) {
+    ProgramFolderOverride() = std::move(folder);
+}
+
+}  // namespace fnrk::platform

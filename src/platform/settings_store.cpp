@@ -1,0 +1,69 @@
+#include "platform/settings_store.hpp"
+
+#include <cstdlib>
+#include <system_error>
+
+#include "platform/ini_file.hpp"
+#include "platform/text.hpp"
+
+namespace fnrk::platform {
+namespace {
+
+// Large enough for any path or value kept in the store.
+constexpr std::size_t kSettingBufferSize = 32768;
+
+struct EnvironmentOverride {
+    std::string_view section;
+    std::string_view key;
+    const char* variable;
+};
+
+constexpr EnvironmentOverride kOverrides[] = {
+    {"Installation", "MainPath", "FNRK_MAIN_PATH"},
+    {"Accounting", "UserCode", "FNRK_USER_CODE"},
+};
+
+std::string Environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::string() : std::string(value);
+}
+
+}  // namespace
+
+std::filesystem::path SettingsFilePath() {
+    if (const std::string file = Environment("FNRK_SETTINGS_FILE"); !file.empty()) return file;
+    std::filesystem::path config = Environment("XDG_CONFIG_HOME");
+    if (config.empty()) config = std::filesystem::path(Environment("HOME")) / ".config";
+    return config / "fennrick" / "settings.ini";
+}
+
+std::string GetSetting(std::string_view section, std::string_view key,
+                       std::string_view defaultValue) {
+    for (const EnvironmentOverride& entry : kOverrides) {
+        if (EqualsNoCase(entry.section, section) && EqualsNoCase(entry.key, key)) {
+            if (const char* value = std::getenv(entry.variable)) return value;
+        }
+    }
+    return ReadIniString(section, key, defaultValue, kSettingBufferSize, SettingsFilePath());
+}
+
+bool SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
+    const std::filesystem::path file = SettingsFilePath();
+    std::error_code error;
+    if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), error);
+    return WriteIniString(section, key, value, file);
+}
+
+std::string SettingsMainPath() {
+    return GetSetting("Installation", "MainPath");
+}
+
+std::string SettingsUserCode() {
+    return GetSetting("Accounting", "UserCode", "Fennrick");
+}
+
+std::vector<std::pair<std::string, std::string>> SettingsDriveMap() {
+    return ReadIniSection("Drives", SettingsFilePath());
+}
+
+}  // namespace fnrk::platform

@@ -1,0 +1,63 @@
+#include "platform/paths.hpp"
+
+#include <gtest/gtest.h>
+
+#include "support/scoped_environment.hpp"
+#include "support/temp_dir.hpp"
+
+namespace fnrk::platform {
+namespace {
+
+using fnrk::testing::ScopedEnvironment;
+using fnrk::testing::TempDir;
+using fnrk::testing::WriteFileBytes;
+
+class PathsTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        WriteFileBytes(dir_ / "settings.ini",
+                       "[Drives]\nK:=/srv/bank/\nd:=" + (dir_ / "data").string() + "\n");
+    }
+
+    TempDir dir_;
+    ScopedEnvironment settings_{"FNRK_SETTINGS_FILE", (dir_ / "settings.ini").string()};
+};
+
+TEST_F(PathsTest, WindowsFormPathsGoThroughTheDriveMap) {
+    EXPECT_EQ(NativePath("K:\\CODA\\in"), "/srv/bank/CODA/in");
+    EXPECT_EQ(NativePath("k:/CODA"), "/srv/bank/CODA");
+    EXPECT_EQ(NativePath("K:"), "/srv/bank");
+    EXPECT_EQ(NativePath("D:\\x"), (dir_ / "data").string() + "/x");  // map keys ignore case
+    EXPECT_EQ(NativePath("Q:\\unmapped"), "Q:/unmapped");
+    EXPECT_EQ(NativePath("..\\rel\\file.dbf"), "../rel/file.dbf");
+    EXPECT_EQ(NativePath("/already/native"), "/already/native");
+    EXPECT_EQ(NativePath("KK:\\x"), "KK:/x");  // not a drive
+}
+
+TEST_F(PathsTest, NetworkNamesComeFromTheDriveMap) {
+    EXPECT_EQ(DriveNetworkName("K:"), "/srv/bank/");
+    EXPECT_EQ(DriveNetworkName("k:\\CODA"), "/srv/bank/");
+    EXPECT_EQ(DriveNetworkName("Z:"), "");
+    EXPECT_EQ(DriveNetworkName("/srv"), "");
+}
+
+TEST_F(PathsTest, FileSystemPathFindsNamesWhateverTheirCase) {
+    std::filesystem::create_directories(dir_ / "data" / "USERS");
+    WriteFileBytes(dir_ / "data" / "USERS" / "FennRick.ini", "");
+    EXPECT_EQ(FileSystemPath("D:\\USERS\\Fennrick.ini"), dir_ / "data" / "USERS" / "FennRick.ini");
+    EXPECT_EQ(FileSystemPath("D:\\USERS\\FennRick.ini"), dir_ / "data" / "USERS" / "FennRick.ini");
+    EXPECT_EQ(FileSystemPath("D:\\USERS\\new.ini"), dir_ / "data" / "USERS" / "new.ini");
+}
+
+TEST(Paths, ProgramFolderIsSettable) {
+    const std::string real = ProgramFolder();
+    EXPECT_TRUE(std::filesystem::is_directory(real)) << real;
+    EXPECT_NE(real.back(), kPathSep);
+    SetProgramFolder("/opt/app/PRG");
+    EXPECT_EQ(ProgramFolder(), "/opt/app/PRG");
+    SetProgramFolder(real);
+    EXPECT_EQ(ProgramFolder(), real);
+}
+
+}  // namespace
+}  // namespace fnrk::platform
