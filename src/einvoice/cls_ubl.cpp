@@ -1,0 +1,121 @@
+#include "einvoice/cls_ubl.hpp"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "platform/paths.hpp"
+#include "platform/text.hpp"
+
+namespace fnrk::einvoice {
+
+clsUBL::clsUBL(const InvoiceLookups& lookups) : lookups_(lookups) {}
+
+clsUBL::~clsUBL() = default;
+
+bool clsUBL::StartDocument(std::string_view rootName, const XmlDocument::Namespaces& namespaces,
+                           std::string_view currency, bool isCreditNote) {
+    numbers_ = NumberWriter(DetectDecimalSeparator());
+    document_ = std::make_unique<XmlDocument>(rootName, namespaces);
+    currency_ = platform::Trim(currency);
+    creditNote_ = isCreditNote;
+    return true;
+}
+
+bool clsUBL::SaveFile(const std::string& path) {
+    if (!HasDocument()) return false;
+    const bool saved = document_->Save(platform::FileSystemPath(path));
+    document_.reset();
+    return saved;
+}
+
+bool clsUBL::CloseUBL() {
+    document_.reset();
+    return true;
+}
+
+bool clsUBL::ResetDescriptionLine() {
+    descriptionLines_.assign(1, std::string());
+    return true;
+}
+
+bool clsUBL::AddLineDescription(std::string_view text) {
+    descriptionLines_.emplace_back(text);
+    return true;
+}
+
+bool clsUBL::InitTableSubTotal() {
+    subTotals_.clear();
+    return true;
+}
+
+bool clsUBL::AddTableSubtotal(double first, double second, double third, std::string_view firstCode,
+                              std::string_view secondCode) {
+    subTotals_.push_back({first, second, third, std::string(firstCode), std::string(secondCode)});
+    return true;
+}
+
+void clsUBL::AddAmount(XmlElement parent, std::string_view name, double value) {
+    parent.Add(name, numbers_.Amount(value)).Attribute("currencyID", currency_);
+}
+
+std::string clsUBL::Description() const {
+    std::string text;
+    for (std::size_t i = 1; i < descriptionLines_.size(); ++i) {
+        if (i > 1) text += "\r\n";
+        text += descriptionLines_[i];
+    }
+    return text;
+}
+
+std::string clsUBL::VatCategory(std::string_view vatCode) const {
+    const std::string code = platform::Trim(vatCode);
+    return code.empty() ? std::string() : platform::Trim(lookups_.UblVatCategory(code));
+}
+
+std::string clsUBL::VatCategoryOrDefault(std::string_view vatCode, double rate) const {
+    const std::string category = VatCategory(vatCode);
+    if (!category.empty()) return category;
+    return rate > 0.0 ? "S" : "E";
+}
+
+namespace {
+
+int DecimalsParam(const InvoiceLookups& lookups, std::string_view key) {
+    return static_cast<int>(ParseNumber(platform::Trim(lookups.ParamValue(key))));
+}
+
+}  // namespace
+
+std::string clsUBL::QuantityPattern() const {
+    return DecimalsPattern(DecimalsParam(lookups_, "INVNBDECQT"));
+}
+
+std::string clsUBL::PricePattern() const {
+    return DecimalsPattern(DecimalsParam(lookups_, "INVNBDEC"));
+}
+
+bool clsUBL::AddAttachment(std::string_view filePath, bool withDocumentType, bool withFileName) {
+    if (!HasDocument()) return false;
+    const std::filesystem::path path = platform::FileSystemPath(platform::Trim(filePath));
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) return false;
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return false;
+    const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    const std::string native = platform::NativePath(platform::Trim(filePath));
+    const std::string name = native.substr(native.find_last_of(platform::kPathSep) + 1);
+
+    XmlElement reference = Root().Add("cac:AdditionalDocumentReference");
+    reference.Add("cbc:ID", name);
+    if (withDocumentType) {
+        reference.Add("cbc:DocumentType", creditNote_ ? "CreditNote" : "CommercialInvoice");
+    }
+    XmlElement content = reference.Add("cac:Attachment").Add("cbc:EmbeddedDocumentBinaryObject");
+    content.Attribute("mimeCode", "application/pdf");
+    if (withFileName) content.Attribute("filename", name);
+    content.SetBase64(bytes);
+    return true;
+}
+
+}  // namespace fnrk::einvoice
