@@ -1,0 +1,38 @@
+#pragma once
+
+// Values of one field inside a record buffer. Text is Windows-1252 bytes as stored; numbers in
+// N and F fields are right-aligned ASCII with the field's decimals.
+
+#include <cstdint>
+#include <string_view>
+
+#include "engine/dbf/field.hpp"
+
+namespace fnrk::engine::dbf {
+
+inline std::string_view FieldBytes(const char* record, const Field& field) {
+    return {record + field.offset, field.length};
+}
+
+// The number a numeric-like field (N F I B Y) holds; blank text is 0.
+double ReadNumber(const char* record, const Field& field);
+
+// Stores a number in a numeric-like field, rounded to its decimals. False, and nothing written,
+// when the number does not fit (too many digits, or not finite).
+bool WriteNumber(char* record, const Field& field, double value);
+
+// Logical fields: "T", "t", "Y", "y" are true; anything else false.
+bool ReadLogical(const char* record, const Field& field);
+void WriteLogical(char* record, const Field& field, bool value);
+
+// Text cut to the field's length or padded with blanks.
+void WriteText(char* record, const Field& field, std::string_view text);
+
+// Memo block numbers: 10 ASCII digits (blank for none) or a 4-byte integer in Visual FoxPro.
+std::uint32_t ReadMemoBlock(const char* record, const Field& field);
+void WriteMemoBlock(char* record, const Field& field, std::uint32_t block);
+
+// True when every byte of the field is blank (or zero for binary types).
+bool IsBlank(const char* record, const Field& field);
+
+}  // namespace fnrk::engine::dbf

@@ -1,0 +1,277 @@
+#include "engine/dbf/table_file.hpp"
+
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+
+#include "engine/io/byte_order.hpp"
+#include "engine/lock/header_guard.hpp"
+
+namespace fnrk::engine::dbf {
+
+namespace {
+
+constexpr std::size_t kCacheBytes = 64 * 1024;
+constexpr std::size_t kPackChunkRecords = 4096;
+
+Status OpenFailure(const std::string& path, std::string& message) {
+    const int error = errno;
+    message = "cannot open " + path + ": " + std::strerror(error);
+    if (error == ENOENT) return AE_FILE_NOT_FOUND;
+    if (error == EACCES || error == EPERM || error == EROFS) return AE_PERMISSION_DENIED;
+    return AE_INVALID_PATH;
+}
+
+}  // namespace
+
+std::string MemoPathFor(const std::string& tablePath) {
+    const std::size_t dot = tablePath.find_last_of('.');
+    const std::size_t slash = tablePath.find_last_of('/');
+    const bool hasExtension =
+        dot != std::string::npos && (slash == std::string::npos || dot > slash);
+    const std::string stem = hasExtension ? tablePath.substr(0, dot) : tablePath;
+    const bool upper = hasExtension && dot + 1 < tablePath.size() &&
+                       std::isupper(static_cast<unsigned char>(tablePath[dot + 1]));
+    return stem + (upper ? ".FPT" : ".fpt");
+}
+
+Status TableFile::Create(const std::string& path, std::vector<Field> fields,
+                         std::uint16_t memoBlockSize, std::string& message) {
+    TableHeader header;
+    header.fields = std::move(fields);
+    LayOutNewTable(header);
+    std::uint32_t total = 1;
+    for (const Field& field : header.fields) total += field.length;
+    if (total > 65500) {
+        message = "record too long";
+        return AE_INVALID_RECORD_LENGTH;
+    }
+    std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    header.updateYear = static_cast<std::uint8_t>(local.tm_year);
+    header.updateMonth = static_cast<std::uint8_t>(local.tm_mon + 1);
+    header.updateDay = static_cast<std::uint8_t>(local.tm_mday);
+
+    io::PosixFile file = io::PosixFile::CreateNew(path);
+    if (!file.valid()) return OpenFailure(path, message);
+    const std::string bytes = SerializeTableHeader(header) + kEndOfFile;
+    if (!file.WriteAt(0, bytes.data(), bytes.size())) {
+        message = "cannot write " + path;
+        return AE_PERMISSION_DENIED;
+    }
+    if (header.HasMemoFile()) {
+        message = memo::MemoFile::Create(MemoPathFor(path), memoBlockSize);
+        if (!message.empty()) return AE_PERMISSION_DENIED;
+    }
+    return AE_SUCCESS;
+}
+
+TableFile::~TableFile() {
+    Flush();
+}
+
+Status TableFile::Open(const std::string& path, OpenRequest request, std::string& message) {
+    // An exclusive open needs a write lock, which a read-only descriptor cannot take.
+    io::PosixFile file = io::PosixFile::Open(path, request.readOnly && !request.exclusive);
+    if (!file.valid()) return OpenFailure(path, message);
+    lock::FileLocks locks(file.fd());
+    if (!(request.exclusive ? locks.LockOpenExclusive() : locks.LockOpenShared())) {
+        message = request.exclusive ? path + " is open elsewhere"
+                                    : path + " is open exclusively elsewhere";
+        return AE_LOCK_FAILED;
+    }
+    const std::uint64_t size = file.Size();
+    std::string bytes(kHeaderPrefixSize, '\0');
+    bytes.resize(file.ReadAt(0, bytes.data(), bytes.size()));
+    const std::size_t declared = DeclaredHeaderLength(bytes);
+    if (bytes.size() == kHeaderPrefixSize && declared > kHeaderPrefixSize) {
+        bytes.resize(declared);
+        bytes.resize(kHeaderPrefixSize + file.ReadAt(kHeaderPrefixSize,
+                                                     bytes.data() + kHeaderPrefixSize,
+                                                     declared - kHeaderPrefixSize));
+    }
+    TableHeader header;
+    if (std::string problem = ParseTableHeader(bytes, size, header); !problem.empty()) {
+        message = path + ": " + problem;
+        return AE_CORRUPT_TABLE;
+    }
+    if (header.HasMemoFile()) {
+        std::string problem = memo_.Open(MemoPathFor(path), request.readOnly);
+        if (!problem.empty()) {
+            message = path + ": " + problem;
+            return memo_.IsOpen() ? AE_CORRUPT_TABLE : AE_NO_MEMO_FILE;
+        }
+    }
+    path_ = path;
+    file_ = std::move(file);
+    header_ = std::move(header);
+    exclusive_ = request.exclusive;
+    readOnly_ = request.readOnly;
+    const std::size_t window = std::max<std::size_t>(1, kCacheBytes / header_.recordLength);
+    cache_.assign(window * header_.recordLength, '\0');
+    cacheCount_ = 0;
+    return AE_SUCCESS;
+}
+
+void TableFile::RefreshRecordCount() {
+    if (exclusive_) return;  // nobody else can append
+    char bytes[4];
+    if (file_.ReadAt(4, bytes, 4) == 4) header_.recordCount = io::ReadLe32(bytes);
+}
+
+const char* TableFile::ReadRecord(std::uint32_t record) {
+    if (record < 1 || record > header_.recordCount) return nullptr;
+    const std::size_t length = header_.recordLength;
+    if (record >= cacheFirst_ && record < cacheFirst_ + cacheCount_)
+        return cache_.data() + std::size_t{record - cacheFirst_} * length;
+    const auto window = static_cast<std::uint32_t>(cache_.size() / length);
+    // Reading backwards fills the window below the record, forwards above it.
+    std::uint32_t first = record;
+    if (cacheCount_ > 0 && record + 1 == cacheFirst_)
+        first = record > window ? record - window + 1 : 1;
+    const std::uint32_t count = std::min(window, header_.recordCount - first + 1);
+    const std::size_t got = file_.ReadAt(RecordOffset(first), cache_.data(), count * length);
+    cacheFirst_ = first;
+    cacheCount_ = static_cast<std::uint32_t>(got / length);
+    if (record >= cacheFirst_ + cacheCount_) return nullptr;
+    return cache_.data() + std::size_t{record - cacheFirst_} * length;
+}
+
+Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
+                              std::string_view bytes) {
+    if (readOnly_) return AE_TABLE_READONLY;
+    if (record < 1 || record > header_.recordCount || bytes.size() != header_.recordLength)
+        return AE_INVALID_RECORD_NUMBER;
+    if (!file_.WriteAt(RecordOffset(record), bytes.data(), bytes.size()))
+        return AE_PERMISSION_DENIED;
+    if (record >= cacheFirst_ && record < cacheFirst_ + cacheCount_) {
+        std::memcpy(cache_.data() + std::size_t{record - cacheFirst_} * header_.recordLength,
+                    bytes.data(), bytes.size());
+    }
+    headerDirty_ = true;
+    if (observer_ != nullptr) observer_->RecordWritten(record, oldRecord, bytes);
+    return AE_SUCCESS;
+}
+
+Status TableFile::AppendRecord(std::string_view bytes, std::uint32_t& record) {
+    if (readOnly_) return AE_TABLE_READONLY;
+    if (bytes.size() != header_.recordLength) return AE_INVALID_RECORD_LENGTH;
+    std::string withEnd(bytes);
+    withEnd += kEndOfFile;
+    if (exclusive_) {
+        record = header_.recordCount + 1;
+        if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
+            return AE_PERMISSION_DENIED;
+        header_.recordCount = record;
+        headerDirty_ = true;
+    } else {
+        lock::HeaderGuard guard(locks());
+        if (!guard.acquired()) return AE_LOCK_FAILED;
+        RefreshRecordCount();
+        record = header_.recordCount + 1;
+        if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
+            return AE_PERMISSION_DENIED;
+        header_.recordCount = record;
+        StampUpdateDate();
+        if (!WriteHeaderPrefix()) return AE_PERMISSION_DENIED;
+    }
+    if (observer_ != nullptr) observer_->RecordWritten(record, {}, bytes);
+    return AE_SUCCESS;
+}
+
+void TableFile::StampUpdateDate() {
+    std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    header_.updateYear = static_cast<std::uint8_t>(local.tm_year);
+    header_.updateMonth = static_cast<std::uint8_t>(local.tm_mon + 1);
+    header_.updateDay = static_cast<std::uint8_t>(local.tm_mday);
+}
+
+// Bytes 1 to 7: update date and record count. The rest of the header is left as it is.
+bool TableFile::WriteHeaderPrefix() {
+    const std::string prefix = SerializeHeaderPrefix(header_);
+    return file_.WriteAt(1, prefix.data() + 1, 7);
+}
+
+Status TableFile::Flush() {
+    if (!file_.valid() || readOnly_) return AE_SUCCESS;
+    if (headerDirty_) {
+        StampUpdateDate();
+        // Shared handles only refresh the date: the count belongs to whoever appended last.
+        const bool written = exclusive_ ? WriteHeaderPrefix() : [this] {
+            const std::string prefix = SerializeHeaderPrefix(header_);
+            return file_.WriteAt(1, prefix.data() + 1, 3);
+        }();
+        if (!written) return AE_PERMISSION_DENIED;
+        headerDirty_ = false;
+    }
+    return AE_SUCCESS;
+}
+
+Status TableFile::Pack(std::string& message) {
+    if (readOnly_) return AE_TABLE_READONLY;
+    if (!exclusive_) {
+        message = "pack needs the table open exclusively";
+        return AE_TABLE_NOT_EXCLUSIVE;
+    }
+    const std::size_t length = header_.recordLength;
+    std::vector<char> chunk(kPackChunkRecords * length);
+    std::uint32_t kept = 0;
+    for (std::uint32_t first = 1; first <= header_.recordCount; first += kPackChunkRecords) {
+        const std::uint32_t count =
+            std::min<std::uint32_t>(kPackChunkRecords, header_.recordCount - first + 1);
+        if (file_.ReadAt(RecordOffset(first), chunk.data(), count * length) != count * length) {
+            message = "cannot read " + path_;
+            return AE_CORRUPT_TABLE;
+        }
+        for (std::uint32_t i = 0; i < count; ++i) {
+            const char* record = chunk.data() + i * length;
+            if (record[0] == '*') continue;
+            ++kept;
+            if (kept != first + i && !file_.WriteAt(RecordOffset(kept), record, length)) {
+                message = "cannot write " + path_;
+                return AE_PERMISSION_DENIED;
+            }
+        }
+    }
+    header_.recordCount = kept;
+    const char end = kEndOfFile;
+    const std::uint64_t endOffset = header_.headerLength + std::uint64_t{kept} * length;
+    if (!file_.WriteAt(endOffset, &end, 1) || !file_.Truncate(endOffset + 1)) {
+        message = "cannot shorten " + path_;
+        return AE_PERMISSION_DENIED;
+    }
+    headerDirty_ = true;
+    DropCache();
+    if (Status status = Flush(); status != AE_SUCCESS) return status;
+    if (observer_ != nullptr) observer_->TablePacked();
+    return AE_SUCCESS;
+}
+
+Status TableFile::Zap(std::string& message) {
+    if (readOnly_) return AE_TABLE_READONLY;
+    if (!exclusive_) {
+        message = "zap needs the table open exclusively";
+        return AE_TABLE_NOT_EXCLUSIVE;
+    }
+    header_.recordCount = 0;
+    const char end = kEndOfFile;
+    if (!file_.WriteAt(header_.headerLength, &end, 1) ||
+        !file_.Truncate(header_.headerLength + 1)) {
+        message = "cannot shorten " + path_;
+        return AE_PERMISSION_DENIED;
+    }
+    if (memo_.IsOpen()) {
+        message = memo_.Clear();
+        if (!message.empty()) return AE_PERMISSION_DENIED;
+    }
+    headerDirty_ = true;
+    DropCache();
+    if (Status status = Flush(); status != AE_SUCCESS) return status;
+    if (observer_ != nullptr) observer_->TableZapped();
+    return AE_SUCCESS;
+}
+
+}  // namespace fnrk::engine::dbf

@@ -1,0 +1,96 @@
+#pragma once
+
+// One open table file (and its memo file): header, record reads through a small read-ahead
+// window, record writes, appends that keep the shared record count exact, pack and zap.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/dbf/table_header.hpp"
+#include "engine/dbf/upkeep_observer.hpp"
+#include "engine/errors.hpp"
+#include "engine/io/posix_file.hpp"
+#include "engine/lock/file_locks.hpp"
+#include "engine/memo/memo_file.hpp"
+
+namespace fnrk::engine::dbf {
+
+struct OpenRequest {
+    bool exclusive = false;
+    bool readOnly = false;
+};
+
+class TableFile {
+  public:
+    // Writes an empty table (and an empty memo file when a field needs one). An existing file is
+    // replaced. AE_SUCCESS or a status with `message` set.
+    static Status Create(const std::string& path, std::vector<Field> fields,
+                         std::uint16_t memoBlockSize, std::string& message);
+
+    TableFile() = default;
+    ~TableFile();
+    TableFile(const TableFile&) = delete;
+    TableFile& operator=(const TableFile&) = delete;
+
+    Status Open(const std::string& path, OpenRequest request, std::string& message);
+
+    const TableHeader& header() const { return header_; }
+    const std::string& path() const { return path_; }
+    bool exclusive() const { return exclusive_; }
+    bool readOnly() const { return readOnly_; }
+    lock::FileLocks locks() const { return lock::FileLocks(file_.fd()); }
+    memo::MemoFile* memo() { return memo_.IsOpen() ? &memo_ : nullptr; }
+
+    std::uint32_t recordCount() const { return header_.recordCount; }
+    // Re-reads the record count from the file (other handles may have appended).
+    void RefreshRecordCount();
+
+    // The bytes of record `record` (1..recordCount), valid until the next call on this object.
+    // nullptr when the record cannot be read.
+    const char* ReadRecord(std::uint32_t record);
+    // Forgets cached records, so the next read comes from the file.
+    void DropCache() { cacheCount_ = 0; }
+
+    // Writes a whole record over record `record`; `oldRecord` is what it held before (for the
+    // upkeep hook).
+    Status WriteRecord(std::uint32_t record, std::string_view oldRecord, std::string_view bytes);
+    // Appends a record and returns its number.
+    Status AppendRecord(std::string_view bytes, std::uint32_t& record);
+
+    Status Pack(std::string& message);
+    Status Zap(std::string& message);
+    // Writes a pending record count and pushes the file to disk.
+    Status Flush();
+
+    void SetObserver(UpkeepObserver* observer) { observer_ = observer; }
+    std::string BlankRecord() const { return std::string(header_.recordLength, ' '); }
+
+  private:
+    std::uint64_t RecordOffset(std::uint32_t record) const {
+        return header_.headerLength + std::uint64_t{record - 1} * header_.recordLength;
+    }
+    bool WriteHeaderPrefix();
+    void StampUpdateDate();
+
+    std::string path_;
+    io::PosixFile file_;
+    memo::MemoFile memo_;
+    TableHeader header_;
+    bool exclusive_ = false;
+    bool readOnly_ = false;
+    bool headerDirty_ = false;
+    UpkeepObserver* observer_ = nullptr;
+
+    std::vector<char> cache_;
+    std::uint32_t cacheFirst_ = 0;
+    std::uint32_t cacheCount_ = 0;
+};
+
+// The memo file name beside a table: same stem, ".fpt" in the letter case of the table's
+// extension.
+std::string MemoPathFor(const std::string& tablePath);
+
+}  // namespace fnrk::engine::dbf
