@@ -81,8 +81,8 @@ std::string ReadIniString(std::string_view section, std::string_view key,
 
 bool WriteIniString(std::string_view section, std::string_view key, std::string_view value,
                     const std::filesystem::path& path) {
-    if (Trim(section).empty() || Trim(key).empty() || HasLineBreak(section) || HasLineBreak(key) ||
-        HasLineBreak(value)) {
+    if (!path.has_filename() || Trim(section).empty() || Trim(key).empty() ||
+        HasLineBreak(section) || HasLineBreak(key) || HasLineBreak(value)) {
         return false;
     }
     IniDocument document(ReadIniText(path).value_or(std::string()));

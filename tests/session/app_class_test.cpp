@@ -1,0 +1,86 @@
+#include "session/app_class.hpp"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "installation_fixture.hpp"
+#include "platform/special_folders.hpp"
+#include "session/session_user.hpp"
+
+namespace fnrk::session {
+namespace {
+
+using AppClassTest = InstallationTest;
+
+TEST_F(AppClassTest, FoldersAreBuiltOnTheRootFolder) {
+    AppClass app;
+    EXPECT_EQ(app.RootPath(), Root());
+    EXPECT_EQ(app.ResourcePath(), Root() + "/RESOURCES");
+    EXPECT_EQ(app.OrgPath(), Root() + "/RESOURCES/ORG");
+    EXPECT_EQ(app.UserPrivatePath(), "");
+
+    platform::SetProgramFolder(Root() + "/bin/git/Fennrick");
+    EXPECT_EQ(app.RootPath(), Root());
+    platform::SetProgramFolder(Root() + "/");
+    EXPECT_EQ(app.RootPath(), Root());
+}
+
+TEST_F(AppClassTest, TransferFoldersAreCreatedOnDemand) {
+    AppClass app;
+    EXPECT_EQ(app.TransfertInPath(), Root() + "/Import");
+    EXPECT_TRUE(std::filesystem::is_directory(dir_ / "Import"));
+    EXPECT_EQ(app.TransfertOutPath(), Root() + "/Export");
+    EXPECT_TRUE(std::filesystem::is_directory(dir_ / "Export"));
+    EXPECT_EQ(app.TransfertInPath(), Root() + "/Import");  // again, harmlessly
+}
+
+TEST_F(AppClassTest, MakeAnyDirCreatesEveryMissingFolder) {
+    AppClass app;
+    EXPECT_TRUE(app.MakeAnyDir("  " + Root() + "/a/b/c  "));
+    EXPECT_TRUE(std::filesystem::is_directory(dir_ / "a" / "b" / "c"));
+    EXPECT_TRUE(app.MakeAnyDir(Root() + "/a/b/c/"));  // attempts made, all failing quietly
+    EXPECT_FALSE(app.MakeAnyDir(""));
+    EXPECT_FALSE(app.MakeAnyDir("relative"));
+    EXPECT_FALSE(std::filesystem::exists("relative"));
+}
+
+TEST_F(AppClassTest, MakeAnyDirOnAnExistingDriveRootCreatesNothing) {
+    Write("settings.ini", "[Drives]\r\nK:=" + Root() + "/k\r\n");
+    AppClass app;
+    EXPECT_FALSE(app.MakeAnyDir("K:/"));  // the drive's folder is missing
+    std::filesystem::create_directories(dir_ / "k");
+    EXPECT_TRUE(app.MakeAnyDir("K:/"));
+    EXPECT_TRUE(std::filesystem::is_empty(dir_ / "k"));
+    EXPECT_TRUE(app.MakeAnyDir("K:/x/y"));
+    EXPECT_TRUE(std::filesystem::is_directory(dir_ / "k" / "x" / "y"));
+}
+
+TEST_F(AppClassTest, SessionValuesPassThrough) {
+    AppClass app;
+    app.ComputerName("DESK-01");
+    EXPECT_EQ(app.ComputerName(), "DESK-01");
+    const std::string savedTemp = SharedFacade().TempPath;
+    SharedFacade().TempPath = "/tmp/fnrk";
+    EXPECT_EQ(app.TempPath(), "/tmp/fnrk");
+    SharedFacade().TempPath = savedTemp;
+    EXPECT_EQ(app.GetSpecialFolder(platform::special_folder::kCommonAppData), "/var/lib");
+    EXPECT_EQ(app.GetSpecialFolder(-1), "");
+    EXPECT_EQ(app.StrSwap("a.b", ".", ".."), "a..b");
+    EXPECT_EQ(&SharedAppClass(), &SharedAppClass());
+}
+
+TEST(MessageLanguage, OneLetterChoosesTheLanguage) {
+    SetMessageLanguage("N");
+    EXPECT_EQ(CurrentMessageLanguage(), MessageLanguage::Dutch);
+    SetMessageLanguage("E");
+    EXPECT_EQ(CurrentMessageLanguage(), MessageLanguage::English);
+    SetMessageLanguage("D");
+    EXPECT_EQ(CurrentMessageLanguage(), MessageLanguage::French);
+    SetMessageLanguage("n");
+    EXPECT_EQ(CurrentMessageLanguage(), MessageLanguage::French);
+    SetMessageLanguage("F");
+}
+
+}  // namespace
+}  // namespace fnrk::session

@@ -1,0 +1,30 @@
+#include "installation_fixture.hpp"
+
+#include <filesystem>
+
+namespace fnrk::session {
+
+InstallationTest::InstallationTest()
+    : savedProgramFolder_(platform::ProgramFolder()), savedUser_(CurrentUser()) {
+    std::filesystem::create_directories(dir_ / "PRG");
+    std::filesystem::create_directories(dir_ / "USERS");
+    platform::SetProgramFolder(Root() + "/PRG");
+    CurrentUser() = SessionUser{"ANN", "F", "", ""};
+}
+
+InstallationTest::~InstallationTest() {
+    platform::SetProgramFolder(savedProgramFolder_);
+    CurrentUser() = savedUser_;
+}
+
+std::string InstallationTest::PreferenceIni(const std::string& user) const {
+    return Users() + "/UsersPrefs/" + user + ".ini";
+}
+
+void InstallationTest::Write(const std::string& relativePath, const std::string& content) const {
+    const std::filesystem::path file = dir_ / relativePath;
+    std::filesystem::create_directories(file.parent_path());
+    fnrk::testing::WriteFileBytes(file, content);
+}
+
+}  // namespace fnrk::session
