@@ -1,0 +1,87 @@
+#pragma once
+
+// The index file as pages: node reads and writes, node allocation (free list first), the change
+// counter that tells readers of other processes that their cached nodes are stale, and the index
+// lock that serializes updates between processes.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "engine/io/posix_file.hpp"
+
+namespace fnrk::engine::cdx {
+
+struct IndexOpenMode {
+    bool readOnly = false;
+    bool shared = false;  // other processes may change the file
+};
+
+class IndexFile {
+  public:
+    // A new, empty file (truncated if it exists). Throws std::system_error.
+    static std::unique_ptr<IndexFile> Create(const std::filesystem::path& path);
+    static std::unique_ptr<IndexFile> Open(const std::filesystem::path& path, IndexOpenMode mode);
+    IndexFile(const IndexFile&) = delete;
+    IndexFile& operator=(const IndexFile&) = delete;
+
+    const std::filesystem::path& path() const { return path_; }
+    bool readOnly() const { return mode_.readOnly; }
+    std::uint64_t size() const { return size_; }
+
+    // Throws IndexCorrupt when the range lies outside the file.
+    void Read(std::uint64_t offset, char* out, std::size_t length) const;
+    void Write(std::uint64_t offset, const char* bytes, std::size_t length);
+
+    // A node offset for a new node: the head of the free list, else the end of the file.
+    std::uint32_t AllocateNode();
+    // Room for a tag header (two nodes) at the end of the file.
+    std::uint32_t AllocateHeader();
+    void FreeNode(std::uint32_t offset);
+
+    // Bumped whenever cached nodes must be dropped; tags compare it with the value they saw.
+    std::uint64_t generation() const { return generation_; }
+
+    // Holds the index lock for an update; on release a shared file's change counter goes up by one
+    // so that other processes drop their cached nodes. Nests.
+    class UpdateGuard {
+      public:
+        explicit UpdateGuard(IndexFile& file);
+        ~UpdateGuard();
+        UpdateGuard(const UpdateGuard&) = delete;
+        UpdateGuard& operator=(const UpdateGuard&) = delete;
+
+      private:
+        IndexFile& file_;
+    };
+    // Holds a shared lock while a reader walks nodes, so that it never sees half an update.
+    class ReadGuard {
+      public:
+        explicit ReadGuard(IndexFile& file);
+        ~ReadGuard();
+        ReadGuard(const ReadGuard&) = delete;
+        ReadGuard& operator=(const ReadGuard&) = delete;
+
+      private:
+        IndexFile& file_;
+    };
+
+  private:
+    IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMode mode);
+    void Lock(short type);
+    void Unlock();
+    // Re-reads the change counter and file size; drops caches when another process wrote.
+    void Refresh();
+
+    std::filesystem::path path_;
+    io::PosixFile file_;
+    IndexOpenMode mode_;
+    std::uint64_t size_ = 0;
+    std::uint32_t changeCounter_ = 0;
+    std::uint64_t generation_ = 0;
+    int lockDepth_ = 0;
+};
+
+}  // namespace fnrk::engine::cdx

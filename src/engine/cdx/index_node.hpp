@@ -1,0 +1,71 @@
+#pragma once
+
+// One 512-byte node, decoded. Interior nodes hold, per child, the child's last key and record
+// number; leaves hold keys and record numbers in the compact layout (bit-packed record number,
+// duplicate count and trailing count per entry, key bytes stored from the node end backwards).
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "engine/cdx/index_format.hpp"
+
+namespace fnrk::engine::cdx {
+
+struct IndexEntry {
+    std::string key;
+    std::uint32_t record = 0;
+    std::uint32_t child = 0;  // interior nodes only
+};
+
+struct IndexNode {
+    std::uint16_t attributes = kNodeLeaf;
+    std::uint32_t left = kNoNode;
+    std::uint32_t right = kNoNode;
+    std::vector<IndexEntry> entries;
+
+    bool isLeaf() const { return (attributes & kNodeLeaf) != 0; }
+    bool isRoot() const { return (attributes & kNodeRoot) != 0; }
+};
+
+// The shape of a tag's keys that the node codec needs.
+struct KeyShape {
+    std::size_t length = 0;
+    char pad = ' ';
+};
+
+// Throws IndexCorrupt on counts, bit widths or key bytes that do not fit the node.
+IndexNode DecodeNode(const char* bytes, const KeyShape& shape);
+
+// Bit widths of a compact leaf; recordHint is the highest record number the node should be able
+// to hold without growing (the table's record count when a tag is built).
+struct LeafLayout {
+    unsigned recordBits = 0;
+    unsigned countBits = 0;  // duplicate and trailing counts alike
+    unsigned bytesPerEntry = 0;
+};
+LeafLayout ChooseLeafLayout(std::size_t keyLength, std::uint32_t highestRecord);
+
+// Bytes a leaf's entries take (entry fields plus compressed keys), or 0 past the node size.
+class LeafSizer {
+  public:
+    LeafSizer(const KeyShape& shape, std::uint32_t recordHint);
+    // Adds an entry after the previous one; false (and nothing added) if it would not fit.
+    bool Add(const std::string& key, std::uint32_t record);
+    std::size_t count() const { return count_; }
+
+  private:
+    KeyShape shape_;
+    std::uint32_t highestRecord_;
+    std::size_t keyBytes_ = 0;
+    std::size_t count_ = 0;
+    const std::string* previous_ = nullptr;
+};
+
+// Writes a leaf into kNodeSize bytes; false if its entries do not fit.
+bool EncodeLeaf(const IndexNode& node, const KeyShape& shape, std::uint32_t recordHint, char* out);
+void EncodeInterior(const IndexNode& node, const KeyShape& shape, char* out);
+std::size_t InteriorCapacity(std::size_t keyLength);
+
+}  // namespace fnrk::engine::cdx

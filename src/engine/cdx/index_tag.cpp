@@ -1,0 +1,329 @@
+#include "engine/cdx/index_tag.hpp"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "engine/io/byte_order.hpp"
+
+namespace fnrk::engine::cdx {
+
+namespace {
+
+// Deeper than any real tree (a 512-byte node holds at least two keys): a deeper path is a cycle.
+constexpr std::size_t kMaxDepth = 40;
+
+bool SameLast(const IndexEntry& parentEntry, const IndexNode& child) {
+    return !child.entries.empty() && parentEntry.key == child.entries.back().key &&
+           parentEntry.record == child.entries.back().record;
+}
+
+}  // namespace
+
+int CompareEntry(const IndexEntry& entry, const std::string& key, std::uint32_t record) {
+    if (const int c = CompareKeys(entry.key, key); c != 0) return c;
+    return entry.record < record ? -1 : (entry.record > record ? 1 : 0);
+}
+
+IndexTag::IndexTag(IndexFile& file, std::uint32_t headerOffset, std::string name, KeyKind kind)
+    : file_(file), headerOffset_(headerOffset), name_(std::move(name)), kind_(kind) {
+    ReloadHeader();
+}
+
+void IndexTag::ReloadHeader() {
+    std::string bytes(kHeaderSize, '\0');
+    file_.Read(headerOffset_, bytes.data(), bytes.size());
+    header_ = TagHeader::Parse(bytes.data(), file_.size());
+    shape_ = KeyShape{header_.keyLength, header_.isDirectory() ? ' ' : PadByteOf(kind_)};
+    cache_.clear();
+    cacheGeneration_ = file_.generation();
+}
+
+void IndexTag::SyncCache() {
+    if (cacheGeneration_ != file_.generation()) ReloadHeader();
+}
+
+const IndexNode& IndexTag::Node(std::uint32_t offset) {
+    SyncCache();
+    if (auto it = cache_.find(offset); it != cache_.end()) return it->second;
+    if (offset % kNodeSize != 0 || offset < kHeaderSize || offset + kNodeSize > file_.size())
+        throw IndexCorrupt("tag " + name_ + ": node pointer " + std::to_string(offset) +
+                           " outside the file");
+    char bytes[kNodeSize];
+    file_.Read(offset, bytes, kNodeSize);
+    if (cache_.size() > 4096) cache_.clear();
+    return cache_.emplace(offset, DecodeNode(bytes, shape_)).first->second;
+}
+
+void IndexTag::Store(std::uint32_t offset, const IndexNode& node) {
+    char bytes[kNodeSize];
+    if (node.isLeaf()) {
+        if (!EncodeLeaf(node, shape_, recordHint_, bytes))
+            throw std::logic_error("leaf does not fit after a split");
+    } else {
+        EncodeInterior(node, shape_, bytes);
+    }
+    file_.Write(offset, bytes, kNodeSize);
+    cache_[offset] = node;
+}
+
+void IndexTag::WriteHeader() {
+    // Only the root pointer changes after creation.
+    char bytes[4];
+    io::WriteLe32(bytes, header_.root);
+    file_.Write(headerOffset_, bytes, 4);
+}
+
+template <typename GoesBelow>
+IndexTag::Path IndexTag::Descend(GoesBelow goesBelow) {
+    SyncCache();
+    Path path;
+    std::uint32_t offset = header_.root;
+    for (;;) {
+        if (path.offsets.size() > kMaxDepth)
+            throw IndexCorrupt("tag " + name_ + ": tree deeper than " + std::to_string(kMaxDepth) +
+                               " levels (a cycle?)");
+        path.offsets.push_back(offset);
+        const IndexNode& node = Node(offset);
+        if (node.isLeaf()) return path;
+        // The first child whose last entry is not below the target; the last child otherwise.
+        std::size_t i = 0;
+        while (i + 1 < node.entries.size() && goesBelow(node.entries[i])) ++i;
+        path.indexes.push_back(i);
+        offset = node.entries[i].child;
+    }
+}
+
+IndexTag::Path IndexTag::DescendTo(const std::string& key, std::uint32_t record) {
+    return Descend([&](const IndexEntry& e) { return CompareEntry(e, key, record) < 0; });
+}
+
+bool IndexTag::Insert(const std::string& key, std::uint32_t record) {
+    if (header_.unique()) {
+        const TagPosition found = LowerBound(key);
+        if (found.valid() && EntryAt(found).key == key) return false;
+    }
+    Path path = DescendTo(key, record);
+    IndexNode leaf = Node(path.offsets.back());
+    auto at = std::lower_bound(
+        leaf.entries.begin(), leaf.entries.end(), 0,
+        [&](const IndexEntry& e, int) { return CompareEntry(e, key, record) < 0; });
+    if (at != leaf.entries.end() && at->key == key && at->record == record) return false;
+    leaf.entries.insert(at, IndexEntry{key, record, 0});
+    recordHint_ = std::max(recordHint_, record);
+    Put(path, path.offsets.size() - 1, std::move(leaf));
+    return true;
+}
+
+void IndexTag::Put(Path& path, std::size_t depth, IndexNode node) {
+    const bool fits = node.isLeaf() ? [&] {
+        char scratch[kNodeSize];
+        return EncodeLeaf(node, shape_, recordHint_, scratch);
+    }()
+                                    : node.entries.size() <= InteriorCapacity(shape_.length);
+    if (!fits) return Split(path, depth, std::move(node));
+    const std::uint32_t offset = path.offsets[depth];
+    Store(offset, node);
+    if (depth == 0) return;
+    IndexNode parent = Node(path.offsets[depth - 1]);
+    IndexEntry& entry = parent.entries[path.indexes[depth - 1]];
+    if (SameLast(entry, node)) return;
+    entry.key = node.entries.back().key;
+    entry.record = node.entries.back().record;
+    Put(path, depth - 1, std::move(parent));
+}
+
+void IndexTag::Split(Path& path, std::size_t depth, IndexNode node) {
+    const std::uint32_t offset = path.offsets[depth];
+    const std::uint32_t newOffset = file_.AllocateNode();
+    IndexNode right;
+    right.attributes = static_cast<std::uint16_t>(node.attributes & ~kNodeRoot);
+    const auto half = static_cast<std::ptrdiff_t>(node.entries.size() / 2);
+    right.entries.assign(std::make_move_iterator(node.entries.begin() + half),
+                         std::make_move_iterator(node.entries.end()));
+    node.entries.resize(static_cast<std::size_t>(half));
+    node.attributes = static_cast<std::uint16_t>(node.attributes & ~kNodeRoot);
+    right.left = offset;
+    right.right = node.right;
+    node.right = newOffset;
+    if (right.right != kNoNode) {
+        IndexNode neighbour = Node(right.right);
+        neighbour.left = newOffset;
+        Store(right.right, neighbour);
+    }
+    Store(offset, node);
+    Store(newOffset, right);
+    IndexEntry leftEntry{node.entries.back().key, node.entries.back().record, offset};
+    IndexEntry rightEntry{right.entries.back().key, right.entries.back().record, newOffset};
+    if (depth == 0) {
+        IndexNode root;
+        root.attributes = kNodeRoot;
+        root.entries = {std::move(leftEntry), std::move(rightEntry)};
+        header_.root = file_.AllocateNode();
+        Store(header_.root, root);
+        WriteHeader();
+        return;
+    }
+    IndexNode parent = Node(path.offsets[depth - 1]);
+    const std::size_t i = path.indexes[depth - 1];
+    parent.entries[i] = std::move(leftEntry);
+    parent.entries.insert(parent.entries.begin() + static_cast<std::ptrdiff_t>(i) + 1,
+                          std::move(rightEntry));
+    Put(path, depth - 1, std::move(parent));
+}
+
+bool IndexTag::Remove(const std::string& key, std::uint32_t record) {
+    Path path = DescendTo(key, record);
+    IndexNode leaf = Node(path.offsets.back());
+    auto at = std::find_if(leaf.entries.begin(), leaf.entries.end(),
+                           [&](const IndexEntry& e) { return e.key == key && e.record == record; });
+    if (at == leaf.entries.end()) return false;
+    leaf.entries.erase(at);
+    Shrink(path, path.offsets.size() - 1, std::move(leaf));
+    return true;
+}
+
+void IndexTag::Shrink(Path& path, std::size_t depth, IndexNode node) {
+    const std::uint32_t offset = path.offsets[depth];
+    if (node.entries.empty() && depth > 0) {
+        // An empty node leaves the tree: its neighbours link past it and it goes to the free list.
+        if (node.left != kNoNode) {
+            IndexNode neighbour = Node(node.left);
+            neighbour.right = node.right;
+            Store(node.left, neighbour);
+        }
+        if (node.right != kNoNode) {
+            IndexNode neighbour = Node(node.right);
+            neighbour.left = node.left;
+            Store(node.right, neighbour);
+        }
+        cache_.erase(offset);
+        file_.FreeNode(offset);
+        IndexNode parent = Node(path.offsets[depth - 1]);
+        parent.entries.erase(parent.entries.begin() +
+                             static_cast<std::ptrdiff_t>(path.indexes[depth - 1]));
+        return Shrink(path, depth - 1, std::move(parent));
+    }
+    if (depth == 0 && !node.isLeaf() && node.entries.empty()) {
+        node.attributes = kNodeRoot | kNodeLeaf;  // the last key went: an empty root leaf
+        node.left = node.right = kNoNode;
+    }
+    if (depth == 0 && !node.isLeaf() && node.entries.size() == 1) {
+        // A root with one child hands the root over to that child.
+        const std::uint32_t child = node.entries.front().child;
+        IndexNode childNode = Node(child);
+        childNode.attributes |= kNodeRoot;
+        Store(child, childNode);
+        header_.root = child;
+        WriteHeader();
+        cache_.erase(offset);
+        file_.FreeNode(offset);
+        return;
+    }
+    Put(path, depth, std::move(node));
+}
+
+TagPosition IndexTag::First() {
+    Path path = Descend([](const IndexEntry&) { return false; });
+    const IndexNode& leaf = Node(path.offsets.back());
+    return leaf.entries.empty() ? TagPosition{} : TagPosition{path.offsets.back(), 0};
+}
+
+TagPosition IndexTag::Last() {
+    Path path = Descend([](const IndexEntry&) { return true; });
+    const IndexNode& leaf = Node(path.offsets.back());
+    if (leaf.entries.empty()) return {};
+    return TagPosition{path.offsets.back(), leaf.entries.size() - 1};
+}
+
+TagPosition IndexTag::LowerBound(std::string_view probe) {
+    probe = probe.substr(0, shape_.length);
+    Path path = Descend([&](const IndexEntry& e) { return ComparePrefix(e.key, probe) < 0; });
+    const IndexNode& leaf = Node(path.offsets.back());
+    for (std::size_t i = 0; i < leaf.entries.size(); ++i)
+        if (ComparePrefix(leaf.entries[i].key, probe) >= 0)
+            return TagPosition{path.offsets.back(), i};
+    // Every key of the leaf is below: the answer, if any, starts the next leaf.
+    if (leaf.entries.empty()) return {};
+    TagPosition next = Next(TagPosition{path.offsets.back(), leaf.entries.size() - 1});
+    if (next.valid() && ComparePrefix(EntryAt(next).key, probe) < 0) return {};
+    return next;
+}
+
+TagPosition IndexTag::LastNotAbove(std::string_view probe) {
+    probe = probe.substr(0, shape_.length);
+    Path path = Descend([&](const IndexEntry& e) { return ComparePrefix(e.key, probe) <= 0; });
+    const IndexNode& leaf = Node(path.offsets.back());
+    for (std::size_t i = leaf.entries.size(); i > 0; --i)
+        if (ComparePrefix(leaf.entries[i - 1].key, probe) <= 0)
+            return TagPosition{path.offsets.back(), i - 1};
+    if (leaf.entries.empty()) return {};
+    TagPosition previous = Previous(TagPosition{path.offsets.back(), 0});
+    if (previous.valid() && ComparePrefix(EntryAt(previous).key, probe) > 0) return {};
+    return previous;
+}
+
+TagPosition IndexTag::Find(const std::string& key, std::uint32_t record) {
+    Path path = DescendTo(key, record);
+    const IndexNode& leaf = Node(path.offsets.back());
+    for (std::size_t i = 0; i < leaf.entries.size(); ++i)
+        if (leaf.entries[i].key == key && leaf.entries[i].record == record)
+            return TagPosition{path.offsets.back(), i};
+    return {};
+}
+
+TagPosition IndexTag::Next(TagPosition position) {
+    if (!position.valid()) return {};
+    const IndexNode* leaf = &Node(position.leaf);
+    if (position.index + 1 < leaf->entries.size()) return {position.leaf, position.index + 1};
+    for (std::uint32_t right = leaf->right; right != kNoNode; right = leaf->right) {
+        if (right == position.leaf) throw IndexCorrupt("tag " + name_ + ": leaf links to itself");
+        leaf = &Node(right);
+        if (!leaf->isLeaf()) throw IndexCorrupt("tag " + name_ + ": leaf links to a non-leaf");
+        if (!leaf->entries.empty()) return {right, 0};
+    }
+    return {};
+}
+
+TagPosition IndexTag::Previous(TagPosition position) {
+    if (!position.valid()) return {};
+    if (position.index > 0) return {position.leaf, position.index - 1};
+    const IndexNode* leaf = &Node(position.leaf);
+    for (std::uint32_t left = leaf->left; left != kNoNode; left = leaf->left) {
+        if (left == position.leaf) throw IndexCorrupt("tag " + name_ + ": leaf links to itself");
+        const std::uint32_t current = left;
+        leaf = &Node(current);
+        if (!leaf->isLeaf()) throw IndexCorrupt("tag " + name_ + ": leaf links to a non-leaf");
+        if (!leaf->entries.empty()) return {current, leaf->entries.size() - 1};
+    }
+    return {};
+}
+
+const IndexEntry& IndexTag::EntryAt(TagPosition position) {
+    const IndexNode& leaf = Node(position.leaf);
+    if (position.index >= leaf.entries.size())
+        throw std::out_of_range("tag " + name_ + ": position past the leaf");
+    return leaf.entries[position.index];
+}
+
+std::uint64_t IndexTag::CountKeys() {
+    SyncCache();
+    std::uint64_t count = 0;
+    std::unordered_set<std::uint32_t> seen;
+    std::vector<std::pair<std::uint32_t, std::size_t>> stack{{header_.root, 0}};
+    while (!stack.empty()) {
+        auto [offset, depth] = stack.back();
+        stack.pop_back();
+        if (depth > kMaxDepth || !seen.insert(offset).second)
+            throw IndexCorrupt("tag " + name_ + ": node " + std::to_string(offset) +
+                               " reached twice (a cycle?)");
+        const IndexNode& node = Node(offset);
+        if (node.isLeaf()) {
+            count += node.entries.size();
+            continue;
+        }
+        for (const auto& entry : node.entries) stack.emplace_back(entry.child, depth + 1);
+    }
+    return count;
+}
+
+}  // namespace fnrk::engine::cdx

@@ -1,0 +1,96 @@
+#pragma once
+
+// One tag of a compound index: a B-tree of (key, record number) pairs in ascending byte order.
+// A descending tag is stored the same way and read backwards by its users.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "engine/cdx/index_file.hpp"
+#include "engine/cdx/index_key.hpp"
+#include "engine/cdx/index_node.hpp"
+#include "engine/cdx/tag_header.hpp"
+
+namespace fnrk::engine::cdx {
+
+// A place in a tag: an entry of a leaf. leaf == kNoNode is "no entry" (before the first or after
+// the last).
+struct TagPosition {
+    std::uint32_t leaf = kNoNode;
+    std::size_t index = 0;
+    bool valid() const { return leaf != kNoNode; }
+};
+
+class IndexTag {
+  public:
+    IndexTag(IndexFile& file, std::uint32_t headerOffset, std::string name, KeyKind kind);
+
+    const std::string& name() const { return name_; }
+    std::uint32_t headerOffset() const { return headerOffset_; }
+    const TagHeader& header() const { return header_; }
+    const KeyShape& shape() const { return shape_; }
+    KeyKind kind() const { return kind_; }
+    IndexFile& file() { return file_; }
+
+    // The highest record number leaves should make room for when they are rewritten.
+    void SetRecordHint(std::uint32_t highestRecord) { recordHint_ = highestRecord; }
+
+    // Edits; the caller holds the file's UpdateGuard. Insert returns false when a unique tag
+    // already has the key; Remove returns false when the pair is not there.
+    bool Insert(const std::string& key, std::uint32_t record);
+    bool Remove(const std::string& key, std::uint32_t record);
+
+    // Reads; the caller holds a ReadGuard or UpdateGuard when the file is shared.
+    TagPosition First();
+    TagPosition Last();
+    // First entry whose key, compared on probe.size() bytes, is not below the probe.
+    TagPosition LowerBound(std::string_view probe);
+    // Last entry whose key, compared on probe.size() bytes, is not above the probe.
+    TagPosition LastNotAbove(std::string_view probe);
+    // The entry with exactly this key and record number.
+    TagPosition Find(const std::string& key, std::uint32_t record);
+    TagPosition Next(TagPosition position);
+    TagPosition Previous(TagPosition position);
+    const IndexEntry& EntryAt(TagPosition position);
+    // Counts keys by descending the tree; throws IndexCorrupt on cycles.
+    std::uint64_t CountKeys();
+
+    // Decoded node at an offset, cached; throws IndexCorrupt for offsets outside the file.
+    const IndexNode& Node(std::uint32_t offset);
+    // Re-reads the header (after another process may have moved the root).
+    void ReloadHeader();
+
+  private:
+    struct Path {
+        std::vector<std::uint32_t> offsets;  // root first, leaf last
+        std::vector<std::size_t> indexes;    // child taken in each interior node
+    };
+    template <typename GoesBelow>
+    Path Descend(GoesBelow goesBelow);
+    Path DescendTo(const std::string& key, std::uint32_t record);
+    void Put(Path& path, std::size_t depth, IndexNode node);
+    void Split(Path& path, std::size_t depth, IndexNode node);
+    void Shrink(Path& path, std::size_t depth, IndexNode node);
+    void Store(std::uint32_t offset, const IndexNode& node);
+    void WriteHeader();
+    void SyncCache();
+
+    IndexFile& file_;
+    std::uint32_t headerOffset_;
+    std::string name_;
+    KeyKind kind_;
+    TagHeader header_;
+    KeyShape shape_;
+    std::uint32_t recordHint_ = 0;
+    std::unordered_map<std::uint32_t, IndexNode> cache_;
+    std::uint64_t cacheGeneration_ = 0;
+};
+
+// Composite order of tag entries: key bytes, then record number.
+int CompareEntry(const IndexEntry& entry, const std::string& key, std::uint32_t record);
+
+}  // namespace fnrk::engine::cdx

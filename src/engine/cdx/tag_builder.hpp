@@ -1,0 +1,19 @@
+#pragma once
+
+// Writes a whole tree from entries already in tag order, bottom-up: leaves are filled as full as
+// they go, each level's node is written when the next one is started. Nodes are taken from the
+// file in the order a sorted build needs them, which gives the same file as other engines write.
+
+#include <cstdint>
+#include <vector>
+
+#include "engine/cdx/index_file.hpp"
+#include "engine/cdx/index_node.hpp"
+
+namespace fnrk::engine::cdx {
+
+// Returns the root node's offset. recordHint is the highest record number of the table.
+std::uint32_t BuildTree(IndexFile& file, const KeyShape& shape, std::uint32_t recordHint,
+                        const std::vector<IndexEntry>& sorted);
+
+}  // namespace fnrk::engine::cdx
