@@ -111,7 +111,6 @@ IndexTag& CompoundIndex::AddTag(const TagDefinition& definition,
     file_->Write(headerOffset, bytes.data(), bytes.size());
     directory_->Insert(EncodeCharacterKey(name, kTagNameLength), headerOffset);
     tags_.push_back(std::make_unique<IndexTag>(*file_, headerOffset, name, definition.kind));
-    tags_.back()->SetRecordHint(recordHint);
     return *tags_.back();
 }
 

@@ -57,7 +57,7 @@ const IndexNode& IndexTag::Node(std::uint32_t offset) {
 void IndexTag::Store(std::uint32_t offset, const IndexNode& node) {
     char bytes[kNodeSize];
     if (node.isLeaf()) {
-        if (!EncodeLeaf(node, shape_, recordHint_, bytes))
+        if (!EncodeLeaf(node, shape_, 0, bytes))
             throw std::logic_error("leaf does not fit after a split");
     } else {
         EncodeInterior(node, shape_, bytes);
@@ -109,18 +109,35 @@ bool IndexTag::Insert(const std::string& key, std::uint32_t record) {
         [&](const IndexEntry& e, int) { return CompareEntry(e, key, record) < 0; });
     if (at != leaf.entries.end() && at->key == key && at->record == record) return false;
     leaf.entries.insert(at, IndexEntry{key, record, 0});
-    recordHint_ = std::max(recordHint_, record);
     Put(path, path.offsets.size() - 1, std::move(leaf));
     return true;
 }
 
+bool IndexTag::Fits(const IndexNode& node) const {
+    if (!node.isLeaf()) return node.entries.size() <= InteriorCapacity(shape_.length);
+    char scratch[kNodeSize];
+    return EncodeLeaf(node, shape_, 0, scratch);
+}
+
+// The middle, or the nearest place to it where both halves fit (leaf keys compress unevenly).
+std::size_t IndexTag::SplitPoint(const IndexNode& node) const {
+    const std::size_t middle = node.entries.size() / 2;
+    for (std::size_t distance = 0; distance < node.entries.size(); ++distance) {
+        for (const std::size_t at : {middle - std::min(middle, distance), middle + distance}) {
+            if (at == 0 || at >= node.entries.size()) continue;
+            IndexNode left = node;
+            left.entries.resize(at);
+            IndexNode right = node;
+            right.entries.erase(right.entries.begin(),
+                                right.entries.begin() + static_cast<std::ptrdiff_t>(at));
+            if (Fits(left) && Fits(right)) return at;
+        }
+    }
+    throw std::logic_error("tag " + name_ + ": no split point");
+}
+
 void IndexTag::Put(Path& path, std::size_t depth, IndexNode node) {
-    const bool fits = node.isLeaf() ? [&] {
-        char scratch[kNodeSize];
-        return EncodeLeaf(node, shape_, recordHint_, scratch);
-    }()
-                                    : node.entries.size() <= InteriorCapacity(shape_.length);
-    if (!fits) return Split(path, depth, std::move(node));
+    if (!Fits(node)) return Split(path, depth, std::move(node));
     const std::uint32_t offset = path.offsets[depth];
     Store(offset, node);
     if (depth == 0) return;
@@ -137,7 +154,7 @@ void IndexTag::Split(Path& path, std::size_t depth, IndexNode node) {
     const std::uint32_t newOffset = file_.AllocateNode();
     IndexNode right;
     right.attributes = static_cast<std::uint16_t>(node.attributes & ~kNodeRoot);
-    const auto half = static_cast<std::ptrdiff_t>(node.entries.size() / 2);
+    const auto half = static_cast<std::ptrdiff_t>(SplitPoint(node));
     right.entries.assign(std::make_move_iterator(node.entries.begin() + half),
                          std::make_move_iterator(node.entries.end()));
     node.entries.resize(static_cast<std::size_t>(half));

@@ -36,9 +36,6 @@ class IndexTag {
     KeyKind kind() const { return kind_; }
     IndexFile& file() { return file_; }
 
-    // The highest record number leaves should make room for when they are rewritten.
-    void SetRecordHint(std::uint32_t highestRecord) { recordHint_ = highestRecord; }
-
     // Edits; the caller holds the file's UpdateGuard. Insert returns false when a unique tag
     // already has the key; Remove returns false when the pair is not there.
     bool Insert(const std::string& key, std::uint32_t record);
@@ -74,6 +71,8 @@ class IndexTag {
     Path DescendTo(const std::string& key, std::uint32_t record);
     void Put(Path& path, std::size_t depth, IndexNode node);
     void Split(Path& path, std::size_t depth, IndexNode node);
+    std::size_t SplitPoint(const IndexNode& node) const;
+    bool Fits(const IndexNode& node) const;
     void Shrink(Path& path, std::size_t depth, IndexNode node);
     void Store(std::uint32_t offset, const IndexNode& node);
     void WriteHeader();
@@ -85,7 +84,6 @@ class IndexTag {
     KeyKind kind_;
     TagHeader header_;
     KeyShape shape_;
-    std::uint32_t recordHint_ = 0;
     std::unordered_map<std::uint32_t, IndexNode> cache_;
     std::uint64_t cacheGeneration_ = 0;
 };

@@ -1,0 +1,145 @@
+// A tag after thousands of random inserts and removals must hold exactly what a sorted in-memory
+// model holds, walk the same both ways, seek like the model, and stay sound.
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+#include "engine/cdx/compound_index.hpp"
+#include "engine/cdx/tag_check.hpp"
+#include "support/temp_dir.hpp"
+
+namespace fnrk::engine::cdx {
+namespace {
+
+using Model = std::set<std::pair<std::string, std::uint32_t>>;
+
+std::vector<std::pair<std::string, std::uint32_t>> Walk(IndexTag& tag, bool backwards) {
+    std::vector<std::pair<std::string, std::uint32_t>> seen;
+    TagPosition at = backwards ? tag.Last() : tag.First();
+    for (; at.valid(); at = backwards ? tag.Previous(at) : tag.Next(at))
+        seen.emplace_back(tag.EntryAt(at).key, tag.EntryAt(at).record);
+    if (backwards) std::reverse(seen.begin(), seen.end());
+    return seen;
+}
+
+// Short keys from a small alphabet give long runs of duplicates and shared prefixes.
+std::string RandomKey(std::mt19937& random, std::size_t length) {
+    std::string key(length, ' ');
+    const std::size_t used = std::uniform_int_distribution<std::size_t>(0, length)(random);
+    for (std::size_t i = 0; i < used; ++i)
+        key[i] = "ABC\xe9z "[std::uniform_int_distribution<int>(0, 5)(random)];
+    return key;
+}
+
+void ExpectSeeksLikeModel(IndexTag& tag, const Model& model, const std::string& probe) {
+    auto lower = std::find_if(model.begin(), model.end(), [&](const auto& e) {
+        return e.first.compare(0, probe.size(), probe) >= 0;
+    });
+    const TagPosition found = tag.LowerBound(probe);
+    ASSERT_EQ(found.valid(), lower != model.end()) << "probe '" << probe << "'";
+    if (found.valid()) {
+        EXPECT_EQ(tag.EntryAt(found).record, lower->second);
+    }
+    auto upper = std::find_if(model.rbegin(), model.rend(), [&](const auto& e) {
+        return e.first.compare(0, probe.size(), probe) <= 0;
+    });
+    const TagPosition last = tag.LastNotAbove(probe);
+    ASSERT_EQ(last.valid(), upper != model.rend()) << "probe '" << probe << "'";
+    if (last.valid()) {
+        EXPECT_EQ(tag.EntryAt(last).record, upper->second);
+    }
+}
+
+class TagModelTest : public ::testing::TestWithParam<std::size_t> {};
+
+TEST_P(TagModelTest, RandomInsertsAndRemovalsMatchASortedModel) {
+    const std::size_t keyLength = GetParam();
+    fnrk::testing::TempDir dir;
+    auto index = CompoundIndex::Create(dir / "model.cdx");
+    IndexTag& tag =
+        index->AddTag({"T", "K", "", KeyKind::Character, keyLength, false, false}, {}, 0);
+    std::mt19937 random(static_cast<unsigned>(keyLength));
+    Model model;
+    std::vector<std::pair<std::string, std::uint32_t>> live;
+    for (int step = 0; step < 6000; ++step) {
+        const bool grow = live.size() < 300 || random() % 100 < (step < 4000 ? 60 : 35);
+        if (grow) {
+            const auto record = static_cast<std::uint32_t>(step + 1);
+            std::string key = RandomKey(random, keyLength);
+            ASSERT_TRUE(tag.Insert(key, record));
+            model.emplace(key, record);
+            live.emplace_back(std::move(key), record);
+        } else {
+            const std::size_t pick = random() % live.size();
+            ASSERT_TRUE(tag.Remove(live[pick].first, live[pick].second));
+            model.erase(live[pick]);
+            live[pick] = live.back();
+            live.pop_back();
+        }
+        if (step % 997 == 0) {
+            ASSERT_EQ(CheckTagStructure(tag), std::vector<std::string>{});
+        }
+    }
+    const std::vector<std::pair<std::string, std::uint32_t>> want(model.begin(), model.end());
+    EXPECT_EQ(Walk(tag, false), want);
+    EXPECT_EQ(Walk(tag, true), want);
+    EXPECT_EQ(tag.CountKeys(), model.size());
+    for (int i = 0; i < 200; ++i)
+        ExpectSeeksLikeModel(tag, model, RandomKey(random, keyLength).substr(0, 1 + i % 3));
+    EXPECT_FALSE(tag.Remove("never there", 1));
+
+    // A tag read back from the file by a fresh reader is the same tag.
+    index.reset();
+    auto reopened = CompoundIndex::Open(dir / "model.cdx", {});
+    ASSERT_NE(reopened->FindTag("t"), nullptr);
+    EXPECT_EQ(Walk(*reopened->FindTag("T"), false), want);
+
+    // Removing everything leaves an empty root leaf, and the freed nodes are used again.
+    IndexTag& again = *reopened->FindTag("T");
+    for (const auto& [key, record] : want) ASSERT_TRUE(again.Remove(key, record));
+    EXPECT_EQ(again.CountKeys(), 0u);
+    EXPECT_FALSE(again.First().valid());
+    EXPECT_EQ(CheckTagStructure(again), std::vector<std::string>{});
+    const auto sizeWhenEmpty = reopened->file().size();
+    for (const auto& [key, record] : want) ASSERT_TRUE(again.Insert(key, record));
+    EXPECT_EQ(reopened->file().size(), sizeWhenEmpty);
+    EXPECT_EQ(Walk(again, false), want);
+}
+
+INSTANTIATE_TEST_SUITE_P(KeyLengths, TagModelTest, ::testing::Values(1, 6, 30, 120));
+
+TEST(TagModel, UniqueTagKeepsOneRecordPerKeyAndSortedBuildKeepsTheFirst) {
+    fnrk::testing::TempDir dir;
+    auto index = CompoundIndex::Create(dir / "unique.cdx");
+    std::vector<IndexEntry> entries{{"B ", 4, 0}, {"A ", 9, 0}, {"B ", 2, 0}, {"A ", 3, 0}};
+    SortForTag(entries, true);
+    IndexTag& tag = index->AddTag({"U", "K", "", KeyKind::Character, 2, true, false}, entries, 9);
+    EXPECT_EQ(Walk(tag, false),
+              (std::vector<std::pair<std::string, std::uint32_t>>{{"A ", 3}, {"B ", 2}}));
+    EXPECT_FALSE(tag.Insert("A ", 1));
+    EXPECT_TRUE(tag.Insert("C ", 1));
+    EXPECT_EQ(CheckTagStructure(tag), std::vector<std::string>{});
+}
+
+TEST(TagModel, TagNamesAreCheckedAndFoundWithoutRegardToCase) {
+    fnrk::testing::TempDir dir;
+    auto index = CompoundIndex::Create(dir / "names.cdx");
+    const TagDefinition good{"name", "NAME", "", KeyKind::Character, 10, false, false};
+    index->AddTag(good, {}, 0);
+    EXPECT_THROW(index->AddTag(good, {}, 0), std::invalid_argument);
+    TagDefinition tooLong = good;
+    tooLong.name = "ELEVENCHARS";
+    EXPECT_THROW(index->AddTag(tooLong, {}, 0), std::invalid_argument);
+    TagDefinition badLength = good;
+    badLength.name = "OTHER";
+    badLength.keyLength = 241;
+    EXPECT_THROW(index->AddTag(badLength, {}, 0), std::invalid_argument);
+    ASSERT_NE(index->FindTag("NaMe"), nullptr);
+    EXPECT_EQ(index->FindTag("NaMe")->name(), "NAME");
+    EXPECT_EQ(index->tags().size(), 1u);
+}
+
+}  // namespace
+}  // namespace fnrk::engine::cdx
