@@ -108,10 +108,15 @@ Status TableFile::Open(const std::string& path, OpenRequest request, std::string
     header_ = std::move(header);
     exclusive_ = request.exclusive;
     readOnly_ = request.readOnly;
-    const std::size_t window = std::max<std::size_t>(1, kCacheBytes / header_.recordLength);
+    SetReadAhead(0);
+    return AE_SUCCESS;
+}
+
+void TableFile::SetReadAhead(std::uint32_t records) {
+    const std::size_t window =
+        records != 0 ? records : std::max<std::size_t>(1, kCacheBytes / header_.recordLength);
     cache_.assign(window * header_.recordLength, '\0');
     cacheCount_ = 0;
-    return AE_SUCCESS;
 }
 
 void TableFile::RefreshRecordCount() {

@@ -51,6 +51,8 @@ class TableFile {
     // The bytes of record `record` (1..recordCount), valid until the next call on this object.
     // nullptr when the record cannot be read.
     const char* ReadRecord(std::uint32_t record);
+    // How many records one read brings in (0: as many as fit in 64 KiB).
+    void SetReadAhead(std::uint32_t records);
     // Forgets cached records, so the next read comes from the file.
     void DropCache() { cacheCount_ = 0; }
 

@@ -1,0 +1,33 @@
+#include "engine/table_paths.hpp"
+
+#include <filesystem>
+
+#include "platform/text.hpp"
+
+namespace fnrk::engine {
+
+namespace fs = std::filesystem;
+
+std::string ResolveTablePath(const std::string& folder, std::string_view name) {
+    fs::path path(std::string{name});
+    if (path.is_relative() && !folder.empty()) path = fs::path(folder) / path;
+    if (!path.has_extension()) path += ".dbf";
+    std::error_code error;
+    if (fs::exists(path, error)) return path.string();
+    const std::string wanted = platform::UpperCase(path.filename().string());
+    for (const auto& entry : fs::directory_iterator(path.parent_path(), error)) {
+        if (platform::UpperCase(entry.path().filename().string()) == wanted)
+            return entry.path().string();
+    }
+    return path.string();
+}
+
+std::string ConnectionFolder(std::string_view serverPath) {
+    std::string folder = platform::Trim(serverPath);
+    while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
+    std::error_code error;
+    if (folder.empty() || !fs::is_directory(folder, error)) return {};
+    return fs::absolute(folder, error).lexically_normal().string();
+}
+
+}  // namespace fnrk::engine
