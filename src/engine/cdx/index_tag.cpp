@@ -322,6 +322,10 @@ const IndexEntry& IndexTag::EntryAt(TagPosition position) {
     return leaf.entries[position.index];
 }
 
+std::uint64_t IndexTag::WalkLimit() const {
+    return file_.size() / kNodeSize * ((kNodeSize - kLeafHeaderSize) / 3);
+}
+
 std::uint64_t IndexTag::CountKeys() {
     SyncCache();
     std::uint64_t count = 0;

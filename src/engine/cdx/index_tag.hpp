@@ -53,6 +53,8 @@ class IndexTag {
     TagPosition Next(TagPosition position);
     TagPosition Previous(TagPosition position);
     const IndexEntry& EntryAt(TagPosition position);
+    // More entries than a file of this size can hold: a walk that gets this far is looping.
+    std::uint64_t WalkLimit() const;
     // Counts keys by descending the tree; throws IndexCorrupt on cycles.
     std::uint64_t CountKeys();
 

@@ -114,7 +114,9 @@ std::vector<std::string> CheckTagContents(IndexTag& tag, std::uint32_t recordCou
     };
     std::vector<bool> present(std::size_t{recordCount} + 1, false);
     std::set<std::string> keys;
+    std::uint64_t steps = 0;
     for (TagPosition at = tag.First(); at.valid(); at = tag.Next(at)) {
+        if (++steps > tag.WalkLimit()) throw IndexCorrupt("tag " + tag.name() + ": leaves loop");
         const IndexEntry entry = tag.EntryAt(at);
         const std::string where = "record " + std::to_string(entry.record);
         if (entry.record == 0 || entry.record > recordCount) {
