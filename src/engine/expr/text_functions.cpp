@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstring>
 
-#include "engine/expr/ansi_case.hpp"
 #include "engine/expr/compile_scope.hpp"
 #include "engine/expr/number_text.hpp"
 
@@ -29,6 +28,15 @@ std::string_view TrimLeft(std::string_view text) {
 std::size_t Clamp(double value, std::size_t limit) {
     if (!(value > 0)) return 0;
     return value >= static_cast<double>(limit) ? limit : static_cast<std::size_t>(value);
+}
+
+// Only the letters A to Z change case: accented letters keep theirs, as in the keys of the
+// existing index files.
+char AsciiUpper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+char AsciiLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 template <char (*Convert)(char)>
@@ -168,8 +176,8 @@ std::optional<Operand> CompileTextFunction(const Node& call, const Arguments& ar
     if (name == "UPPER" || name == "LOWER" || name == "TRIM" || name == "RTRIM" ||
         name == "LTRIM" || name == "ALLTRIM") {
         RequireArgument(call, arguments, 0, ValueType::Character);
-        if (name == "UPPER") return ChangeCase<AnsiUpper>(arguments[0], program);
-        if (name == "LOWER") return ChangeCase<AnsiLower>(arguments[0], program);
+        if (name == "UPPER") return ChangeCase<AsciiUpper>(arguments[0], program);
+        if (name == "LOWER") return ChangeCase<AsciiLower>(arguments[0], program);
         if (name == "LTRIM") return Trimmed<TrimLeft>(arguments[0], program);
         if (name == "ALLTRIM") return Trimmed<TrimBoth>(arguments[0], program);
         return Trimmed<TrimRight>(arguments[0], program);
