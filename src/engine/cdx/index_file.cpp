@@ -126,19 +126,11 @@ IndexFile::UpdateGuard::UpdateGuard(IndexFile& file) : file_(file) {
         file_.Lock(F_WRLCK);
         file_.Refresh();
     }
+    file_.changed_ = true;
 }
 
 IndexFile::UpdateGuard::~UpdateGuard() {
-    if (--file_.lockDepth_ != 0 || !file_.mode_.shared) return;
-    ++file_.changeCounter_;
-    char bytes[4];
-    io::WriteLe32(bytes, file_.changeCounter_);
-    try {
-        file_.Write(kChangeCounterOffset, bytes, 4);
-    } catch (const std::exception&) {
-        // The update itself failed earlier and reported it; the lock must still go.
-    }
-    file_.Unlock();
+    file_.Release();
 }
 
 IndexFile::ReadGuard::ReadGuard(IndexFile& file) : file_(file) {
@@ -149,7 +141,23 @@ IndexFile::ReadGuard::ReadGuard(IndexFile& file) : file_(file) {
 }
 
 IndexFile::ReadGuard::~ReadGuard() {
-    if (--file_.lockDepth_ == 0) file_.Unlock();
+    file_.Release();
+}
+
+void IndexFile::Release() {
+    if (--lockDepth_ != 0) return;
+    if (changed_ && mode_.shared) {
+        ++changeCounter_;
+        char bytes[4];
+        io::WriteLe32(bytes, changeCounter_);
+        try {
+            Write(kChangeCounterOffset, bytes, 4);
+        } catch (const std::exception&) {
+            // The update itself failed and reported it; the lock must still go.
+        }
+    }
+    changed_ = false;
+    Unlock();
 }
 
 }  // namespace fnrk::engine::cdx

@@ -44,8 +44,9 @@ class IndexFile {
     // Bumped whenever cached nodes must be dropped; tags compare it with the value they saw.
     std::uint64_t generation() const { return generation_; }
 
-    // Holds the index lock for an update; on release a shared file's change counter goes up by one
-    // so that other processes drop their cached nodes. Nests.
+    // Holds the index lock for an update; when the outermost guard goes, a shared file's change
+    // counter goes up by one so that other processes drop their cached nodes. Guards nest, but an
+    // update must not start inside a ReadGuard (the lock is not upgraded).
     class UpdateGuard {
       public:
         explicit UpdateGuard(IndexFile& file);
@@ -72,6 +73,8 @@ class IndexFile {
     IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMode mode);
     void Lock(short type);
     void Unlock();
+    // Ends one guard; the outermost one publishes an update and unlocks.
+    void Release();
     // Re-reads the change counter and file size; drops caches when another process wrote.
     void Refresh();
 
@@ -82,6 +85,7 @@ class IndexFile {
     std::uint32_t changeCounter_ = 0;
     std::uint64_t generation_ = 0;
     int lockDepth_ = 0;
+    bool changed_ = false;  // an update ran under the lock now held
 };
 
 }  // namespace fnrk::engine::cdx

@@ -26,6 +26,7 @@ const char* TableCursor::CurrentRecord() {
 
 bool TableCursor::Passes(const char* record, std::uint32_t recno) {
     if (!settings_.showDeleted && record[0] == '*') return false;
+    if (gate_ && !gate_(recno, {record, header().recordLength})) return false;
     if (!filter_) return true;
     const std::string_view records[] = {{record, header().recordLength}};
     const expr::EvaluationContext context{records, recno, &settings_.dates};

@@ -5,6 +5,7 @@
 // locks this handle holds.
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,6 +38,8 @@ class TableCursor {
     Status GotoRecord(std::uint32_t record);
     Status Skip(std::int32_t records);
     bool atBof() const { return atBof_; }
+    // Sets BOF on the current record: index orders find their first record themselves.
+    void MarkBof() { atBof_ = true; }
     bool atEof() const { return atEof_; }
     // 0 at EOF.
     std::uint32_t recordNumber() const { return atEof_ ? 0 : record_; }
@@ -69,6 +72,9 @@ class TableCursor {
     Status SetFilter(std::string_view expression, std::string& message);
     const std::string& filterText() const { return filterText_; }
     void ClearFilter() { filter_.reset(), filterText_.clear(); }
+    // A further test every visible record must pass (the optimized filter); empty for none.
+    using RecordGate = std::function<bool(std::uint32_t record, std::string_view bytes)>;
+    void SetRecordGate(RecordGate gate) { gate_ = std::move(gate); }
     Status Locate(std::string_view expression, bool forward, bool& found, std::string& message);
     Status Continue(bool& found);
     // Compiles a condition over this table's fields.
@@ -109,6 +115,7 @@ class TableCursor {
     bool implicitLock_ = false;
 
     std::optional<expr::Expression> filter_;
+    RecordGate gate_;
     std::string filterText_;
     std::optional<expr::Expression> locate_;
     bool locateForward_ = true;

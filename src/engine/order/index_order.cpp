@@ -1,0 +1,204 @@
+#include "engine/order/index_order.hpp"
+
+#include <cmath>
+
+#include "engine/constants.hpp"
+
+namespace fnrk::engine::order {
+
+using cdx::TagPosition;
+
+cdx::TagPosition IndexOrder::LogicalFirst() {
+    return descending() ? tag().Last() : tag().First();
+}
+
+cdx::TagPosition IndexOrder::LogicalLast() {
+    return descending() ? tag().First() : tag().Last();
+}
+
+cdx::TagPosition IndexOrder::Step(TagPosition at, int direction) {
+    return (direction > 0) != descending() ? tag().Next(at) : tag().Previous(at);
+}
+
+cdx::TagPosition IndexOrder::FirstFrom(std::string_view probe) {
+    return descending() ? tag().LastNotAbove(probe) : tag().LowerBound(probe);
+}
+
+cdx::TagPosition IndexOrder::LastUpTo(std::string_view probe) {
+    return descending() ? tag().LowerBound(probe) : tag().LastNotAbove(probe);
+}
+
+int IndexOrder::LogicalCompare(std::string_view key, std::string_view probe) {
+    const int c = cdx::ComparePrefix(key, probe);
+    return descending() ? -c : c;
+}
+
+bool IndexOrder::InScope(std::string_view key) {
+    if (top_ && LogicalCompare(key, *top_) < 0) return false;
+    if (bottom_ && LogicalCompare(key, *bottom_) > 0) return false;
+    return true;
+}
+
+cdx::TagPosition IndexOrder::ScopeStart() {
+    return top_ ? FirstFrom(*top_) : LogicalFirst();
+}
+
+cdx::TagPosition IndexOrder::ScopeEnd() {
+    return bottom_ ? LastUpTo(*bottom_) : LogicalLast();
+}
+
+cdx::TagPosition IndexOrder::Current() {
+    const std::uint32_t record = table_.recordNumber();
+    if (record == 0 || !tag_.keys) return {};
+    const auto key = tag_.keys->KeyOf(table_.CurrentRecordBytes(), record);
+    return key ? tag().Find(*key, record) : TagPosition{};
+}
+
+cdx::TagPosition IndexOrder::Settle(TagPosition at, int direction) {
+    for (std::uint64_t steps = 0; at.valid(); at = Step(at, direction)) {
+        if (++steps > tag().WalkLimit()) throw cdx::IndexCorrupt("tag " + tag().name() + " loops");
+        const cdx::IndexEntry entry = tag().EntryAt(at);
+        if (!InScope(entry.key)) return {};
+        if (table_.GotoRecord(entry.record) != AE_SUCCESS) return {};
+        if (table_.IsVisible()) return at;
+    }
+    return {};
+}
+
+Status IndexOrder::GoEof() {
+    return table_.GotoRecord(0);
+}
+
+Status IndexOrder::GotoTop() {
+    if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
+    cdx::IndexFile::ReadGuard guard(tag_.file->file());
+    return Settle(ScopeStart(), 1).valid() ? AE_SUCCESS : GoEof();
+}
+
+Status IndexOrder::GotoBottom() {
+    if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
+    cdx::IndexFile::ReadGuard guard(tag_.file->file());
+    return Settle(ScopeEnd(), -1).valid() ? AE_SUCCESS : GoEof();
+}
+
+Status IndexOrder::Skip(std::int32_t count) {
+    if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
+    cdx::IndexFile::ReadGuard guard(tag_.file->file());
+    const bool atEof = table_.atEof();
+    TagPosition at = Current();
+    if (count == 0) return at.valid() ? table_.GotoRecord(table_.recordNumber()) : AE_SUCCESS;
+    if (count > 0) {
+        if (atEof) return AE_SUCCESS;
+        for (std::int32_t i = 0; i < count; ++i) {
+            at = at.valid() ? Settle(Step(at, 1), 1) : TagPosition{};
+            if (!at.valid()) return GoEof();
+        }
+        return AE_SUCCESS;
+    }
+    // Backwards; from EOF the first step lands on the last visible record.
+    for (std::int32_t i = 0; i > count; --i) {
+        at = atEof && i == 0 ? Settle(ScopeEnd(), -1)
+                             : (at.valid() ? Settle(Step(at, -1), -1) : TagPosition{});
+        if (!at.valid()) {
+            // Before the first key: BOF, on the first visible record.
+            if (!Settle(ScopeStart(), 1).valid()) return GoEof();
+            table_.MarkBof();
+            return AE_SUCCESS;
+        }
+    }
+    return AE_SUCCESS;
+}
+
+Status IndexOrder::Seek(std::string_view probe, bool soft, bool last, bool& found) {
+    found = false;
+    if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
+    cdx::IndexFile::ReadGuard guard(tag_.file->file());
+    probe = probe.substr(0, tag().shape().length);
+    const TagPosition at = last ? Settle(LastUpTo(probe), -1) : Settle(FirstFrom(probe), 1);
+    if (at.valid()) found = cdx::ComparePrefix(tag().EntryAt(at).key, probe) == 0;
+    if (found || (soft && !last && at.valid())) return AE_SUCCESS;
+    return GoEof();
+}
+
+void IndexOrder::SetScope(order::ScopeEnd end, std::string key) {
+    (end == ScopeEnd::Top ? top_ : bottom_) = std::move(key);
+}
+
+void IndexOrder::ClearScope(order::ScopeEnd end) {
+    (end == ScopeEnd::Top ? top_ : bottom_).reset();
+}
+
+Status IndexOrder::CountKeys(std::uint16_t filterOption, std::uint32_t& count) {
+    count = 0;
+    if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
+    cdx::IndexFile::ReadGuard guard(tag_.file->file());
+    if (filterOption == ADS_IGNOREFILTERS) {
+        count = static_cast<std::uint32_t>(tag().CountKeys());
+        return AE_SUCCESS;
+    }
+    const std::uint32_t saved = table_.recordNumber();
+    std::uint64_t steps = 0;
+    for (TagPosition at = ScopeStart(); at.valid(); at = Step(at, 1)) {
+        if (++steps > tag().WalkLimit()) throw cdx::IndexCorrupt("tag " + tag().name() + " loops");
+        const cdx::IndexEntry entry = tag().EntryAt(at);
+        if (!InScope(entry.key)) break;
+        if (filterOption == ADS_RESPECTFILTERS) {
+            table_.GotoRecord(entry.record);
+            if (!table_.IsVisible()) continue;
+        }
+        ++count;
+    }
+    if (filterOption == ADS_RESPECTFILTERS) table_.GotoRecord(saved);
+    return AE_SUCCESS;
+}
+
+Status IndexOrder::GetRelKeyPos(double& position) {
+    position = 0;
+    if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
+    if (table_.atEof()) {
+        position = 1.0;
+        return AE_SUCCESS;
+    }
+    cdx::IndexFile::ReadGuard guard(tag_.file->file());
+    const TagPosition current = Current();
+    std::uint64_t before = 0;
+    std::uint64_t total = 0;
+    bool passed = false;
+    for (TagPosition at = ScopeStart(); at.valid() && InScope(tag().EntryAt(at).key);
+         at = Step(at, 1)) {
+        if (total > tag().WalkLimit()) throw cdx::IndexCorrupt("tag " + tag().name() + " loops");
+        if (current.valid() && at.leaf == current.leaf && at.index == current.index) passed = true;
+        if (!passed) ++before;
+        ++total;
+    }
+    position = total <= 1 ? 0.0 : static_cast<double>(before) / static_cast<double>(total - 1);
+    return AE_SUCCESS;
+}
+
+Status IndexOrder::SetRelKeyPos(double position) {
+    if (position < 0 || position > 1) return AE_INVALID_VALUE;
+    if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
+    cdx::IndexFile::ReadGuard guard(tag_.file->file());
+    std::uint64_t total = 0;
+    for (TagPosition at = ScopeStart(); at.valid() && InScope(tag().EntryAt(at).key);
+         at = Step(at, 1)) {
+        if (++total > tag().WalkLimit()) throw cdx::IndexCorrupt("tag " + tag().name() + " loops");
+    }
+    if (total == 0) return GoEof();
+    auto target =
+        static_cast<std::uint64_t>(std::llround(position * static_cast<double>(total - 1)));
+    TagPosition at = ScopeStart();
+    for (; target > 0 && at.valid(); --target) at = Step(at, 1);
+    return Settle(at, 1).valid() ? AE_SUCCESS : GoEof();
+}
+
+Status IndexOrder::ExtractKey(std::string& key) {
+    key.clear();
+    const std::uint32_t record = table_.recordNumber();
+    if (record == 0) return AE_NO_CURRENT_RECORD;
+    if (!tag_.keys) return AE_INVALID_EXPRESSION;
+    key = tag_.keys->KeyOf(table_.CurrentRecordBytes(), record).value_or("");
+    return AE_SUCCESS;
+}
+
+}  // namespace fnrk::engine::order

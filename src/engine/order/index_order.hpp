@@ -1,0 +1,75 @@
+#pragma once
+
+// Navigation of a table in the order of one tag: top, bottom, skips, seeks, scopes, key counts
+// and relative key positions. The table's own cursor holds the position; filters, the deleted
+// setting and optimized filters decide which records are visible. A descending tag is its stored
+// order read backwards.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "engine/cdx/index_tag.hpp"
+#include "engine/cursor/table_cursor.hpp"
+#include "engine/errors.hpp"
+#include "engine/order/table_indexes.hpp"
+
+namespace fnrk::engine::order {
+
+enum class ScopeEnd { Top, Bottom };
+
+class IndexOrder {
+  public:
+    IndexOrder(cursor::TableCursor& table, OpenTag& tag) : table_(table), tag_(tag) {}
+
+    OpenTag& tag() const { return tag_; }
+
+    Status GotoTop();
+    Status GotoBottom();
+    Status Skip(std::int32_t count);
+    // `probe` is key bytes; shorter than the key it is a partial key. A soft seek that finds no
+    // equal key stays on the next key; a hard one goes to EOF. `last` finds the last equal key.
+    Status Seek(std::string_view probe, bool soft, bool last, bool& found);
+
+    void SetScope(ScopeEnd end, std::string key);
+    void ClearScope(ScopeEnd end);
+    const std::optional<std::string>& scope(ScopeEnd end) const {
+        return end == ScopeEnd::Top ? top_ : bottom_;
+    }
+
+    // ADS_IGNOREFILTERS: every key; ADS_RESPECTSCOPES: keys within the scopes;
+    // ADS_RESPECTFILTERS: visible records within the scopes.
+    Status CountKeys(std::uint16_t filterOption, std::uint32_t& count);
+    Status GetRelKeyPos(double& position);
+    Status SetRelKeyPos(double position);
+    // The current record's key in this tag (empty when it does not qualify).
+    Status ExtractKey(std::string& key);
+
+  private:
+    cdx::IndexTag& tag() { return *tag_.tag; }
+    bool descending() { return tag().header().descending; }
+    cdx::TagPosition LogicalFirst();
+    cdx::TagPosition LogicalLast();
+    cdx::TagPosition Step(cdx::TagPosition at, int direction);
+    // First entry (in tag order) whose key is not before the probe / last one not after it.
+    cdx::TagPosition FirstFrom(std::string_view probe);
+    cdx::TagPosition LastUpTo(std::string_view probe);
+    int LogicalCompare(std::string_view key, std::string_view probe);
+    bool InScope(std::string_view key);
+    cdx::TagPosition ScopeStart();
+    cdx::TagPosition ScopeEnd();
+    // The tag entry of the table's current record, if it has one.
+    cdx::TagPosition Current();
+    // From `at` on (itself included) in `direction`, the first entry in scope whose record is
+    // visible; the table is left on it. Invalid when none.
+    cdx::TagPosition Settle(cdx::TagPosition at, int direction);
+    Status GoEof();
+
+    cursor::TableCursor& table_;
+    OpenTag& tag_;
+    std::optional<std::string> top_;
+    std::optional<std::string> bottom_;
+};
+
+}  // namespace fnrk::engine::order

@@ -1,0 +1,318 @@
+#include "engine/order/table_indexes.hpp"
+
+#include <strings.h>
+#include <algorithm>
+
+#include <system_error>
+
+#include "engine/cdx/tag_check.hpp"
+#include "engine/io/posix_file.hpp"
+
+namespace fnrk::engine::order {
+
+namespace {
+
+constexpr std::uint64_t kStructuralFlagOffset = 28;
+
+// The status of the exception being handled, with its text in `message`.
+Status FailureStatus(std::string& message) {
+    try {
+        throw;
+    } catch (const expr::ExpressionError& error) {
+        message = error.what();
+        return AE_INVALID_EXPRESSION;
+    } catch (const std::invalid_argument& error) {
+        message = error.what();
+        return AE_INVALID_INDEX_NAME;
+    } catch (const std::system_error& error) {
+        message = error.what();
+        return AE_PERMISSION_DENIED;
+    } catch (const std::exception& error) {
+        message = error.what();
+        return AE_CORRUPT_INDEX;
+    }
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
+
+}  // namespace
+
+TableIndexes::TableIndexes(cursor::TableCursor& table, const expr::DateSettings& dates)
+    : table_(table), dates_(dates) {
+    table_.file().SetObserver(this);
+}
+
+TableIndexes::~TableIndexes() {
+    table_.file().SetObserver(nullptr);
+}
+
+std::filesystem::path TableIndexes::StructuralPath() const {
+    std::filesystem::path path = table_.file().path();
+    const std::string extension = path.extension().string();
+    const bool lower = !extension.empty() && extension[1] >= 'a' && extension[1] <= 'z';
+    return path.replace_extension(lower ? ".cdx" : ".CDX");
+}
+
+Status TableIndexes::OpenStructural(std::string& message) {
+    if ((table_.header().flags & dbf::kFlagStructuralIndex) == 0) return AE_SUCCESS;
+    return OpenFile(StructuralPath(), message);
+}
+
+TableIndexes::File* TableIndexes::FileAt(const std::filesystem::path& path) {
+    for (auto& file : files_)
+        if (std::filesystem::equivalent(file->path, path)) return file.get();
+    return nullptr;
+}
+
+Status TableIndexes::OpenFile(const std::filesystem::path& path, std::string& message) {
+    if (!std::filesystem::exists(path)) {
+        message = "index file " + path.string() + " not found";
+        return AE_FILE_NOT_FOUND;
+    }
+    if (FileAt(path) != nullptr) return AE_INDEX_ALREADY_OPEN;
+    const dbf::TableFile& table = table_.file();
+    try {
+        auto file = std::make_unique<File>();
+        file->path = path;
+        file->index = cdx::CompoundIndex::Open(
+            path, {.readOnly = table.readOnly(), .shared = !table.exclusive()},
+            [&](const std::string& expression) {
+                return KeyKindOfExpression(expression, table.header());
+            });
+        AdoptTags(*file);
+        files_.push_back(std::move(file));
+        return AE_SUCCESS;
+    } catch (const std::exception&) {
+        const Status status = FailureStatus(message);
+        message = path.string() + ": " + message;
+        return status;
+    }
+}
+
+void TableIndexes::AdoptTags(File& file) {
+    for (const auto& tag : file.index->tags()) {
+        auto open = std::make_unique<OpenTag>();
+        open->file = file.index.get();
+        open->tag = tag.get();
+        try {
+            open->keys = std::make_unique<TagKeys>(
+                tag->header().keyExpression, tag->header().forExpression, table_.header(), dates_);
+        } catch (const std::exception&) {
+            // A tag whose expression we cannot evaluate still reads; it is not kept up to date
+            // and Check reports it.
+        }
+        tags_.push_back(std::move(open));
+    }
+}
+
+void TableIndexes::CloseFileOf(const OpenTag* tag) {
+    if (tag == nullptr) return;
+    cdx::CompoundIndex* index = tag->file;
+    std::erase_if(tags_, [&](const auto& open) { return open->file == index; });
+    std::erase_if(files_, [&](const auto& file) { return file->index.get() == index; });
+}
+
+OpenTag* TableIndexes::FindTag(std::string_view name) const {
+    for (const auto& open : tags_)
+        if (SameName(open->tag->name(), name)) return open.get();
+    return nullptr;
+}
+
+std::vector<cdx::IndexEntry> TableIndexes::CollectEntries(TagKeys& keys, bool unique) {
+    dbf::TableFile& table = table_.file();
+    table.RefreshRecordCount();
+    const std::uint32_t count = table.recordCount();
+    const std::size_t recordLength = table.header().recordLength;
+    std::vector<cdx::IndexEntry> entries;
+    entries.reserve(count);
+    for (std::uint32_t record = 1; record <= count; ++record) {
+        const char* bytes = table.ReadRecord(record);
+        if (bytes == nullptr)
+            throw std::runtime_error("cannot read record " + std::to_string(record));
+        if (auto key = keys.KeyOf({bytes, recordLength}, record))
+            entries.push_back(cdx::IndexEntry{std::move(*key), record, 0});
+        if (progress_ && record % 65536 == 0) progress_(record, count);
+    }
+    if (progress_) progress_(count, count);
+    cdx::SortForTag(entries, unique);
+    return entries;
+}
+
+std::vector<TagRequest> TableIndexes::RequestsOf(const File& file) const {
+    std::vector<TagRequest> requests;
+    for (const auto& tag : file.index->tags()) {
+        const cdx::TagHeader& header = tag->header();
+        requests.push_back({tag->name(), header.keyExpression, header.forExpression,
+                            header.unique(), header.descending});
+    }
+    return requests;
+}
+
+void TableIndexes::Rebuild(File& file, const std::vector<TagRequest>& requests) {
+    // Compile everything first: a bad expression must leave the file as it was.
+    std::vector<std::unique_ptr<TagKeys>> keys;
+    for (const auto& request : requests)
+        keys.push_back(std::make_unique<TagKeys>(request.keyExpression, request.forExpression,
+                                                 table_.header(), dates_));
+    std::vector<std::unique_ptr<OpenTag>> kept;
+    for (auto& open : tags_)
+        if (open->file == file.index.get()) kept.push_back(std::move(open));
+    std::erase(tags_, nullptr);
+    const bool shared = !table_.file().exclusive();
+    file.index.reset();
+    auto rebuilt = cdx::CompoundIndex::Create(file.path);
+    const std::uint32_t records = table_.file().recordCount();
+    for (std::size_t i = 0; i < requests.size(); ++i) {
+        const TagRequest& request = requests[i];
+        const cdx::TagDefinition definition{
+            request.name,         request.keyExpression, request.forExpression, keys[i]->kind(),
+            keys[i]->keyLength(), request.unique,        request.descending};
+        rebuilt->AddTag(definition, CollectEntries(*keys[i], request.unique), records);
+    }
+    rebuilt.reset();
+    file.index = cdx::CompoundIndex::Open(
+        file.path, {.readOnly = false, .shared = shared}, [&](const std::string& expression) {
+            return KeyKindOfExpression(expression, table_.header());
+        });
+    // Tags keep their OpenTag objects (orders point at them); new tags get new ones.
+    for (std::size_t i = 0; i < requests.size(); ++i) {
+        cdx::IndexTag* tag = file.index->FindTag(requests[i].name);
+        auto same = std::find_if(kept.begin(), kept.end(), [&](const auto& open) {
+            return open && SameName(open->tag->name(), requests[i].name);
+        });
+        std::unique_ptr<OpenTag> open =
+            same != kept.end() ? std::move(*same) : std::make_unique<OpenTag>();
+        open->file = file.index.get();
+        open->tag = tag;
+        open->keys = std::move(keys[i]);
+        tags_.push_back(std::move(open));
+    }
+}
+
+Status TableIndexes::CreateTag(std::filesystem::path path, const TagRequest& request,
+                               std::string& message, OpenTag*& created) {
+    created = nullptr;
+    const bool structural = path.empty();
+    if (structural) path = StructuralPath();
+    if (table_.file().readOnly()) return AE_TABLE_READONLY;
+    try {
+        File* file = FileAt(path);
+        if (file == nullptr && std::filesystem::exists(path)) {
+            if (Status status = OpenFile(path, message); status != AE_SUCCESS) return status;
+            file = FileAt(path);
+        }
+        if (file == nullptr) {
+            auto fresh = std::make_unique<File>();
+            fresh->path = path;
+            cdx::CompoundIndex::Create(path);
+            fresh->index = cdx::CompoundIndex::Open(path, {.shared = !table_.file().exclusive()});
+            files_.push_back(std::move(fresh));
+            file = files_.back().get();
+        }
+        std::vector<TagRequest> requests = RequestsOf(*file);
+        auto same = std::find_if(requests.begin(), requests.end(), [&](const TagRequest& r) {
+            return SameName(r.name, request.name);
+        });
+        if (same != requests.end()) {
+            *same = request;
+            Rebuild(*file, requests);
+        } else {
+            // A new tag goes at the end of the file without touching the others.
+            TagKeys keys(request.keyExpression, request.forExpression, table_.header(), dates_);
+            const cdx::TagDefinition definition{
+                request.name,     request.keyExpression, request.forExpression, keys.kind(),
+                keys.keyLength(), request.unique,        request.descending};
+            auto entries = CollectEntries(keys, request.unique);
+            cdx::IndexFile::UpdateGuard guard(file->index->file());
+            cdx::IndexTag& tag =
+                file->index->AddTag(definition, entries, table_.file().recordCount());
+            auto open = std::make_unique<OpenTag>();
+            open->file = file->index.get();
+            open->tag = &tag;
+            open->keys = std::make_unique<TagKeys>(std::move(keys));
+            tags_.push_back(std::move(open));
+        }
+        if (structural) SetStructuralFlag();
+        created = FindTag(request.name);
+        return AE_SUCCESS;
+    } catch (const std::exception&) {
+        return FailureStatus(message);
+    }
+}
+
+void TableIndexes::SetStructuralFlag() {
+    if (table_.header().flags & dbf::kFlagStructuralIndex) return;
+    // Only this byte changes; the table file writes its header prefix without it.
+    io::PosixFile dbf = io::PosixFile::Open(table_.file().path(), false);
+    char flags = 0;
+    if (dbf.ReadAt(kStructuralFlagOffset, &flags, 1) != 1) return;
+    flags = static_cast<char>(flags | dbf::kFlagStructuralIndex);
+    dbf.WriteAt(kStructuralFlagOffset, &flags, 1);
+}
+
+Status TableIndexes::Reindex(std::string& message) {
+    try {
+        for (auto& file : files_) Rebuild(*file, RequestsOf(*file));
+        return AE_SUCCESS;
+    } catch (const std::exception&) {
+        return FailureStatus(message);
+    }
+}
+
+std::vector<std::string> TableIndexes::Check() {
+    std::vector<std::string> problems;
+    dbf::TableFile& table = table_.file();
+    table.RefreshRecordCount();
+    const std::size_t recordLength = table.header().recordLength;
+    for (const auto& open : tags_) {
+        try {
+            cdx::IndexFile::ReadGuard guard(open->file->file());
+            auto structure = cdx::CheckTagStructure(*open->tag);
+            problems.insert(problems.end(), structure.begin(), structure.end());
+            if (!structure.empty()) continue;
+            if (!open->keys) {
+                problems.push_back("tag " + open->tag->name() + ": key expression \"" +
+                                   open->tag->header().keyExpression + "\" cannot be evaluated");
+                continue;
+            }
+            auto contents =
+                cdx::CheckTagContents(*open->tag, table.recordCount(), [&](std::uint32_t record) {
+                    const char* bytes = table.ReadRecord(record);
+                    return bytes == nullptr ? std::nullopt
+                                            : open->keys->KeyOf({bytes, recordLength}, record);
+                });
+            problems.insert(problems.end(), contents.begin(), contents.end());
+        } catch (const std::exception& error) {
+            problems.push_back("tag " + open->tag->name() + ": " + error.what());
+        }
+    }
+    return problems;
+}
+
+void TableIndexes::RecordWritten(std::uint32_t record, std::string_view oldRecord,
+                                 std::string_view newRecord) {
+    for (const auto& open : tags_) {
+        if (!open->keys) continue;
+        const auto oldKey = oldRecord.empty() ? std::nullopt : open->keys->KeyOf(oldRecord, record);
+        const auto newKey = open->keys->KeyOf(newRecord, record);
+        if (oldKey == newKey && !oldRecord.empty()) continue;
+        cdx::IndexFile::UpdateGuard guard(open->file->file());
+        if (oldKey) open->tag->Remove(*oldKey, record);
+        if (newKey) open->tag->Insert(*newKey, record);
+    }
+    if (listener_) listener_(record, newRecord);
+}
+
+void TableIndexes::TablePacked() {
+    std::string message;
+    Reindex(message);
+}
+
+void TableIndexes::TableZapped() {
+    std::string message;
+    Reindex(message);
+}
+
+}  // namespace fnrk::engine::order

@@ -1,0 +1,99 @@
+#pragma once
+
+// The index files open on one table and their tags, kept up to date as records change: each
+// write, append, delete and recall moves the record's keys; pack and zap rebuild the files.
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/cdx/compound_index.hpp"
+#include "engine/cursor/table_cursor.hpp"
+#include "engine/dbf/upkeep_observer.hpp"
+#include "engine/errors.hpp"
+#include "engine/order/tag_keys.hpp"
+
+namespace fnrk::engine::order {
+
+// One tag as the engine uses it. Objects stay put while the table is open, even when their file
+// is rebuilt.
+struct OpenTag {
+    cdx::CompoundIndex* file = nullptr;
+    cdx::IndexTag* tag = nullptr;
+    std::unique_ptr<TagKeys> keys;
+};
+
+struct TagRequest {
+    std::string name;
+    std::string keyExpression;
+    std::string forExpression;
+    bool unique = false;
+    bool descending = false;
+};
+
+// Called with the records done and the records in all while a tag is built.
+using BuildProgress = std::function<void(std::uint32_t done, std::uint32_t total)>;
+
+class TableIndexes final : public dbf::UpkeepObserver {
+  public:
+    TableIndexes(cursor::TableCursor& table, const expr::DateSettings& dates);
+    ~TableIndexes() override;
+    TableIndexes(const TableIndexes&) = delete;
+    TableIndexes& operator=(const TableIndexes&) = delete;
+
+    // The index file that the table's header flag names: same stem, ".cdx".
+    std::filesystem::path StructuralPath() const;
+    // Opens the structural index when the table's header says it has one.
+    Status OpenStructural(std::string& message);
+    // Opens an index file; its tags join tags(). AE_INDEX_ALREADY_OPEN when it is open.
+    Status OpenFile(const std::filesystem::path& path, std::string& message);
+    // Closes the file that holds `tag`, and with it all of that file's tags.
+    void CloseFileOf(const OpenTag* tag);
+    // Builds a tag (replacing one of the same name) in an index file, opening or creating it.
+    // An empty path means the structural index, whose flag is then set in the table header.
+    Status CreateTag(std::filesystem::path path, const TagRequest& request, std::string& message,
+                     OpenTag*& created);
+    // Rebuilds every open index file from the records.
+    Status Reindex(std::string& message);
+    void SetProgress(BuildProgress progress) { progress_ = std::move(progress); }
+
+    cursor::TableCursor& table() { return table_; }
+    const std::vector<std::unique_ptr<OpenTag>>& tags() const { return tags_; }
+    // Told of every record write after the tags are kept up to date (the optimized filter).
+    using WriteListener = std::function<void(std::uint32_t record, std::string_view bytes)>;
+    void SetWriteListener(WriteListener listener) { listener_ = std::move(listener); }
+    OpenTag* FindTag(std::string_view name) const;
+
+    // Structure and contents of every tag; one sentence per problem.
+    std::vector<std::string> Check();
+
+    void RecordWritten(std::uint32_t record, std::string_view oldRecord,
+                       std::string_view newRecord) override;
+    void TablePacked() override;
+    void TableZapped() override;
+
+  private:
+    struct File {
+        std::unique_ptr<cdx::CompoundIndex> index;
+        std::filesystem::path path;
+    };
+    File* FileAt(const std::filesystem::path& path);
+    // Writes `file` anew with these tags (in this order) built from the records.
+    void Rebuild(File& file, const std::vector<TagRequest>& requests);
+    std::vector<cdx::IndexEntry> CollectEntries(TagKeys& keys, bool unique);
+    std::vector<TagRequest> RequestsOf(const File& file) const;
+    void AdoptTags(File& file);
+    void SetStructuralFlag();
+
+    cursor::TableCursor& table_;
+    const expr::DateSettings& dates_;
+    std::vector<std::unique_ptr<File>> files_;
+    std::vector<std::unique_ptr<OpenTag>> tags_;
+    BuildProgress progress_;
+    WriteListener listener_;
+};
+
+}  // namespace fnrk::engine::order
