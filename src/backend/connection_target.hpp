@@ -1,0 +1,31 @@
+#pragma once
+
+// What a backend connection path names. Forms accepted:
+//   "<SQL>Driver=SQLite;Database=dossier.sqlite<DIR>/data/soc1/"
+//   "Driver=SQLite;Database=/data/db.sqlite"
+//   "/data/soc1/"                      (a folder: its "fennrick.sqlite")
+// A relative Database is taken from the "<DIR>" folder.
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace fnrk::backend {
+
+struct ConnectionTarget {
+    std::string driver = "SQLite";
+    std::string database;  // file (SQLite) or database name
+    std::string folder;    // the dossier folder behind "<DIR>", if any
+    std::string server;    // host, port and user for server engines
+    std::string port;
+    std::string user;
+    std::string password;
+};
+
+// The database file a folder gets when nothing else is named.
+inline constexpr std::string_view kDefaultDatabaseFile = "fennrick.sqlite";
+
+// No value when the text is malformed (an item without "=", an unknown key).
+std::optional<ConnectionTarget> ParseConnectionPath(std::string_view path, std::string& error);
+
+}  // namespace fnrk::backend

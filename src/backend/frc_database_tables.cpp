@@ -1,0 +1,460 @@
+#include <filesystem>
+
+#include "backend/frc_database.hpp"
+#include "engine/dbf/field_list.hpp"
+#include "platform/text.hpp"
+
+namespace fnrk::backend {
+
+using namespace engine;  // status numbers and option constants
+
+namespace {
+
+Status CheckOpenKinds(std::uint16_t tableType, std::uint16_t charType, std::uint16_t lockType) {
+    if (tableType != ADS_CDX && tableType != ADS_VFP && tableType != ADS_DEFAULT) {
+        return AE_INVALID_TABLETYPE;
+    }
+    if (charType != ADS_ANSI && charType != ADS_DEFAULT) return AE_INVALID_CHARSETTYPE;
+    if (lockType != ADS_COMPATIBLE_LOCKING && lockType != ADS_PROPRIETARY_LOCKING) {
+        return AE_INVALID_LOCKTYPE;
+    }
+    return AE_SUCCESS;
+}
+
+std::string AliasFor(std::string_view alias, std::string_view name) {
+    const std::string trimmed = platform::Trim(alias);
+    return trimmed.empty() ? TableNameOf(name) : platform::UpperCase(trimmed);
+}
+
+std::string FileNameOf(std::string_view name) {
+    std::string file = platform::Trim(name);
+    if (auto slash = file.find_last_of("/\\"); slash != std::string::npos) file.erase(0, slash + 1);
+    return file;
+}
+
+std::uint16_t FieldTypeCode(char type) {
+    switch (type) {
+        case 'C':
+            return ADS_STRING;
+        case 'N':
+        case 'F':
+            return ADS_NUMERIC;
+        case 'D':
+            return ADS_DATE;
+        case 'L':
+            return ADS_LOGICAL;
+        case 'M':
+            return ADS_MEMO;
+        case 'B':
+            return ADS_DOUBLE;
+        case 'I':
+            return ADS_INTEGER;
+        case 'Y':
+            return ADS_MONEY;
+        case 'T':
+            return ADS_TIMESTAMP;
+        case 'P':
+            return ADS_IMAGE;
+        case 'G':
+            return ADS_BINARY;
+        default:
+            return ADS_TYPE_UNKNOWN;
+    }
+}
+
+}  // namespace
+
+Status FRCDatabase::OpenByName(Handle connection, std::string_view name, std::string_view alias,
+                               std::uint32_t options, Handle& table) {
+    Connection* open = FindConnection(connection);
+    if (!open) return Report(AE_INVALID_CONNECTION_HANDLE);
+    if (platform::Trim(name).empty()) return Report(AE_INVALID_PATH, "no table name");
+    const std::string tableAlias = AliasFor(alias, name);
+    for (const auto& [handle, entry] : tables_) {
+        if (entry.connection == connection && entry.alias == tableAlias) {
+            return Report(AE_DUPLICATE_ALIAS);
+        }
+    }
+    auto layout = TableStore::LoadLayout(*open->session, TableNameOf(name));
+    if (!layout) return Report(AE_FILE_NOT_FOUND, std::string(name));
+    auto opened = std::make_unique<BackendTable>(*open->session, *open->dialect, std::move(*layout),
+                                                 settings_);
+    if (Status status = opened->Open(options); status != AE_SUCCESS) {
+        return Report(status, std::string(name));
+    }
+    Handle handle = NewHandle();
+    if (handle == 0) return Report(AE_ALLOCATION_FAILED, "no handles left");
+    tables_[handle] =
+        OpenTableEntry{connection, tableAlias, FileNameOf(name), 0, std::move(opened)};
+    table = handle;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::CreateTable(Handle connection, std::string_view name, std::string_view alias,
+                                std::uint16_t tableType, std::uint16_t charType,
+                                std::uint16_t lockType, std::uint16_t, std::uint16_t memoSize,
+                                std::string_view fields, Handle& table) {
+    return Guarded([&] {
+        table = 0;
+        if (Status status = CheckOpenKinds(tableType, charType, lockType); status != AE_SUCCESS) {
+            return Report(status);
+        }
+        if (memoSize != 0 && (memoSize < 32 || memoSize > 8192)) {
+            return Report(AE_INVALID_MEMO_BLOCK_SIZE);
+        }
+        Connection* open = FindConnection(connection);
+        if (!open) return Report(AE_INVALID_CONNECTION_HANDLE);
+        TableLayout layout;
+        layout.name = TableNameOf(name);
+        if (std::string problem = dbf::ParseFieldList(fields, layout.fields); !problem.empty()) {
+            return Report(AE_INVALID_FIELDDEF, problem);
+        }
+        if (layout.name.empty()) return Report(AE_INVALID_PATH, "no table name");
+        ArrangeFields(layout);
+        const std::string tableAlias = AliasFor(alias, name);
+        for (const auto& [handle, entry] : tables_) {
+            if (entry.connection == connection && entry.alias == tableAlias) {
+                return Report(AE_DUPLICATE_ALIAS);
+            }
+        }
+        // Creating over an existing table replaces it, as creating a file does.
+        if (TableStore::Exists(*open->session, layout.name)) {
+            TableStore::Drop(*open->session, layout.name);
+        }
+        TableStore::Create(*open->session, *open->dialect, layout);
+        return OpenByName(connection, name, alias, ADS_EXCLUSIVE, table);
+    });
+}
+
+Status FRCDatabase::OpenTable(Handle connection, std::string_view name, std::string_view alias,
+                              std::uint16_t tableType, std::uint16_t charType,
+                              std::uint16_t lockType, std::uint16_t, std::uint32_t options,
+                              Handle& table) {
+    return Guarded([&] {
+        table = 0;
+        if (Status status = CheckOpenKinds(tableType, charType, lockType); status != AE_SUCCESS) {
+            return Report(status);
+        }
+        if ((options & ~(ADS_EXCLUSIVE | ADS_READONLY | ADS_SHARED)) != 0 ||
+            ((options & ADS_EXCLUSIVE) && (options & ADS_SHARED))) {
+            return Report(AE_INVALID_OPTION);
+        }
+        if (connection == 0 && connections_.size() == 1) {
+            connection = connections_.begin()->first;
+        }
+        return OpenByName(connection, name, alias, options, table);
+    });
+}
+
+Status FRCDatabase::CloseTable(Handle table) {
+    return Guarded([&] {
+        OpenTableEntry* entry = nullptr;
+        if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+        Status status = entry->table->Commit();
+        CloseTableEntry(table);
+        return status;
+    });
+}
+
+Status FRCDatabase::GetTableHandle(Handle connection, std::string_view name, Handle& table) {
+    table = 0;
+    const std::string wanted = platform::UpperCase(platform::Trim(name));
+    for (const auto& [handle, entry] : tables_) {
+        if (connection != 0 && entry.connection != connection) continue;
+        if (entry.alias == wanted || platform::UpperCase(entry.fileName) == wanted ||
+            entry.table->layout().name == wanted) {
+            table = handle;
+            return AE_SUCCESS;
+        }
+    }
+    return Report(AE_TABLE_NOT_FOUND, "no open table " + std::string(name));
+}
+
+Status FRCDatabase::GetTableAlias(Handle table, std::string& alias) {
+    OpenTableEntry* entry = nullptr;
+    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+    alias = entry->alias;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetTableFilename(Handle table, std::uint16_t nameOption, std::string& name) {
+    OpenTableEntry* entry = nullptr;
+    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+    const std::filesystem::path file(entry->fileName);
+    switch (nameOption) {
+        case ADS_BASENAME:
+            name = file.stem().string();
+            return AE_SUCCESS;
+        case ADS_BASENAMEANDEXT:
+            name = entry->fileName;
+            return AE_SUCCESS;
+        case ADS_FULLPATHNAME:
+            name = (std::filesystem::path(connections_.at(entry->connection)->target.folder) / file)
+                       .string();
+            return AE_SUCCESS;
+        default:
+            return Report(AE_INVALID_OPTION);
+    }
+}
+
+Status FRCDatabase::GetTableOpenOptions(Handle table, std::uint32_t& options) {
+    OpenTableEntry* entry = nullptr;
+    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+    options = entry->table->options();
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::IsTableExclusive(Handle table, bool& exclusive) {
+    OpenTableEntry* entry = nullptr;
+    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+    exclusive = entry->table->exclusive();
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetRecordCount(Handle table, std::uint16_t filterOption, std::uint32_t& count) {
+    return Guarded([&] {
+        Target target;
+        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
+        if (filterOption < ADS_RESPECTFILTERS || filterOption > ADS_REFRESHCOUNT) {
+            return Report(AE_INVALID_FILTER_OPTION);
+        }
+        return Report(target.table().Count(
+            target.order, filterOption == ADS_RESPECTFILTERS || filterOption == ADS_RESPECTSCOPES,
+            filterOption == ADS_RESPECTSCOPES, count));
+    });
+}
+
+Status FRCDatabase::GetRecordLength(Handle table, std::uint32_t& length) {
+    OpenTableEntry* entry = nullptr;
+    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+    length = entry->table->layout().recordLength;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetNumFields(Handle table, std::uint16_t& count) {
+    OpenTableEntry* entry = nullptr;
+    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+    count = static_cast<std::uint16_t>(entry->table->layout().fields.size());
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetFieldName(Handle table, std::uint16_t fieldNumber, std::string& name) {
+    OpenTableEntry* entry = nullptr;
+    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+    const auto& fields = entry->table->layout().fields;
+    if (fieldNumber == 0 || fieldNumber > fields.size()) return Report(AE_INVALID_FIELDNUMBER);
+    name = fields[fieldNumber - 1].name;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetFieldNum(Handle table, std::string_view field, std::uint16_t& number) {
+    OpenTableEntry* entry = nullptr;
+    const dbf::Field* found = nullptr;
+    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
+        return status;
+    }
+    number = static_cast<std::uint16_t>(found - entry->table->layout().fields.data() + 1);
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetFieldType(Handle table, std::string_view field, std::uint16_t& type) {
+    OpenTableEntry* entry = nullptr;
+    const dbf::Field* found = nullptr;
+    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
+        return status;
+    }
+    type = FieldTypeCode(found->type);
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetFieldLength(Handle table, std::string_view field, std::uint32_t& length) {
+    OpenTableEntry* entry = nullptr;
+    const dbf::Field* found = nullptr;
+    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
+        return status;
+    }
+    length = found->length;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetFieldDecimals(Handle table, std::string_view field,
+                                     std::uint16_t& decimals) {
+    OpenTableEntry* entry = nullptr;
+    const dbf::Field* found = nullptr;
+    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
+        return status;
+    }
+    decimals = found->decimals;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetFieldOffset(Handle table, std::string_view field, std::uint32_t& offset) {
+    OpenTableEntry* entry = nullptr;
+    const dbf::Field* found = nullptr;
+    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
+        return status;
+    }
+    offset = found->offset;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::PackTable(Handle table) {
+    return Guarded([&] {
+        OpenTableEntry* entry = nullptr;
+        if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+        if (callback_ && callback_(0, 0) != 0) return AE_SUCCESS;
+        Status status = entry->table->Pack();
+        if (callback_) callback_(100, 0);
+        return Report(status);
+    });
+}
+
+Status FRCDatabase::ZapTable(Handle table) {
+    return Guarded([&] {
+        OpenTableEntry* entry = nullptr;
+        if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+        return Report(entry->table->Zap());
+    });
+}
+
+Status FRCDatabase::FlushFileBuffers(Handle table) {
+    return Guarded([&] {
+        OpenTableEntry* entry = nullptr;
+        if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+        return Report(entry->table->Commit());
+    });
+}
+
+Status FRCDatabase::RefreshTable(Handle table) {
+    return Guarded([&] {
+        OpenTableEntry* entry = nullptr;
+        if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+        if (Status status = entry->table->Commit(); status != AE_SUCCESS) return Report(status);
+        return Report(entry->table->Refresh());
+    });
+}
+
+Status FRCDatabase::CacheRecords(Handle table, std::uint16_t) {
+    // Rows come from the database's own cache; the figure has nothing to size here.
+    OpenTableEntry* entry = nullptr;
+    return ResolveTable(table, entry);
+}
+
+Status FRCDatabase::SetHandleLong(Handle object, std::uint32_t value) {
+    OpenTableEntry* entry = FindTable(object);
+    if (!entry) return Report(AE_INVALID_HANDLE);
+    entry->handleLong = value;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetHandleLong(Handle object, std::uint32_t& value) {
+    OpenTableEntry* entry = FindTable(object);
+    if (!entry) return Report(AE_INVALID_HANDLE);
+    value = entry->handleLong;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::GetHandleType(Handle object, std::uint16_t& type) {
+    if (FindConnection(object)) {
+        type = ADS_CONNECTION;
+    } else if (FindTable(object)) {
+        type = ADS_TABLE;
+    } else if (indexes_.contains(object)) {
+        type = ADS_INDEX_ORDER;
+    } else {
+        return Report(AE_INVALID_HANDLE);
+    }
+    return AE_SUCCESS;
+}
+
+// --- copies and table management
+
+Status FRCDatabase::CopyTableContents(Handle from, Handle to, std::uint16_t filterOption) {
+    return Guarded([&] {
+        OpenTableEntry* source = nullptr;
+        OpenTableEntry* target = nullptr;
+        if (Status status = ResolveTable(from, source); status != AE_SUCCESS) return status;
+        if (Status status = ResolveTable(to, target); status != AE_SUCCESS) return status;
+        if (source == target) return Report(AE_INVALID_TABLE_HANDLE, "copy onto itself");
+        if (filterOption < ADS_RESPECTFILTERS || filterOption > ADS_REFRESHCOUNT) {
+            return Report(AE_INVALID_FILTER_OPTION);
+        }
+        if (source->connection != target->connection) {
+            return Report(AE_INVALID_TABLE_HANDLE, "tables of two databases");
+        }
+        return Report(target->table->CopyFrom(
+            *source->table,
+            filterOption == ADS_RESPECTFILTERS || filterOption == ADS_RESPECTSCOPES));
+    });
+}
+
+Status FRCDatabase::InitCopyTableContents(Handle to) {
+    return Guarded([&] {
+        OpenTableEntry* target = nullptr;
+        if (Status status = ResolveTable(to, target); status != AE_SUCCESS) return status;
+        connections_.at(target->connection)->session->Begin();
+        return AE_SUCCESS;
+    });
+}
+
+Status FRCDatabase::CloseCopyTableContents(Handle to) {
+    return Guarded([&] {
+        OpenTableEntry* target = nullptr;
+        if (Status status = ResolveTable(to, target); status != AE_SUCCESS) return status;
+        connections_.at(target->connection)->session->Commit();
+        return AE_SUCCESS;
+    });
+}
+
+Status FRCDatabase::TableExists(Handle connection, std::string_view name, bool& exists) {
+    return Guarded([&] {
+        Connection* open = FindConnection(connection);
+        if (!open) return Report(AE_INVALID_CONNECTION_HANDLE);
+        exists = TableStore::Exists(*open->session, TableNameOf(name));
+        return AE_SUCCESS;
+    });
+}
+
+Status FRCDatabase::DropTable(Handle connection, std::string_view name) {
+    return Guarded([&] {
+        Connection* open = FindConnection(connection);
+        if (!open) return Report(AE_INVALID_CONNECTION_HANDLE);
+        const std::string table = TableNameOf(name);
+        for (const auto& [handle, entry] : tables_) {
+            if (entry.connection == connection && entry.table->layout().name == table) {
+                return Report(AE_TABLE_NOT_EXCLUSIVE, "the table is open");
+            }
+        }
+        if (!TableStore::Exists(*open->session, table)) return Report(AE_TABLE_NOT_FOUND);
+        TableStore::Drop(*open->session, table);
+        return AE_SUCCESS;
+    });
+}
+
+Status FRCDatabase::TableCopy(Handle connection, std::string_view from, std::string_view to) {
+    return Guarded([&] {
+        Connection* open = FindConnection(connection);
+        if (!open) return Report(AE_INVALID_CONNECTION_HANDLE);
+        auto layout = TableStore::LoadLayout(*open->session, TableNameOf(from));
+        if (!layout) return Report(AE_TABLE_NOT_FOUND, std::string(from));
+        const std::string target = TableNameOf(to);
+        if (TableStore::Exists(*open->session, target)) {
+            return Report(AE_INVALID_OBJECT_NAME, std::string(to) + " exists");
+        }
+        SqlTransaction transaction(*open->session);
+        TableLayout copy = *layout;
+        copy.name = target;
+        copy.tags.clear();
+        TableStore::Create(*open->session, *open->dialect, copy);
+        TableStore store(*open->session, *open->dialect, copy);
+        store.CopyRowsFrom(*layout);
+        for (std::size_t i = 0; i < layout->tags.size(); ++i) {
+            copy.tags.push_back(layout->tags[i]);
+            store.AddTag(copy.tags.back(), i);
+        }
+        transaction.Commit();
+        return AE_SUCCESS;
+    });
+}
+
+}  // namespace fnrk::backend

@@ -1,0 +1,98 @@
+// What a SQL-kept dossier does not offer: table encryption (the database protects its data),
+// SQL statements over tables and data dictionaries. Each answers AE_NOT_IMPLEMENTED with a
+// text that says so, which GetLastError passes on.
+
+#include "backend/frc_database.hpp"
+
+namespace fnrk::backend {
+
+using namespace engine;  // status numbers
+
+namespace {
+
+constexpr const char* kNotOffered = "not offered by the SQL backend";
+
+}  // namespace
+
+Status FRCDatabase::EnableEncryption(Handle, std::string_view) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::EncryptTable(Handle) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::DecryptTable(Handle) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+
+Status FRCDatabase::IsTableEncrypted(Handle table, bool& encrypted) {
+    OpenTableEntry* entry = nullptr;
+    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+    encrypted = false;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::CreateSQLStatement(Handle, Handle&) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::PrepareSQL(Handle, std::string_view) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::ExecuteSQL(Handle, Handle&) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::ExecuteSQLDirect(Handle, std::string_view, Handle&) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::GetSQLStatementHandle(Handle, Handle&) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::ClearSQLParams(Handle) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::CloseSQLStatement(Handle) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::StmtSetTableRights(Handle, std::uint16_t) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::StmtSetTableReadOnly(Handle, std::uint16_t) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::StmtSetTableLockType(Handle, std::uint16_t) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::StmtSetTableCharType(Handle, std::uint16_t) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::StmtSetTableType(Handle, std::uint16_t) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::StmtEnableEncryption(Handle, std::string_view) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::StmtSetTablePassword(Handle, std::string_view, std::string_view) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+
+Status FRCDatabase::DDCreate(std::string_view, std::uint16_t, std::string_view, Handle&) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::DDAddTable(Handle, std::string_view, std::string_view, std::uint16_t,
+                               std::uint16_t, std::string_view, std::string_view) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::DDAddView(Handle, std::string_view, std::string_view, std::string_view) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::DDCreateUser(Handle, std::string_view, std::string_view, std::string_view,
+                                 std::string_view) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::DDSetDatabaseProperty(Handle, std::uint16_t, std::string_view) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+Status FRCDatabase::DDSetUserProperty(Handle, std::string_view, std::uint16_t, std::string_view) {
+    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
+}
+
+}  // namespace fnrk::backend

@@ -1,0 +1,110 @@
+#include "backend/record_locks.hpp"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <string_view>
+
+namespace fnrk::backend {
+
+namespace {
+
+constexpr std::int64_t kTableLock = 0;  // record numbers start at 1
+
+std::string NewOwner() {
+    static std::atomic<std::uint64_t> serial{0};
+    return std::to_string(getpid()) + ":" + std::to_string(++serial);
+}
+
+bool ProcessAlive(std::string_view owner) {
+    long pid = std::stol(std::string(owner.substr(0, owner.find(':'))));
+    if (pid == getpid()) return true;
+    return kill(static_cast<pid_t>(pid), 0) == 0 || errno == EPERM;
+}
+
+}  // namespace
+
+RecordLocks::RecordLocks(SqlSession& session, std::string table)
+    : session_(session), table_(std::move(table)), owner_(NewOwner()) {}
+
+RecordLocks::~RecordLocks() {
+    try {
+        UnlockAll();
+        if (open_) {
+            SqlValue parameters[] = {owner_};
+            session_.Execute("DELETE FROM fnrk_open WHERE owner = ?", parameters);
+        }
+    } catch (const SqlFailure&) {
+        // The database is gone; its locks went with it or are taken over as stale.
+    }
+}
+
+bool RecordLocks::OthersHold(const char* catalog, const std::string& where, std::uint32_t recno) {
+    std::string sql = std::string("SELECT DISTINCT owner FROM ") + catalog +
+                      " WHERE table_name = ? AND owner <> ? AND " + where;
+    bool usesRecno = where.find('?') != std::string::npos;
+    std::vector<SqlValue> parameters{table_, owner_};
+    if (usesRecno) parameters.push_back(static_cast<std::int64_t>(recno));
+    bool held = false;
+    for (const auto& row : session_.Query(sql, parameters)) {
+        const auto& other = std::get<std::string>(row[0]);
+        if (ProcessAlive(other)) {
+            held = true;
+            continue;
+        }
+        SqlValue stale[] = {other};
+        session_.Execute("DELETE FROM fnrk_lock WHERE owner = ?", stale);
+        session_.Execute("DELETE FROM fnrk_open WHERE owner = ?", stale);
+    }
+    return held;
+}
+
+bool RecordLocks::Open(bool exclusive) {
+    SqlTransaction transaction(session_);
+    if (OthersHold("fnrk_open", exclusive ? "1 = 1" : "exclusive <> 0", 0)) return false;
+    SqlValue parameters[] = {table_, owner_, static_cast<std::int64_t>(exclusive ? 1 : 0)};
+    session_.Execute("INSERT INTO fnrk_open(table_name, owner, exclusive) VALUES (?, ?, ?)",
+                     parameters);
+    transaction.Commit();
+    open_ = true;
+    return true;
+}
+
+bool RecordLocks::LockRecord(std::uint32_t recno) {
+    SqlTransaction transaction(session_);
+    if (OthersHold("fnrk_lock", "(recno = ? OR recno = 0)", recno)) return false;
+    SqlValue parameters[] = {table_, static_cast<std::int64_t>(recno), owner_};
+    session_.Execute(
+        "INSERT INTO fnrk_lock(table_name, recno, owner) VALUES (?, ?, ?) "
+        "ON CONFLICT DO NOTHING",
+        parameters);
+    transaction.Commit();
+    return true;
+}
+
+void RecordLocks::UnlockRecord(std::uint32_t recno) {
+    SqlValue parameters[] = {table_, static_cast<std::int64_t>(recno), owner_};
+    session_.Execute("DELETE FROM fnrk_lock WHERE table_name = ? AND recno = ? AND owner = ?",
+                     parameters);
+}
+
+bool RecordLocks::LockTable() {
+    SqlTransaction transaction(session_);
+    if (OthersHold("fnrk_lock", "1 = 1", 0)) return false;
+    SqlValue parameters[] = {table_, kTableLock, owner_};
+    session_.Execute(
+        "INSERT INTO fnrk_lock(table_name, recno, owner) VALUES (?, ?, ?) "
+        "ON CONFLICT DO NOTHING",
+        parameters);
+    transaction.Commit();
+    return true;
+}
+
+void RecordLocks::UnlockAll() {
+    SqlValue parameters[] = {owner_};
+    session_.Execute("DELETE FROM fnrk_lock WHERE owner = ?", parameters);
+}
+
+}  // namespace fnrk::backend

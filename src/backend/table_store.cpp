@@ -1,0 +1,360 @@
+#include "backend/table_store.hpp"
+
+#include "backend/column_codec.hpp"
+#include "engine/dbf/field_list.hpp"
+#include "platform/text.hpp"
+
+namespace fnrk::backend {
+
+namespace {
+
+std::string Quoted(std::string_view name) {
+    return "\"" + std::string(name) + "\"";
+}
+std::string DataTable(const std::string& name) {
+    return Quoted("t_" + name);
+}
+std::string FieldColumn(const engine::dbf::Field& field) {
+    return Quoted("f_" + field.name);
+}
+
+std::int64_t AsInteger(const SqlValue& value) {
+    if (const auto* integer = std::get_if<std::int64_t>(&value)) return *integer;
+    if (const auto* real = std::get_if<double>(&value)) return static_cast<std::int64_t>(*real);
+    return 0;
+}
+
+std::string AsBytes(const SqlValue& value) {
+    if (const auto* blob = std::get_if<Blob>(&value)) return blob->bytes;
+    if (const auto* text = std::get_if<std::string>(&value)) return *text;
+    return {};
+}
+
+bool MentionsRecno(const IndexTag& tag) {
+    return platform::UpperCase(tag.expression + tag.condition).find("RECNO") != std::string::npos;
+}
+
+}  // namespace
+
+std::string KeyColumn(const IndexTag& tag) {
+    return Quoted("k_" + tag.name);
+}
+
+TableStore::TableStore(SqlSession& session, const SqlDialect& dialect, const TableLayout& layout)
+    : session_(session), dialect_(dialect), layout_(layout), table_(DataTable(layout.name)) {}
+
+void TableStore::EnsureCatalog(SqlSession& session) {
+    session.Execute(
+        "CREATE TABLE IF NOT EXISTS fnrk_table(name TEXT PRIMARY KEY, fields TEXT NOT NULL)");
+    session.Execute(
+        "CREATE TABLE IF NOT EXISTS fnrk_tag(table_name TEXT NOT NULL, tag TEXT NOT NULL, "
+        "expression TEXT NOT NULL, condition TEXT NOT NULL, options INTEGER NOT NULL, "
+        "position INTEGER NOT NULL, PRIMARY KEY(table_name, tag))");
+    session.Execute(
+        "CREATE TABLE IF NOT EXISTS fnrk_lock(table_name TEXT NOT NULL, recno INTEGER NOT NULL, "
+        "owner TEXT NOT NULL, PRIMARY KEY(table_name, recno))");
+    session.Execute(
+        "CREATE TABLE IF NOT EXISTS fnrk_open(table_name TEXT NOT NULL, owner TEXT NOT NULL, "
+        "exclusive INTEGER NOT NULL)");
+}
+
+bool TableStore::Exists(SqlSession& session, const std::string& name) {
+    SqlValue parameters[] = {name};
+    return !session.Query("SELECT 1 FROM fnrk_table WHERE name = ?", parameters).empty();
+}
+
+std::optional<TableLayout> TableStore::LoadLayout(SqlSession& session, const std::string& name) {
+    SqlValue parameters[] = {name};
+    auto rows = session.Query("SELECT fields FROM fnrk_table WHERE name = ?", parameters);
+    if (rows.empty()) return std::nullopt;
+    TableLayout layout;
+    layout.name = name;
+    if (!engine::dbf::ParseFieldList(AsBytes(rows[0][0]), layout.fields).empty()) {
+        return std::nullopt;
+    }
+    ArrangeFields(layout);
+    auto tags = session.Query(
+        "SELECT tag, expression, condition, options FROM fnrk_tag WHERE table_name = ? "
+        "ORDER BY position",
+        parameters);
+    for (const auto& tag : tags) {
+        layout.tags.push_back(MakeTag(layout, AsBytes(tag[0]), AsBytes(tag[1]), AsBytes(tag[2]),
+                                      static_cast<std::uint32_t>(AsInteger(tag[3]))));
+    }
+    return layout;
+}
+
+void TableStore::Create(SqlSession& session, const SqlDialect& dialect, const TableLayout& layout) {
+    SqlTransaction transaction(session);
+    std::string sql = "CREATE TABLE " + DataTable(layout.name) + "(recno " +
+                      std::string(dialect.TypeName(ColumnKind::Integer)) +
+                      " PRIMARY KEY, deleted " +
+                      std::string(dialect.TypeName(ColumnKind::Integer)) + " NOT NULL DEFAULT 0";
+    for (const auto& field : layout.fields) {
+        sql += ", " + FieldColumn(field) + " " +
+               std::string(dialect.TypeName(ColumnKindOf(field.type)));
+    }
+    session.Execute(sql + ")");
+    SqlValue parameters[] = {layout.name, FieldListText(layout.fields)};
+    session.Execute("INSERT INTO fnrk_table(name, fields) VALUES (?, ?)", parameters);
+    transaction.Commit();
+}
+
+void TableStore::Drop(SqlSession& session, const std::string& name) {
+    SqlTransaction transaction(session);
+    session.Execute("DROP TABLE IF EXISTS " + DataTable(name));
+    SqlValue parameters[] = {name};
+    session.Execute("DELETE FROM fnrk_table WHERE name = ?", parameters);
+    session.Execute("DELETE FROM fnrk_tag WHERE table_name = ?", parameters);
+    transaction.Commit();
+}
+
+std::string TableStore::SelectList(const WalkLimits& limits) const {
+    std::string list = "recno, deleted";
+    for (const auto& field : layout_.fields) list += ", " + FieldColumn(field);
+    if (limits.tag) list += ", " + KeyColumn(layout_.tags[*limits.tag]);
+    return list;
+}
+
+StoredRow TableStore::RowFrom(const SqlRow& columns, bool withKey) const {
+    StoredRow row;
+    row.recno = static_cast<std::uint32_t>(AsInteger(columns[0]));
+    row.deleted = AsInteger(columns[1]) != 0;
+    row.record = layout_.BlankRecord();
+    row.record[0] = row.deleted ? '*' : ' ';
+    row.memos.resize(layout_.fields.size());
+    for (std::size_t i = 0; i < layout_.fields.size(); ++i) {
+        const auto& field = layout_.fields[i];
+        if (engine::dbf::IsMemoType(field.type)) {
+            row.memos[i] = AsBytes(columns[i + 2]);
+        } else {
+            StoreColumn(columns[i + 2], field, row.record);
+        }
+    }
+    if (withKey) row.key = AsBytes(columns[layout_.fields.size() + 2]);
+    return row;
+}
+
+std::vector<SqlValue> TableStore::ColumnValues(const StoredRow& row) const {
+    std::string record = row.record;
+    record[0] = row.deleted ? '*' : ' ';
+    std::vector<SqlValue> values;
+    values.reserve(layout_.fields.size() + layout_.tags.size() + 2);
+    values.push_back(static_cast<std::int64_t>(row.deleted ? 1 : 0));
+    for (std::size_t i = 0; i < layout_.fields.size(); ++i) {
+        const auto& field = layout_.fields[i];
+        if (engine::dbf::IsMemoType(field.type)) {
+            values.push_back(i < row.memos.size() && !row.memos[i].empty()
+                                 ? SqlValue(Blob{row.memos[i]})
+                                 : SqlValue(std::monostate{}));
+        } else {
+            values.push_back(ColumnValue(record, field));
+        }
+    }
+    for (const auto& tag : layout_.tags) {
+        auto key = KeyOf(tag, record, row.recno);
+        values.push_back(key ? SqlValue(Blob{*key}) : SqlValue(std::monostate{}));
+    }
+    values.push_back(static_cast<std::int64_t>(row.recno));
+    return values;
+}
+
+std::optional<StoredRow> TableStore::Read(std::uint32_t recno) {
+    SqlValue parameters[] = {static_cast<std::int64_t>(recno)};
+    auto rows = session_.Query("SELECT " + SelectList({}) + " FROM " + table_ + " WHERE recno = ?",
+                               parameters);
+    if (rows.empty()) return std::nullopt;
+    return RowFrom(rows[0], false);
+}
+
+std::uint32_t TableStore::LastRecordNumber() {
+    auto rows = session_.Query("SELECT COALESCE(MAX(recno), 0) FROM " + table_);
+    return static_cast<std::uint32_t>(AsInteger(rows[0][0]));
+}
+
+std::uint32_t TableStore::Append(const StoredRow& row) {
+    SqlTransaction transaction(session_);
+    StoredRow added = row;
+    added.recno = LastRecordNumber() + 1;
+    std::string columns = "deleted";
+    std::string marks = "?";
+    for (const auto& field : layout_.fields) {
+        columns += ", " + FieldColumn(field);
+        marks += ", ?";
+    }
+    for (const auto& tag : layout_.tags) {
+        columns += ", " + KeyColumn(tag);
+        marks += ", ?";
+    }
+    session_.Execute("INSERT INTO " + table_ + "(" + columns + ", recno) VALUES (" + marks + ", ?)",
+                     ColumnValues(added));
+    transaction.Commit();
+    return added.recno;
+}
+
+void TableStore::Write(const StoredRow& row) {
+    std::string assignments = "deleted = ?";
+    for (const auto& field : layout_.fields) assignments += ", " + FieldColumn(field) + " = ?";
+    for (const auto& tag : layout_.tags) assignments += ", " + KeyColumn(tag) + " = ?";
+    session_.Execute("UPDATE " + table_ + " SET " + assignments + " WHERE recno = ?",
+                     ColumnValues(row));
+}
+
+namespace {
+
+// The WHERE clause of the limits, with its parameters.
+std::string Conditions(const WalkLimits& limits, const TableLayout& layout,
+                       std::vector<SqlValue>& parameters) {
+    std::string where = " WHERE 1 = 1";
+    if (!limits.includeDeleted) where += " AND deleted = 0";
+    if (limits.tag) {
+        std::string key = KeyColumn(layout.tags[*limits.tag]);
+        where += " AND " + key + " IS NOT NULL";
+        if (limits.low) {
+            where += " AND " + key + " >= ?";
+            parameters.push_back(Blob{*limits.low});
+        }
+        if (limits.high) {
+            where += " AND " + key + " <= ?";
+            parameters.push_back(Blob{*limits.high});
+        }
+    }
+    return where;
+}
+
+}  // namespace
+
+std::uint32_t TableStore::CountRows(const WalkLimits& limits,
+                                    const std::optional<StoredRow>& before) {
+    std::vector<SqlValue> parameters;
+    parameters.reserve(4);
+    std::string where = Conditions(limits, layout_, parameters);
+    if (before && limits.tag) {
+        const IndexTag& tag = layout_.tags[*limits.tag];
+        where +=
+            " AND (" + KeyColumn(tag) + ", recno) " + (tag.descending() ? ">" : "<") + " (?, ?)";
+        parameters.push_back(Blob{before->key});
+        parameters.push_back(static_cast<std::int64_t>(before->recno));
+    } else if (before) {
+        where += " AND recno < ?";
+        parameters.push_back(static_cast<std::int64_t>(before->recno));
+    }
+    auto rows = session_.Query("SELECT COUNT(*) FROM " + table_ + where, parameters);
+    return static_cast<std::uint32_t>(AsInteger(rows[0][0]));
+}
+
+std::vector<StoredRow> TableStore::Walk(const WalkLimits& limits, bool forward,
+                                        const std::optional<StoredRow>& from, int limit) {
+    std::vector<SqlValue> parameters;
+    parameters.reserve(5);
+    std::string where = Conditions(limits, layout_, parameters);
+    bool ascending = forward;
+    std::string order;
+    if (limits.tag) {
+        const IndexTag& tag = layout_.tags[*limits.tag];
+        if (tag.descending()) ascending = !ascending;
+        std::string key = KeyColumn(tag);
+        if (from) {
+            where += " AND (" + key + ", recno) " + (ascending ? ">" : "<") + " (?, ?)";
+            parameters.push_back(Blob{from->key});
+            parameters.push_back(static_cast<std::int64_t>(from->recno));
+        }
+        order = key + (ascending ? " ASC, recno ASC" : " DESC, recno DESC");
+    } else {
+        if (from) {
+            where += std::string(" AND recno ") + (ascending ? ">" : "<") + " ?";
+            parameters.push_back(static_cast<std::int64_t>(from->recno));
+        }
+        order = ascending ? "recno ASC" : "recno DESC";
+    }
+    parameters.push_back(static_cast<std::int64_t>(limit));
+    auto rows = session_.Query("SELECT " + SelectList(limits) + " FROM " + table_ + where +
+                                   " ORDER BY " + order + " LIMIT ?",
+                               parameters);
+    std::vector<StoredRow> result;
+    result.reserve(rows.size());
+    for (const auto& columns : rows) result.push_back(RowFrom(columns, limits.tag.has_value()));
+    return result;
+}
+
+void TableStore::AddTag(const IndexTag& tag, std::size_t position) {
+    SqlTransaction transaction(session_);
+    std::string key = KeyColumn(tag);
+    session_.Execute("ALTER TABLE " + table_ + " ADD COLUMN " + key + " " +
+                     std::string(dialect_.TypeName(ColumnKind::Bytes)));
+    std::optional<StoredRow> last;
+    WalkLimits all{std::nullopt, true, std::nullopt, std::nullopt};
+    for (;;) {
+        auto rows = Walk(all, true, last, 512);
+        if (rows.empty()) break;
+        for (auto& row : rows) {
+            auto value = KeyOf(tag, row.record, row.recno);
+            SqlValue parameters[] = {value ? SqlValue(Blob{*value}) : SqlValue(std::monostate{}),
+                                     static_cast<std::int64_t>(row.recno)};
+            session_.Execute("UPDATE " + table_ + " SET " + key + " = ? WHERE recno = ?",
+                             parameters);
+        }
+        last = rows.back();
+    }
+    session_.Execute("CREATE INDEX " + Quoted("x_" + layout_.name + "_" + tag.name) + " ON " +
+                     table_ + "(" + key + ", recno)");
+    SqlValue parameters[] = {layout_.name,
+                             tag.name,
+                             tag.expression,
+                             tag.condition,
+                             static_cast<std::int64_t>(tag.options),
+                             static_cast<std::int64_t>(position)};
+    session_.Execute(
+        "INSERT INTO fnrk_tag(table_name, tag, expression, condition, options, position) "
+        "VALUES (?, ?, ?, ?, ?, ?)",
+        parameters);
+    transaction.Commit();
+}
+
+void TableStore::RemoveTag(const IndexTag& tag) {
+    SqlTransaction transaction(session_);
+    session_.Execute("DROP INDEX IF EXISTS " + Quoted("x_" + layout_.name + "_" + tag.name));
+    session_.Execute("ALTER TABLE " + table_ + " DROP COLUMN " + KeyColumn(tag));
+    SqlValue parameters[] = {layout_.name, tag.name};
+    session_.Execute("DELETE FROM fnrk_tag WHERE table_name = ? AND tag = ?", parameters);
+    transaction.Commit();
+}
+
+void TableStore::Pack() {
+    SqlTransaction transaction(session_);
+    session_.Execute("DELETE FROM " + table_ + " WHERE deleted <> 0");
+    auto rows = session_.Query("SELECT recno FROM " + table_ + " ORDER BY recno");
+    std::int64_t next = 1;
+    bool renumbered = false;
+    for (const auto& row : rows) {
+        std::int64_t old = AsInteger(row[0]);
+        if (old != next) {
+            // Ascending, so the new number is always free.
+            SqlValue parameters[] = {next, old};
+            session_.Execute("UPDATE " + table_ + " SET recno = ? WHERE recno = ?", parameters);
+            renumbered = true;
+        }
+        ++next;
+    }
+    bool keysUseRecno = false;
+    for (const auto& tag : layout_.tags) keysUseRecno = keysUseRecno || MentionsRecno(tag);
+    if (renumbered && keysUseRecno) {
+        for (std::int64_t recno = 1; recno < next; ++recno) {
+            if (auto row = Read(static_cast<std::uint32_t>(recno))) Write(*row);
+        }
+    }
+    transaction.Commit();
+}
+
+void TableStore::CopyRowsFrom(const TableLayout& source) {
+    std::string columns = "recno, deleted";
+    for (const auto& field : layout_.fields) columns += ", " + FieldColumn(field);
+    session_.Execute("INSERT INTO " + table_ + "(" + columns + ") SELECT " + columns + " FROM " +
+                     DataTable(source.name));
+}
+
+void TableStore::Zap() {
+    session_.Execute("DELETE FROM " + table_);
+}
+
+}  // namespace fnrk::backend

@@ -1,0 +1,84 @@
+#pragma once
+
+// The SQL side of one table. Rows hold the record number, the deleted flag, one column per
+// field and one key column per index tag (NULL where the tag's FOR condition excludes the
+// record); each key column has a SQL index on (key, recno), so that walks in tag order and
+// seeks are keyset queries.
+//
+// Catalog tables of a database: fnrk_table (name, field list), fnrk_tag (tags of each table in
+// order), fnrk_lock (record and table locks), fnrk_open (who has which table open).
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "backend/sql_dialect.hpp"
+#include "backend/sql_session.hpp"
+#include "backend/table_layout.hpp"
+
+namespace fnrk::backend {
+
+struct StoredRow {
+    std::uint32_t recno = 0;
+    bool deleted = false;
+    std::string record;              // the record buffer, deletion flag included
+    std::vector<std::string> memos;  // per field; the content of memo fields
+    std::string key;                 // the active tag's key when walking in tag order
+};
+
+// Where a walk or a search is allowed to go.
+struct WalkLimits {
+    std::optional<std::size_t> tag;  // tag order, or natural order
+    bool includeDeleted = false;
+    std::optional<std::string> low;   // keys from (inclusive)
+    std::optional<std::string> high;  // keys up to (inclusive)
+};
+
+class TableStore {
+  public:
+    TableStore(SqlSession& session, const SqlDialect& dialect, const TableLayout& layout);
+
+    static void EnsureCatalog(SqlSession& session);
+    static bool Exists(SqlSession& session, const std::string& name);
+    // Reads the layout and tags; no value when the table does not exist.
+    static std::optional<TableLayout> LoadLayout(SqlSession& session, const std::string& name);
+    static void Create(SqlSession& session, const SqlDialect& dialect, const TableLayout& layout);
+    static void Drop(SqlSession& session, const std::string& name);
+
+    std::optional<StoredRow> Read(std::uint32_t recno);
+    std::uint32_t Append(const StoredRow& row);  // returns the new record number
+    void Write(const StoredRow& row);
+    std::uint32_t LastRecordNumber();
+    // Rows within the limits; with `before`, only those ahead of it in the limits' order.
+    std::uint32_t CountRows(const WalkLimits& limits,
+                            const std::optional<StoredRow>& before = std::nullopt);
+
+    // Up to `limit` rows next to (after or, with !forward, before) `from` in the limits' order;
+    // from the start (or the end) without `from`.
+    std::vector<StoredRow> Walk(const WalkLimits& limits, bool forward,
+                                const std::optional<StoredRow>& from, int limit);
+
+    // Adds the tag's key column, fills it, indexes it and records the tag.
+    void AddTag(const IndexTag& tag, std::size_t position);
+    void RemoveTag(const IndexTag& tag);
+    // Removes deleted rows and numbers the rest 1, 2, ... in their order.
+    // Copies every row of `source` (same fields) into this empty table.
+    void CopyRowsFrom(const TableLayout& source);
+    void Pack();
+    void Zap();
+
+  private:
+    std::string SelectList(const WalkLimits& limits) const;
+    StoredRow RowFrom(const SqlRow& columns, bool withKey) const;
+    std::vector<SqlValue> ColumnValues(const StoredRow& row) const;
+
+    SqlSession& session_;
+    const SqlDialect& dialect_;
+    const TableLayout& layout_;
+    std::string table_;  // quoted data table name
+};
+
+std::string KeyColumn(const IndexTag& tag);
+
+}  // namespace fnrk::backend

@@ -1,0 +1,50 @@
+#pragma once
+
+// The implementations of the engine's operation set that the conformance suite runs against,
+// each opened on a folder of its own.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/operations.hpp"
+#include "support/temp_dir.hpp"
+
+namespace fnrk::conformance {
+
+using engine::Handle;
+using engine::Status;
+
+struct Implementation {
+    std::string name;
+    std::function<std::unique_ptr<engine::Operations>()> make;
+};
+
+std::vector<Implementation> Implementations();
+
+// Every test starts with a connected implementation on an empty folder, dates "DD/MM/YYYY".
+class Conformance : public ::testing::TestWithParam<Implementation> {
+  protected:
+    void SetUp() override;
+    // A second, independent connection to the same folder (another workstation).
+    std::unique_ptr<engine::Operations> SecondConnection(Handle& connection);
+    // Creates the sample table "items.dbf" (opened exclusively) with fields of every type.
+    Handle CreateItems();
+    // Appends one item with the given code, name and amount.
+    void AddItem(Handle table, const std::string& code, const std::string& name, double amount);
+    std::string Text(Handle table, const std::string& field);
+    // Record numbers of `table` met walking `object` (the table or one of its indexes) from
+    // the top to EOF.
+    std::vector<std::uint32_t> Walk(Handle table, Handle object);
+    std::vector<std::uint32_t> Walk(Handle table) { return Walk(table, table); }
+    std::uint32_t RecordNumber(Handle table);
+
+    fnrk::testing::TempDir folder;
+    std::unique_ptr<engine::Operations> ops;
+    Handle connection = 0;
+};
+
+}  // namespace fnrk::conformance
