@@ -13,20 +13,20 @@ namespace fnrk::declarations {
 
 // Element and attribute names of one kind of consignment, prefixes included.
 struct ConsignmentNames {
-    std::string_view declarationCount;      // root attribute with the number of declarations
-    std::string_view representative;        // the representative block
-    std::string_view representativeField;   // prefix of the block's children ("ns1:" or "")
-    std::string_view declaration;           // one declaration
-    std::string_view traderId;              // its trader
-    std::string_view traderVatNumber;       // the trader's VAT number
-    std::string_view period;                // the declared period
-    std::string_view periodYear;            // ... its year
-    std::string_view periodQuarter;         // ... its quarter
-    std::string_view memberStateInfo;       // one member state of consumption
-    std::string_view memberState;           // its country
-    std::string_view establishment;         // a row's fixed establishment
-    std::string_view establishmentVat;      // its VAT number
-    std::string_view establishmentVatUri;   // namespace of the latter, if the root lacks it
+    std::string_view declarationCount;     // root attribute with the number of declarations
+    std::string_view representative;       // the representative block
+    std::string_view representativeField;  // prefix of the block's children ("ns1:" or "")
+    std::string_view declaration;          // one declaration
+    std::string_view traderId;             // its trader
+    std::string_view traderVatNumber;      // the trader's VAT number
+    std::string_view period;               // the declared period
+    std::string_view periodYear;           // ... its year
+    std::string_view periodQuarter;        // ... its quarter
+    std::string_view memberStateInfo;      // one member state of consumption
+    std::string_view memberState;          // its country
+    std::string_view establishment;        // a row's fixed establishment
+    std::string_view establishmentVat;     // its VAT number
+    std::string_view establishmentVatUri;  // namespace of the latter, if the root lacks it
 };
 
 // Root attributes after the namespaces, the representative block when one is given, then the

@@ -49,8 +49,7 @@ DeclarationDocument::DeclarationDocument() : doc_(xmlNewDoc(BAD_CAST "1.0")) {
 xmlNode* DeclarationDocument::CreateRoot(
     std::string_view qualifiedName,
     std::initializer_list<std::pair<std::string_view, std::string_view>> namespaces) {
-    if (root() != nullptr)
-        throw DeclarationError("the document already holds a consignment");
+    if (root() != nullptr) throw DeclarationError("the document already holds a consignment");
     const SplitName name = Split(qualifiedName);
     xmlNode* element = xmlNewDocNode(doc_.get(), nullptr, Xml(name.local), nullptr);
     xmlDocSetRootElement(doc_.get(), element);
@@ -82,8 +81,7 @@ bool DeclarationDocument::Save(const std::filesystem::path& file) const {
     const std::string text = Serialize();
     {
         std::ofstream out(file, std::ios::binary | std::ios::trunc);
-        if (out && out.write(text.data(), static_cast<std::streamsize>(text.size())) &&
-            out.flush())
+        if (out && out.write(text.data(), static_cast<std::streamsize>(text.size())) && out.flush())
             return true;
     }
     std::error_code ignored;
@@ -93,8 +91,8 @@ bool DeclarationDocument::Save(const std::filesystem::path& file) const {
 
 void DeclareNamespace(xmlNode* element, std::string_view prefix, std::string_view uri) {
     const std::string prefixText(prefix);
-    xmlNs* ns = xmlNewNs(element, Xml(std::string(uri)),
-                         prefix.empty() ? nullptr : Xml(prefixText));
+    xmlNs* ns =
+        xmlNewNs(element, Xml(std::string(uri)), prefix.empty() ? nullptr : Xml(prefixText));
     if (ns == nullptr)
         throw std::logic_error("prefix \"" + prefixText + "\" declared twice on one element");
 }

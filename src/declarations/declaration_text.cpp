@@ -8,7 +8,9 @@
 namespace fnrk::declarations {
 namespace {
 
-bool IsAsciiLetter(char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }
+bool IsAsciiLetter(char c) {
+    return std::isalpha(static_cast<unsigned char>(c)) != 0;
+}
 
 }  // namespace
 

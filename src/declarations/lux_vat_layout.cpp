@@ -41,21 +41,25 @@ constexpr std::string_view kIntraCommunityBoxes =
     "914 c2, 716 c2, 916 c2, 054 c2, 056 =";
 
 constexpr std::array kLaterLayout = {
-    BoxRun{1, 1, "204 choice, 205 choice, 491 choice, 492 choice, 493 choice, 012 =, 454 =, "
-                 "^471, 472, 455, 456"},
+    BoxRun{1, 1,
+           "204 choice, 205 choice, 491 choice, 492 choice, 493 choice, 012 =, 454 =, "
+           "^471, 472, 455, 456"},
     BoxRun{1, 2, "021 =, ^457, 014, 015, 016, 017, 481, 482, 226"},
     BoxRun{2, 2, "018, 423, 424, 019, 419"},
     BoxRun{2, 3, "022 ="},
     BoxRun{2, 3, kSalesAndTaxBoxes},
     BoxRun{2, 4, kIntraCommunityBoxes},
-    BoxRun{3, 5, "065 =, 407 =, ^721, 921, 723, 923, 725, 925, 059, 195, 729, 731, 931, 733, "
-                 "933, 735, 935, 063, 196, ^722 c2, 922 c2, 724 c2, 924 c2, 726 c2, 926 c2, "
-                 "068 c2 +2, 732 c2, 932 c2, 734 c2, 934 c2, 736 c2, 936 c2, 073 c2"},
-    BoxRun{3, 6, "409 =, 410 =, 436 =, 462 =, ^741, 941, 743, 943, 745, 945, 431, 435, 463 =, "
-                 "464 =, 751, 951, 753, 953, 755, 955, 441, 445"},
+    BoxRun{3, 5,
+           "065 =, 407 =, ^721, 921, 723, 923, 725, 925, 059, 195, 729, 731, 931, 733, "
+           "933, 735, 935, 063, 196, ^722 c2, 922 c2, 724 c2, 924 c2, 726 c2, 926 c2, "
+           "068 c2 +2, 732 c2, 932 c2, 734 c2, 934 c2, 736 c2, 936 c2, 073 c2"},
+    BoxRun{3, 6,
+           "409 =, 410 =, 436 =, 462 =, ^741, 941, 743, 943, 745, 945, 431, 435, 463 =, "
+           "464 =, 751, 951, 753, 953, 755, 955, 441, 445"},
     BoxRun{4, 6, "765 =, 766 =, 761, 961"},
-    BoxRun{3, 6, "^742 c2, 942 c2, 744 c2, 944 c2, 746 c2, 946 c2, 432 c2 +1, 752 c2, 952 c2, "
-                 "754 c2, 954 c2, 756 c2, 956 c2, 442 c2 +1"},
+    BoxRun{3, 6,
+           "^742 c2, 942 c2, 744 c2, 944 c2, 746 c2, 946 c2, 432 c2 +1, 752 c2, 952 c2, "
+           "754 c2, 954 c2, 756 c2, 956 c2, 442 c2 +1"},
     BoxRun{4, 6, "762 c2, 962 c2"},
     BoxRun{4, 7, "767 =, 768 =, ^769, 763, 963, ^770 c2, 764 c2, 964 c2 +1, 227 c2, 076 ="},
     BoxRun{4, 8, "093 =, ^458, 459, 460, 090, 461, 092, 228, 097 =, 094, 095, 102 ="},
@@ -74,10 +78,11 @@ constexpr std::array kEarlierLayout = {
     BoxRun{2, 5, "065 =, ^722 c2, 922 c2, 724 c2, 924 c2, 726 c2, 926 c2, 068 c2 +2"},
     BoxRun{3, 5, "732 c2, 932 c2, 734 c2, 934 c2, 736 c2, 936 c2, 073 c2"},
     BoxRun{2, 5, "407 ="},
-    BoxRun{3, 6, "409 =, 410 =, ^741, 941, 743, 943, 745, 945, 431, 436 =, 435, 751, 951, 753, "
-                 "953, 755, 955, 441, 445, 463 =, 761, 961, 765 =, ^742 c2, 942 c2, 744 c2, "
-                 "944 c2, 746 c2, 946 c2, 432 c2 +1, 462 =, 752 c2, 952 c2, 754 c2, 954 c2, "
-                 "756 c2, 956 c2, 442 c2 +1, 464 =, 762 c2, 962 c2, 766 ="},
+    BoxRun{3, 6,
+           "409 =, 410 =, ^741, 941, 743, 943, 745, 945, 431, 436 =, 435, 751, 951, 753, "
+           "953, 755, 955, 441, 445, 463 =, 761, 961, 765 =, ^742 c2, 942 c2, 744 c2, "
+           "944 c2, 746 c2, 946 c2, 432 c2 +1, 462 =, 752 c2, 952 c2, 754 c2, 954 c2, "
+           "756 c2, 956 c2, 442 c2 +1, 464 =, 762 c2, 962 c2, 766 ="},
     BoxRun{3, 7, "^769, 763, 963, 767 =, ^770 c2, 764 c2, 964 c2 +1, 768 =, 227 c2, 076 ="},
     BoxRun{4, 8, "^458, 459, 460, 090, 461, 092, 228, 093 =, 094, 095, 097 =, 102 ="},
     BoxRun{4, 9, "103 =, 104 =, 105 ="},
@@ -120,17 +125,17 @@ constexpr std::string_view kLaterVatDue = "+457+014+015+016+017+481+482+226+018+
 constexpr std::string_view kEarlierVatDue = "+457+014+015+016+017+018+423+424+226+019+419";
 
 std::string TotalFormula(std::string_view number, std::int16_t layout) {
-    if (number == "021") return std::string(layout == kLuxLayoutLater ? kLaterVatDue
-                                                                      : kEarlierVatDue);
+    if (number == "021")
+        return std::string(layout == kLuxLayoutLater ? kLaterVatDue : kEarlierVatDue);
     for (const auto& [box, formula] : kFormulas)
         if (box == number) return std::string(formula);
     throw std::logic_error("no formula for the total box " + std::string(number));
 }
 
 bool IsMandatory(std::string_view number) {
-    return !kMandatoryBoxes.empty() && platform::UpperCase(kMandatoryBoxes)
-                                               .find(platform::UpperCase(number)) !=
-                                           std::string::npos;
+    return !kMandatoryBoxes.empty() &&
+           platform::UpperCase(kMandatoryBoxes).find(platform::UpperCase(number)) !=
+               std::string::npos;
 }
 
 std::string StartingValue(std::string_view number) {
@@ -195,12 +200,12 @@ void AddRun(VatBoxDictionary& boxes, const BoxRun& run, std::int16_t layout) {
                       box.header, false, 0, 0, false, 0, 0, 1, "");
         } else if (box.choice) {
             AddVatBox(boxes, run.page, run.section, box.number, "", StartingValue(box.number),
-                      kCaseChoice, "", false, box.blankLines, box.header, false, 0, 0, false, 0,
-                      0, 1, "");
+                      kCaseChoice, "", false, box.blankLines, box.header, false, 0, 0, false, 0, 0,
+                      1, "");
         } else {
             AddVatBox(boxes, run.page, run.section, box.number, "", StartingValue(box.number),
-                      kCaseNumeric, "", true, box.blankLines, box.header, !box.noCalc,
-                      kInputHeight, kInputWidth, true, kInputHeight, kInputWidth, box.column, "");
+                      kCaseNumeric, "", true, box.blankLines, box.header, !box.noCalc, kInputHeight,
+                      kInputWidth, true, kInputHeight, kInputWidth, box.column, "");
         }
     }
 }

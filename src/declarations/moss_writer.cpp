@@ -26,10 +26,9 @@ constexpr ConsignmentNames kMossNames = {
 
 void WriteHeader(DeclarationDocument& document, const DeclarationHeader& header,
                  const RepresentativeSource* representative) {
-    xmlNode* root = document.CreateRoot("ns2:MossConsignments",
-                                        {{"", kInputCommonNamespace},
-                                         {"ns2", kMossConsignmentNamespace},
-                                         {"ns3", kMossCommonNamespace}});
+    xmlNode* root = document.CreateRoot("ns2:MossConsignments", {{"", kInputCommonNamespace},
+                                                                 {"ns2", kMossConsignmentNamespace},
+                                                                 {"ns3", kMossCommonNamespace}});
     document.doc()->standalone = 1;
     WriteConsignmentHeader(root, kMossNames, header, representative);
 }

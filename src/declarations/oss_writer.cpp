@@ -25,13 +25,11 @@ constexpr ConsignmentNames kOssNames = {
     .establishmentVatUri = kOssCommonNamespace,
 };
 
-
 void WriteHeader(DeclarationDocument& document, const DeclarationHeader& header,
                  const RepresentativeSource* representative) {
-    xmlNode* root = document.CreateRoot("ns0:OSSConsignment",
-                                        {{"ns0", kOssDeclarationNamespace},
-                                         {"ns1", kInputCommonNamespace},
-                                         {"ns2", kOssCommonNamespace}});
+    xmlNode* root = document.CreateRoot("ns0:OSSConsignment", {{"ns0", kOssDeclarationNamespace},
+                                                               {"ns1", kInputCommonNamespace},
+                                                               {"ns2", kOssCommonNamespace}});
     WriteConsignmentHeader(root, kOssNames, header, representative);
 }
 
@@ -41,8 +39,7 @@ void OssXmlHeader(DeclarationDocument& document, const DeclarationHeader& header
     WriteHeader(document, header, nullptr);
 }
 
-void OssXmlHeaderCheckRepresentative(DeclarationDocument& document,
-                                     const DeclarationHeader& header,
+void OssXmlHeaderCheckRepresentative(DeclarationDocument& document, const DeclarationHeader& header,
                                      const RepresentativeSource& representative) {
     WriteHeader(document, header, &representative);
 }

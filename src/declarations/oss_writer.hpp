@@ -16,8 +16,7 @@ namespace fnrk::declarations {
 void OssXmlHeader(DeclarationDocument& document, const DeclarationHeader& header);
 
 // The same with the representative block, read from the representative's record.
-void OssXmlHeaderCheckRepresentative(DeclarationDocument& document,
-                                     const DeclarationHeader& header,
+void OssXmlHeaderCheckRepresentative(DeclarationDocument& document, const DeclarationHeader& header,
                                      const RepresentativeSource& representative);
 
 void OssXmlHeaderInfo(DeclarationDocument& document, const MemberStateInfo& info);

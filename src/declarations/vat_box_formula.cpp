@@ -6,9 +6,13 @@
 namespace fnrk::declarations {
 namespace {
 
-bool IsDigit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
+bool IsDigit(char c) {
+    return std::isdigit(static_cast<unsigned char>(c)) != 0;
+}
 
-bool IsOperation(char c) { return c == '+' || c == '-' || c == '*' || c == '/'; }
+bool IsOperation(char c) {
+    return c == '+' || c == '-' || c == '*' || c == '/';
+}
 
 FormulaError Malformed(std::string_view formula, std::size_t position, std::string_view what) {
     return FormulaError("formula \"" + std::string(formula) + "\": " + std::string(what) +
@@ -25,27 +29,29 @@ std::vector<FormulaTerm> ParseFormula(std::string_view formula) {
         term.operation = formula[at];
         if (!IsOperation(term.operation)) throw Malformed(formula, at, "operator expected");
         ++at;
-        const bool constant = at < formula.size() && formula[at] == '#';
-        if (constant) ++at;
-        if (at >= formula.size() || (formula[at] != '+' && formula[at] != '-'))
-            throw Malformed(formula, at, "signed operand expected");
-        const bool negative = formula[at] == '-';
-        ++at;
-        if (constant) {
-            std::size_t end = at;
+        if (at < formula.size() && formula[at] == '#') {
+            ++at;
+            if (at >= formula.size() || (formula[at] != '+' && formula[at] != '-'))
+                throw Malformed(formula, at, "signed constant expected");
+            const bool negative = formula[at] == '-';
+            std::size_t end = ++at;
             while (end < formula.size() && (IsDigit(formula[end]) || formula[end] == '.')) ++end;
-            auto [stop, error] = std::from_chars(formula.data() + at, formula.data() + end,
-                                                 term.constant);
+            auto [stop, error] =
+                std::from_chars(formula.data() + at, formula.data() + end, term.constant);
             if (error != std::errc() || stop != formula.data() + end)
                 throw Malformed(formula, at, "number expected");
             if (negative) term.constant = -term.constant;
             at = end;
         } else {
+            // "+033" adds box 033; after "*" or "/" the box carries its own sign ("*+403").
+            if (at < formula.size() && (formula[at] == '+' || formula[at] == '-')) {
+                term.negated = formula[at] == '-';
+                ++at;
+            }
             if (at + 3 > formula.size() || !IsDigit(formula[at]) || !IsDigit(formula[at + 1]) ||
                 !IsDigit(formula[at + 2]))
                 throw Malformed(formula, at, "three-digit box number expected");
             term.box = std::string(formula.substr(at, 3));
-            term.negated = negative;
             at += 3;
         }
         terms.push_back(std::move(term));

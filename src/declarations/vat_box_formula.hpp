@@ -1,8 +1,9 @@
 #pragma once
 
 // The formulas of the VAT return's total boxes: a run of terms without blanks, each an operator
-// ("+", "-", "*", "/") and an operand, either a box ("+033") or "#" and a signed constant
-// ("#+100"). Terms apply strictly from left to right from zero, with no precedence.
+// ("+", "-", "*", "/") and an operand, either a three-digit box number, signed or not ("+033",
+// "*+403"), or "#" and a signed constant ("/#+100"). Terms apply strictly from left to right
+// from zero, with no precedence.
 
 #include <functional>
 #include <stdexcept>
@@ -21,7 +22,7 @@ class FormulaError : public std::runtime_error {
 struct FormulaTerm {
     char operation = '+';
     std::string box;       // three-digit box number, empty for a constant
-    bool negated = false;  // "-033": the box's value with its sign turned
+    bool negated = false;  // "*-403": the box's value with its sign turned
     double constant = 0;   // the operand when `box` is empty
 };
 

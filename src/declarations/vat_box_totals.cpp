@@ -52,8 +52,8 @@ class TotalsComputation {
 }  // namespace
 
 double EnteredValue(const DeclarationTvaCase& box) {
-    std::string text = platform::Trim(box.ValueModified.empty() ? box.ValueOriginal
-                                                                : box.ValueModified);
+    std::string text =
+        platform::Trim(box.ValueModified.empty() ? box.ValueOriginal : box.ValueModified);
     if (text.empty()) return 0;
     std::ranges::replace(text, ',', '.');
     double value = 0;
