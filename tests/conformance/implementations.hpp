@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,10 @@ struct Implementation {
 };
 
 std::vector<Implementation> Implementations();
+// Test names and failure reports show the implementation's name.
+inline void PrintTo(const Implementation& implementation, std::ostream* out) {
+    *out << implementation.name;
+}
 
 // Every test starts with a connected implementation on an empty folder, dates "DD/MM/YYYY".
 class Conformance : public ::testing::TestWithParam<Implementation> {
