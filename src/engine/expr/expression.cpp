@@ -65,7 +65,7 @@ std::string_view Expression::EvaluateKey(const EvaluationContext& context) {
     const std::size_t length = program_->root.length;
     char* key = program_->keyBuffer;
     const std::size_t kept = std::min(text.size(), length);
-    std::memcpy(key, text.data(), kept);
+    CopyText(key, text.substr(0, kept));
     std::memset(key + kept, ' ', length - kept);
     return std::string_view(key, length);
 }

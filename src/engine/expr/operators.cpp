@@ -124,8 +124,8 @@ Operand JoinTexts(const Node& node, const Operand& left, const Operand& right, P
         return program.Text(length, [=](const EvaluationContext& c) {
             const std::string_view a = first->Eval(c);
             const std::string_view b = second->Eval(c);
-            std::memcpy(buffer, a.data(), a.size());
-            std::memcpy(buffer + a.size(), b.data(), b.size());
+            CopyText(buffer, a);
+            CopyText(buffer + a.size(), b);
             return std::string_view(buffer, a.size() + b.size());
         });
     }
@@ -135,8 +135,8 @@ Operand JoinTexts(const Node& node, const Operand& left, const Operand& right, P
         const std::string_view b = second->Eval(c);
         std::size_t kept = a.size();
         while (kept > 0 && a[kept - 1] == ' ') --kept;
-        std::memcpy(buffer, a.data(), kept);
-        std::memcpy(buffer + kept, b.data(), b.size());
+        CopyText(buffer, a.substr(0, kept));
+        CopyText(buffer + kept, b);
         std::memset(buffer + kept + b.size(), ' ', a.size() - kept);
         return std::string_view(buffer, a.size() + b.size());
     });

@@ -5,6 +5,7 @@
 // the expression library.
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -108,6 +109,11 @@ inline const char* FieldBytes(const EvaluationContext& context, int source, std:
     const std::string_view record = context.records[static_cast<std::size_t>(source)];
     if (record.size() < static_cast<std::size_t>(offset) + length) return nullptr;
     return record.data() + offset;
+}
+
+// Copies text into a result buffer; an empty view may have no data pointer at all.
+inline void CopyText(char* to, std::string_view from) {
+    if (!from.empty()) std::memcpy(to, from.data(), from.size());
 }
 
 }  // namespace fnrk::engine::expr

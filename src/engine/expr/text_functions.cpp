@@ -70,7 +70,7 @@ Operand Replicate(const Node& call, const Arguments& arguments, Program& program
     return program.Text(length, [=](const EvaluationContext& c) {
         const std::string_view value = source->Eval(c);
         for (std::uint32_t i = 0; i < times; ++i) {
-            std::memcpy(buffer + i * value.size(), value.data(), value.size());
+            CopyText(buffer + i * value.size(), value);
         }
         return std::string_view(buffer, value.size() * times);
     });
@@ -162,7 +162,7 @@ Operand Pad(const Node& call, const Arguments& arguments, Program& program) {
         const std::size_t kept = std::min<std::size_t>(value.size(), length);
         const std::size_t padding = length - kept;
         std::memset(left ? buffer : buffer + kept, filler, padding);
-        std::memcpy(left ? buffer + padding : buffer, value.data(), kept);
+        CopyText(left ? buffer + padding : buffer, value.substr(0, kept));
         return std::string_view(buffer, length);
     });
 }

@@ -91,6 +91,10 @@ TEST_F(Evaluation, ShortOrMissingRecordsReadAsEmpty) {
     EXPECT_EQ(name.EvaluateText({shortRecord, 1, nullptr}), "");
     EXPECT_EQ(name.EvaluateKey({shortRecord, 1, nullptr}), "          ");
     EXPECT_DOUBLE_EQ(amount.EvaluateNumber({{}, 1, nullptr}), 0);
+    // Empty pieces pass through every text operation.
+    Expression joined = Expression::Compile("padl(name - code, 3) + replicate(name, 2)", table);
+    EXPECT_EQ(joined.EvaluateText({{}, 1, nullptr}), "   ");
+    EXPECT_EQ(joined.EvaluateKey({{}, 1, nullptr}), std::string(23, ' '));
 }
 
 TEST_F(Evaluation, Arithmetic) {
