@@ -26,8 +26,7 @@ int CompareCommon(std::string_view left, std::string_view right, std::size_t com
 int CompareToRightLength(std::string_view left, std::string_view right) {
     const std::size_t common = std::min(left.size(), right.size());
     if (const int result = CompareCommon(left, right, common); result != 0) return result;
-    if (left.size() >= right.size()) return 0;
-    return -CompareTailWithBlanks(right.substr(common));
+    return left.size() >= right.size() ? 0 : -1;
 }
 
 int ComparePadded(std::string_view left, std::string_view right) {

@@ -6,9 +6,9 @@
 
 namespace fnrk::engine::expr {
 
-// The xBase rule of "=", "<", ">" and their kin: the left side is cut or blank-padded to the
-// length of the right side before comparing, so 'ABC' = 'AB' and anything = ''. Negative, zero
-// or positive.
+// The xBase rule of "=", "<", ">" and their kin: bytes are compared up to the end of the right
+// side, so 'ABC' = 'AB' and anything = ''; a left side that ends first is the smaller one
+// ('AB' < 'AB '). Negative, zero or positive.
 int CompareToRightLength(std::string_view left, std::string_view right);
 
 // Both sides blank-padded to the longer one: 'AB' and 'AB ' are equal.

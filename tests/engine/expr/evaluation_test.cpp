@@ -134,8 +134,10 @@ TEST_F(Evaluation, DateArithmetic) {
 TEST_F(Evaluation, TextComparisonsFollowTheNonExactRule) {
     EXPECT_TRUE(Logical("name = 'Dup'"));   // up to the right side's length
     EXPECT_TRUE(Logical("name = ''"));      // an empty right side always matches
-    EXPECT_FALSE(Logical("'Dup' = name"));  // the left side is padded, not cut
-    EXPECT_TRUE(Logical("'Dupont' = name"));
+    EXPECT_FALSE(Logical("'Dup' = name"));  // a shorter left side never matches
+    EXPECT_FALSE(Logical("'Dupont' = name"));
+    EXPECT_TRUE(Logical("'Dupont    ' = name"));
+    EXPECT_TRUE(Logical("'Dupont' < name .and. 'Dupont' <= name .and. 'Dupont' # name"));
     EXPECT_FALSE(Logical("name == 'Dupont'"));  // exact: trailing blanks count
     EXPECT_TRUE(Logical("name == 'Dupont    '"));
     EXPECT_TRUE(Logical("name != 'Dur'"));
