@@ -3,7 +3,9 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "platform/environment.hpp"
 #include "platform/ini_file.hpp"
+#include "platform/special_folders.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::platform {
@@ -23,18 +25,13 @@ constexpr EnvironmentOverride kOverrides[] = {
     {"Accounting", "UserCode", "FNRK_USER_CODE"},
 };
 
-std::string Environment(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::string() : std::string(value);
-}
-
 }  // namespace
 
 std::filesystem::path SettingsFilePath() {
-    if (const std::string file = Environment("FNRK_SETTINGS_FILE"); !file.empty()) return file;
-    std::filesystem::path config = Environment("XDG_CONFIG_HOME");
-    if (config.empty()) config = std::filesystem::path(Environment("HOME")) / ".config";
-    return config / "fennrick" / "settings.ini";
+    if (const std::string file = EnvironmentValue("FNRK_SETTINGS_FILE"); !file.empty()) return file;
+    const std::string appData = SpecialFolderPath(special_folder::kAppData);
+    if (appData.empty()) return {};  // no home folder: defaults only, writes fail
+    return std::filesystem::path(appData) / "fennrick" / "settings.ini";
 }
 
 std::string GetSetting(std::string_view section, std::string_view key,

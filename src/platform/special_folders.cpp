@@ -1,24 +1,20 @@
 #include "platform/special_folders.hpp"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
 
+#include "platform/environment.hpp"
+
 namespace fnrk::platform {
 namespace {
 
-std::string Environment(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::string() : std::string(value);
-}
-
 std::string Home() {
-    return Environment("HOME");
+    return EnvironmentValue("HOME");
 }
 
 std::string ConfigHome() {
-    const std::string config = Environment("XDG_CONFIG_HOME");
+    const std::string config = EnvironmentValue("XDG_CONFIG_HOME");
     if (!config.empty()) return config;
     return Home().empty() ? std::string() : Home() + "/.config";
 }
@@ -45,13 +41,13 @@ std::string UserDirsEntry(std::string_view variable) {
 
 // An XDG user folder: its variable, its user-dirs.dirs entry, or `fallback` under the home folder.
 std::string UserFolder(const char* variable, const char* fallback) {
-    if (std::string value = Environment(variable); !value.empty()) return value;
+    if (std::string value = EnvironmentValue(variable); !value.empty()) return value;
     if (std::string value = UserDirsEntry(variable); !value.empty()) return value;
     return Home().empty() ? std::string() : Home() + "/" + fallback;
 }
 
 std::string LocalAppData() {
-    const std::string data = Environment("XDG_DATA_HOME");
+    const std::string data = EnvironmentValue("XDG_DATA_HOME");
     if (!data.empty()) return data;
     return Home().empty() ? std::string() : Home() + "/.local/share";
 }
