@@ -7,6 +7,7 @@ packages=(
     libcli11-dev libfmt-dev libsqlite3-dev libssl-dev libxml2-dev libpq-dev
     nlohmann-json3-dev
     libxml2-utils default-jre-headless libsaxonhe-java python3-dbfread
+    locales
 )
 missing=()
 for package in "${packages[@]}"; do
@@ -19,4 +20,10 @@ if [ ${#missing[@]} -gt 0 ]; then
     echo "Installing: ${missing[*]}"
     $sudo apt-get update -qq
     DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi
+# A comma-decimal locale, so that the tests show number formatting ignoring the process locale.
+if ! locale -a 2>/dev/null | grep -qix 'fr_BE.utf8'; then
+    sudo=""
+    [ "$(id -u)" -eq 0 ] || sudo="sudo"
+    $sudo localedef -i fr_BE -f UTF-8 fr_BE.UTF-8
 fi
