@@ -130,6 +130,10 @@ backend::SqlBackend& SqlDatabase::BackendForConnect(BackendSlot slot) {
     if (!single) {
         single = makeBackend_();
         single->handleStart(index * kRange);
+        // A backend made after the settings were broadcast still follows them.
+        if (dateFormat_) single->SetDateFormat(*dateFormat_);
+        if (epoch_) single->SetEpoch(*epoch_);
+        if (showDeleted_) single->ShowDeleted(*showDeleted_);
     }
     return *single;
 }
@@ -228,12 +232,15 @@ Status SqlDatabase::SetServerType(std::uint16_t serverTypes) {
     return Broadcast([&](engine::Operations& o) { return o.SetServerType(serverTypes); });
 }
 Status SqlDatabase::SetDateFormat(std::string_view format) {
+    dateFormat_ = std::string(format);
     return Broadcast([&](engine::Operations& o) { return o.SetDateFormat(format); });
 }
 Status SqlDatabase::SetEpoch(std::uint16_t century) {
+    epoch_ = century;
     return Broadcast([&](engine::Operations& o) { return o.SetEpoch(century); });
 }
 Status SqlDatabase::ShowDeleted(bool showDeleted) {
+    showDeleted_ = showDeleted;
     return Broadcast([&](engine::Operations& o) { return o.ShowDeleted(showDeleted); });
 }
 Status SqlDatabase::GetDeleted(bool& showDeleted) {

@@ -13,6 +13,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -297,6 +298,10 @@ class SqlDatabase final : public engine::Operations {
     std::string orgPath_;
     std::string dossierFolder_;
     std::string applicationFolder_;
+    // The global settings broadcast so far, given to backends made later.
+    std::optional<std::string> dateFormat_;
+    std::optional<std::uint16_t> epoch_;
+    std::optional<bool> showDeleted_;
 };
 
 template <class Call>

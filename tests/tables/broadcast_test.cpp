@@ -113,3 +113,18 @@ TEST_F(DispatchTest, ConfigurationRecordIsCopiedByMemberNameInOrder) {
 
 }  // namespace
 }  // namespace fnrk::tables::testing
+
+namespace fnrk::tables::testing {
+namespace {
+
+TEST_F(DispatchTest, BackendMadeLaterFollowsTheSettingsBroadcastBefore) {
+    ASSERT_EQ(db.SetDateFormat("DD/MM/YYYY"), engine::AE_SUCCESS);
+    ASSERT_EQ(db.ShowDeleted(false), engine::AE_SUCCESS);
+    Calls();
+    ConnectSlot(900'000);
+    EXPECT_EQ(Calls(), (std::vector<std::string>{"900000.SetDateFormat", "900000.ShowDeleted",
+                                                 "900000.Connect26"}));
+}
+
+}  // namespace
+}  // namespace fnrk::tables::testing
