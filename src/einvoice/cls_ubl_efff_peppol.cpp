@@ -235,13 +235,15 @@ bool clsUBL::InvoiceLineEfffPEPPOL(const UblLine& line) {
         .Attribute("unitCode", "NAR")
         .Attribute("unitCodeListID", "UNECERec20");
     AddAmount(entry, "cbc:LineExtensionAmount", line.lineAmount);
-    // The line's allowance comes before its tax total, as the UBL schema orders them.
-    if (line.discountAmount != 0.0) {
+    // The invoice line carries its allowance before its tax total, the credit-note line after.
+    const auto addDiscount = [&] {
+        if (line.discountAmount == 0.0) return;
         XmlElement discount = entry.Add("cac:AllowanceCharge");
         discount.Add("cbc:ChargeIndicator", "false");
         discount.Add("cbc:AllowanceChargeReasonCode", "19").Attribute("listID", "UNCL4465");
         AddAmount(discount, "cbc:Amount", line.discountAmount);
-    }
+    };
+    if (!creditNote_) addDiscount();
     const std::string category = VatCategoryOrDefault(line.vatCode, line.vatRate);
     XmlElement tax = entry.Add("cac:TaxTotal");
     AddAmount(tax, "cbc:TaxAmount", line.taxAmount);
@@ -250,6 +252,7 @@ bool clsUBL::InvoiceLineEfffPEPPOL(const UblLine& line) {
     AddAmount(subtotal, "cbc:TaxAmount", line.taxAmount);
     AddTaxCategory(subtotal, category, line.vatCode, line.vatRate,
                    TaxExemptionReason(category, line.exemptionReason), numbers_);
+    if (creditNote_) addDiscount();
     XmlElement item = entry.Add("cac:Item");
     item.AddIfNotEmpty("cbc:Description", Description());
     item.Add("cac:SellersItemIdentification").Add("cbc:ID", line.itemCode);
