@@ -4,6 +4,8 @@
 #include <chrono>
 #include <ctime>
 
+#include "engine/expr/ascii.hpp"
+
 namespace fnrk::engine::expr {
 namespace {
 
@@ -22,14 +24,10 @@ struct FormatToken {
     std::size_t width;
 };
 
-char Upper(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 bool StartsWithNoCase(std::string_view text, std::size_t at, std::string_view word) {
     if (text.size() - at < word.size()) return false;
     for (std::size_t i = 0; i < word.size(); ++i) {
-        if (Upper(text[at + i]) != word[i]) return false;
+        if (AsciiUpper(text[at + i]) != word[i]) return false;
     }
     return true;
 }

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "engine/expr/ascii.hpp"
+
 namespace fnrk::engine::expr {
 namespace {
 
@@ -16,15 +18,11 @@ constexpr std::array<FunctionInfo, 40> kFunctions = {{
     {"CHR", 1, 1},       {"ASC", 1, 1},     {"MOD", 2, 2},     {"SIGN", 1, 1},    {"IF", 3, 3},
 }};
 
-char Upper(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 bool Matches(std::string_view full, std::string_view written) {
     if (written.size() > full.size()) return false;
     if (written.size() < full.size() && written.size() < 4) return false;
     for (std::size_t i = 0; i < written.size(); ++i) {
-        if (Upper(written[i]) != full[i]) return false;
+        if (AsciiUpper(written[i]) != full[i]) return false;
     }
     return true;
 }

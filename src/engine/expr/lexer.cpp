@@ -1,6 +1,7 @@
 #include "engine/expr/lexer.hpp"
 
 #include "engine/expr/expression_error.hpp"
+#include "platform/text.hpp"
 
 namespace fnrk::engine::expr {
 namespace {
@@ -13,14 +14,6 @@ bool IsLetter(char c) {
 }
 bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
-std::string Upper(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-    return result;
 }
 
 }  // namespace
@@ -91,7 +84,7 @@ Token Lexer::Next() {
 Token Lexer::Word(std::size_t start) {
     while (at_ < text_.size() && (IsLetter(text_[at_]) || IsDigit(text_[at_]))) ++at_;
     const std::string_view word = text_.substr(start, at_ - start);
-    const std::string upper = Upper(word);
+    const std::string upper = platform::UpperCase(word);
     // Bare AND / OR / NOT are operators too, unless they name a table ("OR->FIELD").
     std::size_t next = at_;
     while (next < text_.size() && IsBlank(text_[next])) ++next;
@@ -107,7 +100,7 @@ Token Lexer::Word(std::size_t start) {
 Token Lexer::DotWord(std::size_t start) {
     while (at_ < text_.size() && IsLetter(text_[at_])) ++at_;
     if (!At('.')) throw ExpressionError(start, "unknown operator");
-    const std::string word = Upper(text_.substr(start + 1, at_ - start - 1));
+    const std::string word = platform::UpperCase(text_.substr(start + 1, at_ - start - 1));
     ++at_;
     if (word == "T" || word == "Y") return {TokenKind::True, start, {}};
     if (word == "F" || word == "N") return {TokenKind::False, start, {}};

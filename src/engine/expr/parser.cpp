@@ -7,6 +7,7 @@
 #include "engine/expr/function_catalogue.hpp"
 #include "engine/expr/lexer.hpp"
 #include "platform/codepage.hpp"
+#include "platform/text.hpp"
 
 namespace fnrk::engine::expr {
 namespace {
@@ -15,14 +16,6 @@ namespace {
 // operators in all (a chain of them makes a deep tree too).
 constexpr int kMaxDepth = 200;
 constexpr int kMaxOperations = 2000;
-
-std::string Upper(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-    return result;
-}
 
 Node MakeConstant(std::size_t position, Constant constant) {
     Node node;
@@ -275,8 +268,8 @@ class Parser {
             Node field;
             field.kind = NodeKind::Field;
             field.position = at;
-            field.alias = Upper(name);
-            field.name = Upper(token_.text);
+            field.alias = platform::UpperCase(name);
+            field.name = platform::UpperCase(token_.text);
             Advance();
             return field;
         }
@@ -284,14 +277,15 @@ class Parser {
         Node field;
         field.kind = NodeKind::Field;
         field.position = at;
-        field.name = Upper(name);
+        field.name = platform::UpperCase(name);
         return field;
     }
 
     Node Call(std::size_t at, const std::string& written) {
         DepthGuard guard(*this);
         const FunctionInfo* info = FindFunction(written);
-        if (info == nullptr) throw ExpressionError(at, "unknown function " + Upper(written));
+        if (info == nullptr)
+            throw ExpressionError(at, "unknown function " + platform::UpperCase(written));
         if (++operations_ > kMaxOperations) throw ExpressionError(at, "expression too long");
         Advance();  // (
         Node call;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "engine/expr/ascii.hpp"
 #include "engine/expr/compile_scope.hpp"
 #include "engine/expr/number_text.hpp"
 
@@ -28,15 +29,6 @@ std::string_view TrimLeft(std::string_view text) {
 std::size_t Clamp(double value, std::size_t limit) {
     if (!(value > 0)) return 0;
     return value >= static_cast<double>(limit) ? limit : static_cast<std::size_t>(value);
-}
-
-// Only the letters A to Z change case: accented letters keep theirs, as in the keys of the
-// existing index files.
-char AsciiUpper(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-char AsciiLower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 template <char (*Convert)(char)>

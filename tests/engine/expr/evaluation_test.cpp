@@ -11,10 +11,9 @@
 namespace fnrk::engine::expr {
 namespace {
 
-using testing::EvaluateOn;
 using testing::TestTable;
 
-class Evaluation : public ::testing::Test {
+class Evaluation : public testing::RecordTest {
   protected:
     Evaluation() {
         table.Add("NAME", 'C', 10)
@@ -49,14 +48,6 @@ class Evaluation : public ::testing::Test {
         std::memcpy(bytes.data(), &value, sizeof value);  // the test host is little-endian
         return bytes;
     }
-
-    std::string Text(const std::string& text) { return EvaluateOn(text, table, record).text; }
-    double Number(const std::string& text) { return EvaluateOn(text, table, record).number; }
-    bool Logical(const std::string& text) { return EvaluateOn(text, table, record).logical; }
-    std::int32_t Date(const std::string& text) { return EvaluateOn(text, table, record).julian; }
-
-    TestTable table;
-    std::string record;
 };
 
 TEST_F(Evaluation, FieldsOfEveryType) {

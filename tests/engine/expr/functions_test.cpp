@@ -8,10 +8,7 @@
 namespace fnrk::engine::expr {
 namespace {
 
-using testing::EvaluateOn;
-using testing::TestTable;
-
-class Functions : public ::testing::Test {
+class Functions : public testing::RecordTest {
   protected:
     Functions() {
         table.Add("NAME", 'C', 10)
@@ -24,21 +21,6 @@ class Functions : public ::testing::Test {
         table.Put(record, "AMOUNT", "   1234.56");
         table.Put(record, "BORN", "20240131");
     }
-
-    std::string Text(const std::string& text, const DateSettings* dates = nullptr) {
-        return EvaluateOn(text, table, record, 1, dates).text;
-    }
-    double Number(const std::string& text) { return EvaluateOn(text, table, record).number; }
-    bool Logical(const std::string& text) { return EvaluateOn(text, table, record).logical; }
-    std::int32_t Date(const std::string& text, const DateSettings* dates = nullptr) {
-        return EvaluateOn(text, table, record, 1, dates).julian;
-    }
-    std::uint32_t Length(const std::string& text) {
-        return Expression::Compile(text, table).length();
-    }
-
-    TestTable table;
-    std::string record;
 };
 
 TEST_F(Functions, CaseAndTrimming) {

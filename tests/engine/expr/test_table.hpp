@@ -3,6 +3,8 @@
 // An in-memory record layout for expression tests: fields are added in order like a table's
 // field descriptors, and records are built as the bytes a table file holds.
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -50,5 +52,25 @@ struct Evaluated {
 // Compiles `text` against `table` and evaluates it over one record (record number `recno`).
 Evaluated EvaluateOn(const std::string& text, const FieldResolver& table, const std::string& record,
                      std::uint32_t recno = 1, const DateSettings* dates = nullptr);
+
+// A test over one table and one record: `table` and `record` are set up by the derived
+// fixture, and expressions evaluate over that record as record number 1.
+class RecordTest : public ::testing::Test {
+  protected:
+    std::string Text(const std::string& text, const DateSettings* dates = nullptr) {
+        return EvaluateOn(text, table, record, 1, dates).text;
+    }
+    double Number(const std::string& text) { return EvaluateOn(text, table, record).number; }
+    bool Logical(const std::string& text) { return EvaluateOn(text, table, record).logical; }
+    std::int32_t Date(const std::string& text, const DateSettings* dates = nullptr) {
+        return EvaluateOn(text, table, record, 1, dates).julian;
+    }
+    std::uint32_t Length(const std::string& text) {
+        return Expression::Compile(text, table).length();
+    }
+
+    TestTable table;
+    std::string record;
+};
 
 }  // namespace fnrk::engine::expr::testing

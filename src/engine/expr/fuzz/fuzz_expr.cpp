@@ -19,28 +19,16 @@ class EveryType : public FieldResolver {
                                         std::string_view field) const override {
         const int source = alias.empty() ? 0 : (alias == "B" || alias == "b" ? 1 : -1);
         if (source < 0 || field.size() != 1) return std::nullopt;
-        switch (field[0] | 0x20) {
-            case 'c':
-                return FieldBinding{source, 'C', 1, 10, 0};
-            case 'n':
-                return FieldBinding{source, 'N', 11, 8, 2};
-            case 'd':
-                return FieldBinding{source, 'D', 19, 8, 0};
-            case 'l':
-                return FieldBinding{source, 'L', 27, 1, 0};
-            case 'i':
-                return FieldBinding{source, 'I', 28, 4, 0};
-            case 'b':
-                return FieldBinding{source, 'B', 32, 8, 0};
-            case 'y':
-                return FieldBinding{source, 'Y', 40, 8, 0};
-            case 't':
-                return FieldBinding{source, 'T', 48, 8, 0};
-            case 'm':
-                return FieldBinding{source, 'M', 56, 10, 0};
-            default:
-                return std::nullopt;
+        static constexpr FieldBinding kFields[] = {
+            {0, 'C', 1, 10, 0}, {0, 'N', 11, 8, 2}, {0, 'D', 19, 8, 0},
+            {0, 'L', 27, 1, 0}, {0, 'I', 28, 4, 0}, {0, 'B', 32, 8, 0},
+            {0, 'Y', 40, 8, 0}, {0, 'T', 48, 8, 0}, {0, 'M', 56, 10, 0}};
+        for (FieldBinding binding : kFields) {
+            if ((field[0] & ~0x20) != binding.type) continue;
+            binding.source = source;
+            return binding;
         }
+        return std::nullopt;
     }
 };
 
