@@ -27,7 +27,10 @@ Status TableCursor::LockRecord(std::uint32_t record) {
 Status TableCursor::UnlockRecord(std::uint32_t record) {
     if (record == 0) record = record_;
     if (Status status = Commit(); status != AE_SUCCESS) return status;
-    if (!lockedRecords_.contains(record)) return AE_RECORD_NOT_LOCKED;
+    if (!lockedRecords_.contains(record)) {
+        // Exclusive use and a table lock cover every record.
+        return file_.exclusive() || tableLocked_ ? AE_SUCCESS : AE_RECORD_NOT_LOCKED;
+    }
     lockedRecords_.erase(record);
     if (!file_.exclusive() && !tableLocked_) file_.locks().UnlockRecord(record);
     return AE_SUCCESS;
