@@ -12,3 +12,16 @@ echo "== normal build"
 echo "== sanitizer build (address, undefined behaviour)"
 "$top/scripts/build.sh" build-sanitize -DCMAKE_BUILD_TYPE=Debug -DFNRK_SANITIZE=ON -DFNRK_BENCHMARKS=OFF
 (cd "$top/build-sanitize" && ctest --output-on-failure -j "$(nproc)" --timeout 900)
+
+echo "== fuzz targets (clang, libFuzzer): every fuzz_* program, about 30 s each"
+CC=clang CXX=clang++ cmake -S "$top" -B "$top/build-fuzz" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+    -DFNRK_FUZZERS=ON -DFNRK_BENCHMARKS=OFF >/dev/null
+fuzzers=$(ninja -C "$top/build-fuzz" -t targets all | sed -n 's/^\(fuzz_[A-Za-z0-9_]*\): phony$/\1/p')
+cmake --build "$top/build-fuzz" -j "$(nproc)" --target $fuzzers
+for fuzzer in $fuzzers; do
+    binary=$(find "$top/build-fuzz/src" -type f -perm -u+x -name "$fuzzer" | head -n 1)
+    corpus="$top/build-fuzz/corpus/$fuzzer"
+    mkdir -p "$corpus"
+    echo "-- $fuzzer"
+    "$binary" -max_total_time=30 -max_len=8192 "$corpus"
+done
