@@ -37,8 +37,18 @@ int CodePointToByte(char32_t cp) {
 std::string Cp1252ToUtf8(std::string_view ansi) {
     std::string out;
     out.reserve(ansi.size() + ansi.size() / 8);
-    for (const char c : ansi)
-        AppendUtf8CodePoint(out, ByteToCodePoint(static_cast<unsigned char>(c)));
+    std::size_t pos = 0;
+    while (pos < ansi.size()) {
+        // Runs of ASCII, nearly all of any table or file, are copied as they are.
+        std::size_t asciiEnd = pos;
+        while (asciiEnd < ansi.size() && static_cast<unsigned char>(ansi[asciiEnd]) < 0x80) {
+            ++asciiEnd;
+        }
+        out.append(ansi, pos, asciiEnd - pos);
+        if (asciiEnd == ansi.size()) break;
+        AppendUtf8CodePoint(out, ByteToCodePoint(static_cast<unsigned char>(ansi[asciiEnd])));
+        pos = asciiEnd + 1;
+    }
     return out;
 }
 
