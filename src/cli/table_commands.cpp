@@ -5,6 +5,7 @@
 #include <string>
 
 #include "cli/command_registry.hpp"
+#include "cli/table_index_commands.hpp"
 #include "cli/table_json.hpp"
 #include "engine/dbf/field_list.hpp"
 #include "engine/dbf/table_check.hpp"
@@ -19,6 +20,7 @@ struct TableOptions {
     std::string file;
     std::string fields;
     std::uint32_t recno = 0;
+    std::string tag;
 };
 
 // Settings of the command line's engine: the defaults, deleted records shown.
@@ -109,7 +111,8 @@ void Reorganise(const std::string& file, bool zap) {
 }
 
 void Check(const std::string& file) {
-    const std::vector<std::string> problems = engine::dbf::CheckTable(file);
+    std::vector<std::string> problems = engine::dbf::CheckTable(file);
+    if (problems.empty()) problems = CheckTableIndexes(file);
     if (problems.empty()) {
         std::cout << file << ": ok\n";
         return;
@@ -131,8 +134,11 @@ void SetUpTableCommands(CLI::App& app) {
     addFile(table->add_subcommand("info", "print the structure as JSON"))->callback([options] {
         Info(options->file);
     });
-    addFile(table->add_subcommand("dump", "print every record as one JSON line"))
-        ->callback([options] { Dump(options->file); });
+    auto* dump = addFile(table->add_subcommand("dump", "print every record as one JSON line"));
+    dump->add_option("--tag", options->tag, "in the order of this index tag");
+    dump->callback([options] {
+        options->tag.empty() ? Dump(options->file) : DumpInTagOrder(options->file, options->tag);
+    });
     auto* create = addFile(table->add_subcommand("create", "create an empty table"));
     create->add_option("--fields", options->fields, "NAME,TYPE,LENGTH,DECIMALS;...")->required();
     create->callback([options] { Create(options->file, options->fields); });
@@ -152,7 +158,8 @@ void SetUpTableCommands(CLI::App& app) {
     addFile(table->add_subcommand("zap", "remove every record"))->callback([options] {
         Reorganise(options->file, true);
     });
-    addFile(table->add_subcommand("check", "verify header, record count and memo blocks"))
+    addFile(
+        table->add_subcommand("check", "verify header, record count, memo blocks and index tags"))
         ->callback([options] { Check(options->file); });
 }
 

@@ -6,6 +6,7 @@
 
 #include "engine/dbf/field_list.hpp"
 #include "engine/error_text.hpp"
+#include "engine/order/order_registry.hpp"
 #include "engine/table_paths.hpp"
 #include "platform/text.hpp"
 
@@ -39,6 +40,8 @@ Status Engine::Report(Status status, std::string message) {
 }
 
 cursor::TableCursor* Engine::FindTable(Handle table) {
+    // An index handle stands for its table too.
+    if (orders_ != nullptr) orders_->FindOrder(table, &table);
     const auto found = tables_.find(table);
     return found == tables_.end() ? nullptr : found->second.cursor.get();
 }
@@ -174,7 +177,10 @@ Status Engine::GetServerTime(Handle connection, std::string& date, std::int32_t&
 }
 
 Status Engine::CloseAllTables() {
-    for (auto& [handle, table] : tables_) handleLongs_.erase(handle);
+    for (auto& [handle, table] : tables_) {
+        handleLongs_.erase(handle);
+        DetachIndexes(handle);
+    }
     tables_.clear();
     return AE_SUCCESS;
 }
@@ -289,7 +295,8 @@ Status Engine::CreateTable(Handle connection, std::string_view name, std::string
             cursor->Open(path, tableAlias, {.exclusive = true, .readOnly = false}, message);
         status != AE_SUCCESS)
         return Report(status, message);
-    return Register(connection, std::move(cursor), ADS_EXCLUSIVE, table);
+    Register(connection, std::move(cursor), ADS_EXCLUSIVE, table);
+    return AttachIndexes(table);
 }
 
 Status Engine::OpenTable(Handle connection, std::string_view name, std::string_view alias,
@@ -311,13 +318,21 @@ Status Engine::OpenTable(Handle connection, std::string_view name, std::string_v
                                    .readOnly = (options & ADS_READONLY) != 0};
     if (Status status = cursor->Open(path, tableAlias, request, message); status != AE_SUCCESS)
         return Report(status, message);
-    return Register(connection, std::move(cursor), options, table);
+    Register(connection, std::move(cursor), options, table);
+    if (Status status = AttachIndexes(table); status != AE_SUCCESS) {
+        const std::string text = lastErrorText_;
+        CloseTable(table);
+        table = 0;
+        return Report(status, text);
+    }
+    return AE_SUCCESS;
 }
 
 Status Engine::CloseTable(Handle table) {
     const auto found = tables_.find(table);
     if (found == tables_.end()) return Report(AE_INVALID_TABLE_HANDLE);
     const Status status = found->second.cursor->Flush();
+    DetachIndexes(table);
     tables_.erase(found);
     handleLongs_.erase(table);
     return Report(status);

@@ -2,10 +2,9 @@
 
 // The embedded table engine: the operation set over DBF / FPT files in folders, run in-process.
 // It maps handles to connections and open tables and hands each call to the units below
-// (cursor/, dbf/, memo/, lock/, expr/). Index operations (and with them SetAOF and its
-// relatives), SQL statements, data dictionaries, encryption and the management call's
-// server-side figures are not part of this engine yet: those operations return
-// AE_NOT_IMPLEMENTED.
+// (cursor/, dbf/, memo/, lock/, expr/, order/). SQL statements, data dictionaries, encryption
+// and the management call's server-side figures are not part of this engine yet: those
+// operations return AE_NOT_IMPLEMENTED.
 
 #include <map>
 #include <memory>
@@ -16,6 +15,10 @@
 #include "engine/operations.hpp"
 
 namespace fnrk::engine {
+
+namespace order {
+class OrderRegistry;
+}
 
 class Engine final : public Operations {
   public:
@@ -256,6 +259,11 @@ class Engine final : public Operations {
     Status Register(Handle connection, std::unique_ptr<cursor::TableCursor> cursor,
                     std::uint32_t options, Handle& table);
     bool AliasTaken(Handle connection, const std::string& alias) const;
+    // Index orders and optimized filters (engine_index.cpp): the structural index is opened
+    // with its table, and index handles navigate in their tag's order.
+    order::OrderRegistry& Orders();
+    Status AttachIndexes(Handle table);
+    void DetachIndexes(Handle table);
 
     cursor::EngineSettings settings_;
     std::map<Handle, Connection> connections_;
@@ -268,6 +276,8 @@ class Engine final : public Operations {
     std::string lastErrorText_;
     ProgressCallback progress_;
     std::uint32_t progressId_ = 0;
+    // Declared last: it refers to the open tables and goes first.
+    std::unique_ptr<order::OrderRegistry> orders_;
 };
 
 }  // namespace fnrk::engine

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "engine/engine.hpp"
+#include "engine/order/order_registry.hpp"
 
 namespace fnrk::engine {
 
@@ -115,11 +116,13 @@ Status Engine::GetFieldOffset(Handle table, std::string_view name, std::uint32_t
 // --- records and navigation
 
 Status Engine::GotoTop(Handle object) {
+    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->GotoTop());
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->GotoTop(); });
 }
 
 Status Engine::GotoBottom(Handle object) {
+    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->GotoBottom());
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->GotoBottom(); });
 }
@@ -130,6 +133,7 @@ Status Engine::GotoRecord(Handle table, std::uint32_t record) {
 }
 
 Status Engine::Skip(Handle object, std::int32_t records) {
+    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->Skip(records));
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->Skip(records); });
 }

@@ -9,23 +9,23 @@ namespace fnrk::engine::order {
 using cdx::TagPosition;
 
 cdx::TagPosition IndexOrder::LogicalFirst() {
-    return descending() ? tag().Last() : tag().First();
+    return descending() ? indexTag().Last() : indexTag().First();
 }
 
 cdx::TagPosition IndexOrder::LogicalLast() {
-    return descending() ? tag().First() : tag().Last();
+    return descending() ? indexTag().First() : indexTag().Last();
 }
 
 cdx::TagPosition IndexOrder::Step(TagPosition at, int direction) {
-    return (direction > 0) != descending() ? tag().Next(at) : tag().Previous(at);
+    return (direction > 0) != descending() ? indexTag().Next(at) : indexTag().Previous(at);
 }
 
 cdx::TagPosition IndexOrder::FirstFrom(std::string_view probe) {
-    return descending() ? tag().LastNotAbove(probe) : tag().LowerBound(probe);
+    return descending() ? indexTag().LastNotAbove(probe) : indexTag().LowerBound(probe);
 }
 
 cdx::TagPosition IndexOrder::LastUpTo(std::string_view probe) {
-    return descending() ? tag().LowerBound(probe) : tag().LastNotAbove(probe);
+    return descending() ? indexTag().LowerBound(probe) : indexTag().LastNotAbove(probe);
 }
 
 int IndexOrder::LogicalCompare(std::string_view key, std::string_view probe) {
@@ -51,13 +51,14 @@ cdx::TagPosition IndexOrder::Current() {
     const std::uint32_t record = table_.recordNumber();
     if (record == 0 || !tag_.keys) return {};
     const auto key = tag_.keys->KeyOf(table_.CurrentRecordBytes(), record);
-    return key ? tag().Find(*key, record) : TagPosition{};
+    return key ? indexTag().Find(*key, record) : TagPosition{};
 }
 
 cdx::TagPosition IndexOrder::Settle(TagPosition at, int direction) {
     for (std::uint64_t steps = 0; at.valid(); at = Step(at, direction)) {
-        if (++steps > tag().WalkLimit()) throw cdx::IndexCorrupt("tag " + tag().name() + " loops");
-        const cdx::IndexEntry entry = tag().EntryAt(at);
+        if (++steps > indexTag().WalkLimit())
+            throw cdx::IndexCorrupt("tag " + indexTag().name() + " loops");
+        const cdx::IndexEntry entry = indexTag().EntryAt(at);
         if (!InScope(entry.key)) return {};
         if (table_.GotoRecord(entry.record) != AE_SUCCESS) return {};
         if (table_.IsVisible()) return at;
@@ -113,11 +114,21 @@ Status IndexOrder::Seek(std::string_view probe, bool soft, bool last, bool& foun
     found = false;
     if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
     cdx::IndexFile::ReadGuard guard(tag_.file->file());
-    probe = probe.substr(0, tag().shape().length);
+    probe = probe.substr(0, indexTag().shape().length);
     const TagPosition at = last ? Settle(LastUpTo(probe), -1) : Settle(FirstFrom(probe), 1);
-    if (at.valid()) found = cdx::ComparePrefix(tag().EntryAt(at).key, probe) == 0;
+    if (at.valid()) found = cdx::ComparePrefix(indexTag().EntryAt(at).key, probe) == 0;
     if (found || (soft && !last && at.valid())) return AE_SUCCESS;
     return GoEof();
+}
+
+Status IndexOrder::SeekAfter(std::string_view probe, bool& found) {
+    found = false;
+    if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
+    cdx::IndexFile::ReadGuard guard(tag_.file->file());
+    probe = probe.substr(0, indexTag().shape().length);
+    const TagPosition last = LastUpTo(probe);
+    found = Settle(last.valid() ? Step(last, 1) : ScopeStart(), 1).valid();
+    return found ? AE_SUCCESS : GoEof();
 }
 
 void IndexOrder::SetScope(order::ScopeEnd end, std::string key) {
@@ -133,14 +144,15 @@ Status IndexOrder::CountKeys(std::uint16_t filterOption, std::uint32_t& count) {
     if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
     cdx::IndexFile::ReadGuard guard(tag_.file->file());
     if (filterOption == ADS_IGNOREFILTERS) {
-        count = static_cast<std::uint32_t>(tag().CountKeys());
+        count = static_cast<std::uint32_t>(indexTag().CountKeys());
         return AE_SUCCESS;
     }
     const std::uint32_t saved = table_.recordNumber();
     std::uint64_t steps = 0;
     for (TagPosition at = ScopeStart(); at.valid(); at = Step(at, 1)) {
-        if (++steps > tag().WalkLimit()) throw cdx::IndexCorrupt("tag " + tag().name() + " loops");
-        const cdx::IndexEntry entry = tag().EntryAt(at);
+        if (++steps > indexTag().WalkLimit())
+            throw cdx::IndexCorrupt("tag " + indexTag().name() + " loops");
+        const cdx::IndexEntry entry = indexTag().EntryAt(at);
         if (!InScope(entry.key)) break;
         if (filterOption == ADS_RESPECTFILTERS) {
             table_.GotoRecord(entry.record);
@@ -164,9 +176,10 @@ Status IndexOrder::GetRelKeyPos(double& position) {
     std::uint64_t before = 0;
     std::uint64_t total = 0;
     bool passed = false;
-    for (TagPosition at = ScopeStart(); at.valid() && InScope(tag().EntryAt(at).key);
+    for (TagPosition at = ScopeStart(); at.valid() && InScope(indexTag().EntryAt(at).key);
          at = Step(at, 1)) {
-        if (total > tag().WalkLimit()) throw cdx::IndexCorrupt("tag " + tag().name() + " loops");
+        if (total > indexTag().WalkLimit())
+            throw cdx::IndexCorrupt("tag " + indexTag().name() + " loops");
         if (current.valid() && at.leaf == current.leaf && at.index == current.index) passed = true;
         if (!passed) ++before;
         ++total;
@@ -180,9 +193,10 @@ Status IndexOrder::SetRelKeyPos(double position) {
     if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
     cdx::IndexFile::ReadGuard guard(tag_.file->file());
     std::uint64_t total = 0;
-    for (TagPosition at = ScopeStart(); at.valid() && InScope(tag().EntryAt(at).key);
+    for (TagPosition at = ScopeStart(); at.valid() && InScope(indexTag().EntryAt(at).key);
          at = Step(at, 1)) {
-        if (++total > tag().WalkLimit()) throw cdx::IndexCorrupt("tag " + tag().name() + " loops");
+        if (++total > indexTag().WalkLimit())
+            throw cdx::IndexCorrupt("tag " + indexTag().name() + " loops");
     }
     if (total == 0) return GoEof();
     auto target =

@@ -31,6 +31,8 @@ class IndexOrder {
     // `probe` is key bytes; shorter than the key it is a partial key. A soft seek that finds no
     // equal key stays on the next key; a hard one goes to EOF. `last` finds the last equal key.
     Status Seek(std::string_view probe, bool soft, bool last, bool& found);
+    // The first key after every key equal to the probe; `found` tells whether there is one.
+    Status SeekAfter(std::string_view probe, bool& found);
 
     void SetScope(ScopeEnd end, std::string key);
     void ClearScope(ScopeEnd end);
@@ -47,8 +49,8 @@ class IndexOrder {
     Status ExtractKey(std::string& key);
 
   private:
-    cdx::IndexTag& tag() { return *tag_.tag; }
-    bool descending() { return tag().header().descending; }
+    cdx::IndexTag& indexTag() { return *tag_.tag; }
+    bool descending() { return indexTag().header().descending; }
     cdx::TagPosition LogicalFirst();
     cdx::TagPosition LogicalLast();
     cdx::TagPosition Step(cdx::TagPosition at, int direction);

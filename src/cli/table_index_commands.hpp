@@ -1,0 +1,17 @@
+#pragma once
+
+// The index half of `fennrick table`: tags, dump --tag, seek, index, reindex, and the tag checks
+// that `table check` adds.
+
+#include <string>
+#include <vector>
+
+namespace fnrk::cli {
+
+// Every record (deleted ones too) as `table dump` prints them, in the order of a tag.
+void DumpInTagOrder(const std::string& file, const std::string& tag);
+
+// Problems of every tag of the table's structural index (none when it has none).
+std::vector<std::string> CheckTableIndexes(const std::string& file);
+
+}  // namespace fnrk::cli

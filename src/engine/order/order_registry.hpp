@@ -1,0 +1,47 @@
+#pragma once
+
+// The engine's bookkeeping of index orders: per open table its index files and optimized
+// filter, and per index handle the order it stands for.
+
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "engine/constants.hpp"
+#include "engine/order/index_order.hpp"
+#include "engine/order/optimized_filter.hpp"
+#include "engine/order/table_indexes.hpp"
+
+namespace fnrk::engine::order {
+
+struct TableOrders {
+    std::unique_ptr<TableIndexes> indexes;
+    std::unique_ptr<OptimizedFilter> filter;
+};
+
+class OrderRegistry {
+  public:
+    TableOrders& Attach(Handle table, cursor::TableCursor& cursor, const expr::DateSettings& dates);
+    // Forgets a table and the handles of its orders.
+    void Detach(Handle table);
+    TableOrders* FindTable(Handle table);
+
+    // The handle of a tag's order, made on first request from `nextHandle`.
+    Handle HandleOf(Handle table, OpenTag* tag, Handle& nextHandle);
+    // The order behind an index handle and the table it belongs to, or null.
+    IndexOrder* FindOrder(Handle index, Handle* table = nullptr);
+    // Handles of the table's tags, in tag order.
+    std::vector<Handle> HandlesOf(Handle table, Handle& nextHandle);
+    // Drops handles whose tags are gone (their file was closed or rebuilt without them).
+    void Prune(Handle table);
+
+  private:
+    struct IndexEntry {
+        Handle table = 0;
+        std::unique_ptr<IndexOrder> order;
+    };
+    std::map<Handle, TableOrders> tables_;
+    std::map<Handle, IndexEntry> orders_;
+};
+
+}  // namespace fnrk::engine::order
