@@ -24,6 +24,9 @@ inline constexpr std::uint32_t kMaxTextLength = 65535;
 Operand CompileNode(Node& node, CompileScope& scope);
 
 Operand CompileField(Node& field, CompileScope& scope);
+// EMPTY(memo field): the one use of a memo field, answered from the record's block pointer.
+// No value when the argument is not a memo field.
+std::optional<Operand> CompileEmptyMemo(Node& call, CompileScope& scope);
 Operand CompileOperator(const Node& node, const std::vector<Operand>& operands,
                         CompileScope& scope);
 Operand CompileCall(const Node& call, const std::vector<Operand>& arguments, CompileScope& scope);

@@ -41,9 +41,16 @@ Operand CompileNode(Node& node, CompileScope& scope) {
         case NodeKind::Constant:
             result = CompileConstant(node, scope);
             break;
+        case NodeKind::Call:
+            if (node.name == "EMPTY") {
+                if (auto memo = CompileEmptyMemo(node, scope)) {
+                    result = *memo;
+                    break;
+                }
+            }
+            [[fallthrough]];
         case NodeKind::Unary:
-        case NodeKind::Binary:
-        case NodeKind::Call: {
+        case NodeKind::Binary: {
             std::vector<Operand> operands;
             operands.reserve(node.operands.size());
             for (Node& operand : node.operands) operands.push_back(CompileNode(operand, scope));

@@ -1,5 +1,6 @@
 // Reading a field of the current record as a typed value.
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -113,6 +114,29 @@ Operand CompileField(Node& field, CompileScope& scope) {
             throw ExpressionError(field.position, "field " + written + " has an unsupported type " +
                                                       std::string(1, binding.type));
     }
+}
+
+std::optional<Operand> CompileEmptyMemo(Node& call, CompileScope& scope) {
+    Node& field = call.operands[0];
+    if (field.kind != NodeKind::Field) return std::nullopt;
+    const std::optional<FieldBinding> found = scope.resolver.Resolve(field.alias, field.name);
+    if (!found || found->type != 'M' || found->source < 0) return std::nullopt;
+    field.binding = *found;
+    const int source = found->source;
+    const std::uint32_t offset = found->offset;
+    const std::uint32_t length = std::min<std::uint32_t>(found->length, kMaxTextLength);
+    // The pointer is a block number: ten ASCII digits, or four binary bytes in newer tables;
+    // blank or zero means no memo (a blank record holds blanks in binary pointers too).
+    return scope.program.Logical([=](const EvaluationContext& context) {
+        const char* bytes = FieldBytes(context, source, offset, length);
+        if (!bytes) return true;
+        if (length == 4) {
+            const std::uint32_t block = ReadLittleEndian<std::uint32_t>(bytes);
+            return block == 0 || block == 0x20202020;
+        }
+        const double block = ReadNumber(std::string_view(bytes, length));
+        return block == 0;
+    });
 }
 
 }  // namespace fnrk::engine::expr

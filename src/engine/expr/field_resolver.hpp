@@ -12,7 +12,7 @@ struct FieldBinding {
     // 0 is the table the expression belongs to; other numbers are the tables named by
     // "ALIAS->FIELD", numbered by the resolver; they index EvaluationContext::records.
     int source = 0;
-    // Field type letter: C, N, F, D, L, I, B, Y, T (M is refused).
+    // Field type letter: C, N, F, D, L, I, B, Y, T; M only as the argument of EMPTY().
     char type = 'C';
     // Byte offset from the start of the record (byte 0 is the deletion flag).
     std::uint32_t offset = 0;

@@ -26,7 +26,8 @@ class Evaluation : public testing::RecordTest {
             .Add("RATE", 'B', 8)
             .Add("PRICE", 'Y', 8)
             .Add("STAMP", 'T', 8)
-            .Add("NOTE", 'M', 10);
+            .Add("NOTE", 'M', 10)
+            .Add("BLOB", 'M', 4);
         record = table.Blank();
         table.Put(record, "NAME", "Dupont");
         table.Put(record, "CODE", "AB");
@@ -73,6 +74,18 @@ TEST_F(Evaluation, FieldsOfEveryType) {
     table.Put(record, "BORN", "");
     EXPECT_DOUBLE_EQ(Number("amount"), 0);
     EXPECT_EQ(Date("born"), 0);
+}
+
+TEST_F(Evaluation, MemoFieldsOnlyTellWhetherTheyAreEmpty) {
+    EXPECT_TRUE(Logical("empty(note) .and. empty(blob)"));
+    table.Put(record, "NOTE", "      1576");
+    table.Put(record, "BLOB", Bytes<std::int32_t>(3));
+    EXPECT_FALSE(Logical("empty(note)"));
+    EXPECT_FALSE(Logical("empty(blob)"));
+    table.Put(record, "NOTE", "         0");
+    EXPECT_TRUE(Logical("empty(note)"));
+    Expression memo = Expression::Compile("empty(note)", table);
+    EXPECT_EQ(memo.tree().operands[0].binding.type, 'M');
 }
 
 TEST_F(Evaluation, ShortOrMissingRecordsReadAsEmpty) {
@@ -214,7 +227,8 @@ TEST_F(Evaluation, TypeAndNameFaultsGivePositions) {
     EXPECT_EQ(fault("active < .T."), "operator < cannot take logical and logical at 7");
     EXPECT_EQ(fault("1 + nosuch"), "unknown field NOSUCH at 4");
     EXPECT_EQ(fault("xyz->name"), "unknown field XYZ->NAME at 0");
-    EXPECT_EQ(fault("empty(note)"), "memo field NOTE not allowed here at 6");
+    EXPECT_EQ(fault("upper(note)"), "memo field NOTE not allowed here at 6");
+    EXPECT_EQ(fault("empty(note + 'x')"), "memo field NOTE not allowed here at 6");
     EXPECT_EQ(fault("upper(qty)"), "argument 1 of UPPER must be character at 6");
     EXPECT_EQ(fault("iif(qty, 1, 2)"), "argument 1 of IIF must be logical at 4");
     EXPECT_EQ(fault("iif(active, 1, 'a')"),

@@ -136,6 +136,23 @@ TEST(FixtureKeys, CompileWithTheTypeAndLengthOfTheirTables) {
     EXPECT_EQ(conditions, 2u);
 }
 
+TEST(FixtureKeys, EmptyMemoMatchesTheStoredContents) {
+    const DbfFile table(FixtureDir() / "people.dbf");
+    Expression empty = Expression::Compile("EMPTY(NOTE)", table);
+    std::ifstream lines(FixtureDir() / "people.natural.jsonl");
+    std::size_t withMemo = 0;
+    std::size_t index = 0;
+    for (std::string line; std::getline(lines, line); ++index) {
+        const nlohmann::json row = nlohmann::json::parse(line);
+        ASSERT_LT(index, table.records().size());
+        const std::string_view records[] = {table.records()[index]};
+        const bool stored = !row["NOTE"].get<std::string>().empty();
+        EXPECT_EQ(empty.EvaluateLogical({records, 1, nullptr}), !stored) << "record " << index + 1;
+        if (stored) ++withMemo;
+    }
+    EXPECT_GT(withMemo, 0u);
+}
+
 TEST(FixtureKeys, SortedKeysGiveTheStoredOrder) {
     std::size_t compared = 0;
     for (const Tag& tag : AllTags()) {
