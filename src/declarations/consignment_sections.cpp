@@ -41,9 +41,11 @@ void WriteRepresentative(xmlNode* root, const ConsignmentNames& names,
 
 }  // namespace
 
-void WriteConsignmentHeader(xmlNode* root, const ConsignmentNames& names,
+void WriteConsignmentHeader(DeclarationDocument& document, const ConsignmentNames& names,
                             const DeclarationHeader& header,
                             const RepresentativeSource* representative) {
+    xmlNode* root = document.CreateRoot(names.root, names.namespaces);
+    if (names.standalone) document.doc()->standalone = 1;
     SetAttribute(root, names.declarationCount, header.declarationCount);
     if (!platform::Trim(header.groupVatNumber).empty())
         SetAttribute(root, "XMLGroupVATIdentifier", header.groupVatNumber);

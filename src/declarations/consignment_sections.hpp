@@ -3,6 +3,7 @@
 // The sections the OSS and MOSS consignments share, written under each document's own element
 // names.
 
+#include <array>
 #include <string_view>
 
 #include "declarations/declaration_document.hpp"
@@ -13,6 +14,10 @@ namespace fnrk::declarations {
 
 // Element and attribute names of one kind of consignment, prefixes included.
 struct ConsignmentNames {
+    std::string_view root;                       // the consignment element
+    std::array<NamespaceBinding, 3> namespaces;  // declared on it, in this order
+    bool standalone;                             // the XML declaration says standalone='yes'
+
     std::string_view declarationCount;     // root attribute with the number of declarations
     std::string_view representative;       // the representative block
     std::string_view representativeField;  // prefix of the block's children ("ns1:" or "")
@@ -29,9 +34,9 @@ struct ConsignmentNames {
     std::string_view establishmentVatUri;  // namespace of the latter, if the root lacks it
 };
 
-// Root attributes after the namespaces, the representative block when one is given, then the
-// declaration with its trader and period.
-void WriteConsignmentHeader(xmlNode* root, const ConsignmentNames& names,
+// The root with its namespaces and attributes, the representative block when one is given, then
+// the declaration with its trader and period. DeclarationError when the document has a root.
+void WriteConsignmentHeader(DeclarationDocument& document, const ConsignmentNames& names,
                             const DeclarationHeader& header,
                             const RepresentativeSource* representative);
 

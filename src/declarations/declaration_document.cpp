@@ -46,9 +46,8 @@ DeclarationDocument::DeclarationDocument() : doc_(xmlNewDoc(BAD_CAST "1.0")) {
     if (!doc_) throw std::bad_alloc();
 }
 
-xmlNode* DeclarationDocument::CreateRoot(
-    std::string_view qualifiedName,
-    std::initializer_list<std::pair<std::string_view, std::string_view>> namespaces) {
+xmlNode* DeclarationDocument::CreateRoot(std::string_view qualifiedName,
+                                         std::span<const NamespaceBinding> namespaces) {
     if (root() != nullptr) throw DeclarationError("the document already holds a consignment");
     const SplitName name = Split(qualifiedName);
     xmlNode* element = xmlNewDocNode(doc_.get(), nullptr, Xml(name.local), nullptr);

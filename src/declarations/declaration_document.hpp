@@ -6,8 +6,8 @@
 #include <libxml/tree.h>
 
 #include <filesystem>
-#include <initializer_list>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -21,6 +21,9 @@ class DeclarationError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// A prefix (empty for the default namespace) and the URI it stands for.
+using NamespaceBinding = std::pair<std::string_view, std::string_view>;
+
 class DeclarationDocument {
   public:
     DeclarationDocument();
@@ -31,9 +34,8 @@ class DeclarationDocument {
     // Starts the consignment with its root element declaring the namespaces, in that order, as
     // prefix and URI (an empty prefix for the default namespace); DeclarationError when the
     // document has a root already.
-    xmlNode* CreateRoot(
-        std::string_view qualifiedName,
-        std::initializer_list<std::pair<std::string_view, std::string_view>> namespaces);
+    xmlNode* CreateRoot(std::string_view qualifiedName,
+                        std::span<const NamespaceBinding> namespaces);
 
     // The last element of that name ("ns0:OSSDeclaration") in document order;
     // DeclarationError naming it and `purpose` when there is none.

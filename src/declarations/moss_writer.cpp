@@ -8,6 +8,11 @@ namespace fnrk::declarations {
 namespace {
 
 constexpr ConsignmentNames kMossNames = {
+    .root = "ns2:MossConsignments",
+    .namespaces = {{{"", kInputCommonNamespace},
+                    {"ns2", kMossConsignmentNamespace},
+                    {"ns3", kMossCommonNamespace}}},
+    .standalone = true,
     .declarationCount = "MossDeclarationNbr",
     .representative = "ns2:Representative",
     .representativeField = "",
@@ -24,25 +29,16 @@ constexpr ConsignmentNames kMossNames = {
     .establishmentVatUri = kMossCommonNamespace,
 };
 
-void WriteHeader(DeclarationDocument& document, const DeclarationHeader& header,
-                 const RepresentativeSource* representative) {
-    xmlNode* root = document.CreateRoot("ns2:MossConsignments", {{"", kInputCommonNamespace},
-                                                                 {"ns2", kMossConsignmentNamespace},
-                                                                 {"ns3", kMossCommonNamespace}});
-    document.doc()->standalone = 1;
-    WriteConsignmentHeader(root, kMossNames, header, representative);
-}
-
 }  // namespace
 
 void MossXmlHeader(DeclarationDocument& document, const DeclarationHeader& header) {
-    WriteHeader(document, header, nullptr);
+    WriteConsignmentHeader(document, kMossNames, header, nullptr);
 }
 
 void MossXmlHeaderCheckRepresentative(DeclarationDocument& document,
                                       const DeclarationHeader& header,
                                       const RepresentativeSource& representative) {
-    WriteHeader(document, header, &representative);
+    WriteConsignmentHeader(document, kMossNames, header, &representative);
 }
 
 void MossXmlHeaderInfo(DeclarationDocument& document, const MemberStateInfo& info) {

@@ -8,6 +8,11 @@ namespace fnrk::declarations {
 namespace {
 
 constexpr ConsignmentNames kOssNames = {
+    .root = "ns0:OSSConsignment",
+    .namespaces = {{{"ns0", kOssDeclarationNamespace},
+                    {"ns1", kInputCommonNamespace},
+                    {"ns2", kOssCommonNamespace}}},
+    .standalone = false,
     .declarationCount = "OSSDeclarationNbr",
     .representative = "ns0:Representative",
     .representativeField = "ns1:",
@@ -25,23 +30,15 @@ constexpr ConsignmentNames kOssNames = {
     .establishmentVatUri = kOssCommonNamespace,
 };
 
-void WriteHeader(DeclarationDocument& document, const DeclarationHeader& header,
-                 const RepresentativeSource* representative) {
-    xmlNode* root = document.CreateRoot("ns0:OSSConsignment", {{"ns0", kOssDeclarationNamespace},
-                                                               {"ns1", kInputCommonNamespace},
-                                                               {"ns2", kOssCommonNamespace}});
-    WriteConsignmentHeader(root, kOssNames, header, representative);
-}
-
 }  // namespace
 
 void OssXmlHeader(DeclarationDocument& document, const DeclarationHeader& header) {
-    WriteHeader(document, header, nullptr);
+    WriteConsignmentHeader(document, kOssNames, header, nullptr);
 }
 
 void OssXmlHeaderCheckRepresentative(DeclarationDocument& document, const DeclarationHeader& header,
                                      const RepresentativeSource& representative) {
-    WriteHeader(document, header, &representative);
+    WriteConsignmentHeader(document, kOssNames, header, &representative);
 }
 
 void OssXmlHeaderInfo(DeclarationDocument& document, const MemberStateInfo& info) {
