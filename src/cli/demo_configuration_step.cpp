@@ -29,7 +29,7 @@ void RunConfigurationStep(DemoContext& context) {
                    "Mode=LOCAL\n";
 
     const std::string preferences =
-        (context.usersFolder / "UsersPrefs").string() + "/" + context.userName + ".ini";
+        (context.usersFolder / "UsersPrefs" / (context.userName + ".ini")).string();
     session::ApiIni preference;
     preference.INIfile(preferences);
     preference.WriteINI("General", "Language", "N");
