@@ -1,7 +1,5 @@
 #include "session/api_ini.hpp"
 
-#include <array>
-
 #include "platform/file_system.hpp"
 #include "platform/ini_file.hpp"
 #include "platform/paths.hpp"
@@ -41,6 +39,13 @@ std::string MainIniFile() {
     return platform::SettingsMainPath() + kPathSep + "FennRick.ini";
 }
 
+// The shared file: the one beside the users table when there is one, else the root folder's.
+std::string SharedFileFor(const std::string& usersFolder) {
+    const std::string besideUsers = usersFolder + "Fennrick.ini";
+    if (platform::FileExists(besideUsers)) return besideUsers;
+    return AppClass().RootPath() + kPathSep + "Fennrick.ini";
+}
+
 }  // namespace
 
 bool IsTerminalServices() {
@@ -48,12 +53,6 @@ bool IsTerminalServices() {
     const std::string rootFile = AppClass().RootPath() + kPathSep + "FennRick.ini";
     return UpperCase(platform::GetPrivateProfileString("Connection", "TS", "", kProbeBuffer,
                                                        rootFile)) == "ON";
-}
-
-std::string ApiIni::SharedFileFor(const std::string& usersFolder) const {
-    const std::string besideUsers = usersFolder + "Fennrick.ini";
-    if (platform::FileExists(besideUsers)) return besideUsers;
-    return AppClass().RootPath() + kPathSep + "Fennrick.ini";
 }
 
 std::string ApiIni::FileToRead(std::string_view section, std::string_view key) const {

@@ -27,7 +27,6 @@ class ApiIni {
 
   private:
     std::string FileToRead(std::string_view section, std::string_view key) const;
-    std::string SharedFileFor(const std::string& usersFolder) const;
 
     std::string iniFile_;
 };
