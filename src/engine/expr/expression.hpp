@@ -1,7 +1,8 @@
 #pragma once
 
 // A compiled expression: parsed once, type-checked, bound to record layouts, then evaluated
-// per record without allocating.
+// per record without allocating. Its results live in buffers of its own, so one expression
+// serves one evaluation at a time.
 
 #include <cstdint>
 #include <memory>
