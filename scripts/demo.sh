@@ -3,5 +3,5 @@
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 "$top/scripts/setup.sh"
-"$top/scripts/build.sh" build -DCMAKE_BUILD_TYPE=RelWithDebInfo
+"$top/scripts/build.sh" build -DCMAKE_BUILD_TYPE=Release
 "$top/build/src/cli/fennrick" demo "$@"
