@@ -9,7 +9,7 @@ namespace fnrk::engine::dbf {
 namespace {
 
 constexpr std::size_t kMaxNameLength = 10;
-constexpr int kMaxCharLength = 254;
+constexpr int kMaxCharLength = 255;
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {
     std::vector<std::string_view> parts;

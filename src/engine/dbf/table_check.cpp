@@ -62,7 +62,8 @@ std::vector<std::string> CheckTable(const std::string& path) {
                            " bytes after the last counted record");
     }
     if (memo::MemoFile* memo = table.memo()) {
-        const std::uint64_t memoEnd = std::uint64_t{memo->NextFreeBlock()} * memo->blockSize();
+        // The last block need not be padded to its full size.
+        const std::uint64_t memoEnd = std::uint64_t{memo->NextFreeBlock() - 1} * memo->blockSize();
         if (memoEnd > FileSize(MemoPathFor(path)))
             problems.push_back("memo next free block beyond the end of the memo file");
     }

@@ -84,7 +84,7 @@ TEST(FieldList, TypeNamesInAnyFormAndBadDefinitions) {
     EXPECT_EQ(ParseFieldList("A,C,5;B,CHAR,7,0", fields), "");
     EXPECT_EQ(fields[1].length, 7);
 
-    for (const char* bad : {"", "A,C,0", "A,C,255", "A,X,5", "A,N,5,4", "A,N,21", "ELEVENCHARS,C,5",
+    for (const char* bad : {"", "A,C,0", "A,C,256", "A,X,5", "A,N,5,4", "A,N,21", "ELEVENCHARS,C,5",
                             "A,C,5;a,N,3", "A B,C,5", "A,C,x", "A"}) {
         EXPECT_NE(ParseFieldList(bad, fields), "") << bad;
     }
