@@ -266,6 +266,15 @@ class FRCDatabase final : public SqlBackend {
 
     template <class Call>
     Status Guarded(Call call);
+    // Resolve the handle, then run the body and report its status: `body(table, order)` for a
+    // table or index handle, `body(table, field)` for a field of one, `body(table, tag index,
+    // tag)` for an index handle.
+    template <class Body>
+    Status OnTable(Handle object, Body body);
+    template <class Body>
+    Status OnField(Handle object, std::string_view field, Body body);
+    template <class Body>
+    Status OnIndex(Handle index, Body body);
     Status Report(Status status, std::string message = {});
     Handle NewHandle();
     Connection* FindConnection(Handle connection);
@@ -306,6 +315,40 @@ Status FRCDatabase::Guarded(Call call) {
     } catch (const std::bad_alloc&) {
         return Report(engine::AE_ALLOCATION_FAILED);
     }
+}
+
+template <class Body>
+Status FRCDatabase::OnTable(Handle object, Body body) {
+    return Guarded([&] {
+        Target target;
+        if (Status status = Resolve(object, target); status != engine::AE_SUCCESS) return status;
+        return Report(body(target.table(), target.order));
+    });
+}
+
+template <class Body>
+Status FRCDatabase::OnField(Handle object, std::string_view field, Body body) {
+    return Guarded([&] {
+        OpenTableEntry* entry = nullptr;
+        const engine::dbf::Field* found = nullptr;
+        if (Status status = ResolveField(object, field, entry, found);
+            status != engine::AE_SUCCESS) {
+            return status;
+        }
+        return Report(body(*entry->table, *found));
+    });
+}
+
+template <class Body>
+Status FRCDatabase::OnIndex(Handle index, Body body) {
+    return Guarded([&] {
+        Target target;
+        if (Status status = ResolveIndex(index, target); status != engine::AE_SUCCESS) {
+            return status;
+        }
+        const std::size_t tag = *target.order;
+        return Report(body(target.table(), tag, target.table().layout().tags[tag]));
+    });
 }
 
 }  // namespace fnrk::backend

@@ -76,168 +76,139 @@ Status FRCDatabase::GetAllIndexes(Handle table, std::vector<Handle>& indexes) {
 }
 
 Status FRCDatabase::GetIndexName(Handle index, std::string& name) {
-    Target target;
-    if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-    name = target.table().layout().tags[*target.order].name;
-    return AE_SUCCESS;
+    return OnIndex(index, [&](BackendTable&, std::size_t, const IndexTag& tag) {
+        return (name = tag.name, AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::GetIndexExpr(Handle index, std::string& expression) {
-    Target target;
-    if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-    expression = target.table().layout().tags[*target.order].expression;
-    return AE_SUCCESS;
+    return OnIndex(index, [&](BackendTable&, std::size_t, const IndexTag& tag) {
+        return (expression = tag.expression, AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::GetIndexCondition(Handle index, std::string& condition) {
-    Target target;
-    if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-    condition = target.table().layout().tags[*target.order].condition;
-    return AE_SUCCESS;
+    return OnIndex(index, [&](BackendTable&, std::size_t, const IndexTag& tag) {
+        return (condition = tag.condition, AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::GetKeyLength(Handle index, std::uint16_t& length) {
-    Target target;
-    if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-    length = target.table().layout().tags[*target.order].keyLength;
-    return AE_SUCCESS;
+    return OnIndex(index, [&](BackendTable&, std::size_t, const IndexTag& tag) {
+        return (length = tag.keyLength, AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::IsIndexDescending(Handle index, bool& descending) {
-    Target target;
-    if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-    descending = target.table().layout().tags[*target.order].descending();
-    return AE_SUCCESS;
+    return OnIndex(index, [&](BackendTable&, std::size_t, const IndexTag& tag) {
+        return (descending = tag.descending(), AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::IsIndexCompound(Handle index, bool& compound) {
-    Target target;
-    if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-    compound = true;  // tags, as in a compound index file
-    return AE_SUCCESS;
+    // Tags, as in a compound index file.
+    return OnIndex(index, [&](BackendTable&, std::size_t, const IndexTag&) {
+        return (compound = true, AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::IsIndexUnique(Handle index, bool& unique) {
-    Target target;
-    if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-    unique = target.table().layout().tags[*target.order].unique();
-    return AE_SUCCESS;
+    return OnIndex(index, [&](BackendTable&, std::size_t, const IndexTag& tag) {
+        return (unique = tag.unique(), AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::GetKeyCount(Handle index, std::uint16_t filterOption, std::uint32_t& count) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-        // Every key of the tag, or those the scopes and filters let through.
-        return Report(target.table().Count(target.order, filterOption != ADS_IGNOREFILTERS,
-                                           filterOption != ADS_IGNOREFILTERS, count));
+    // Every key of the tag, or those the scopes and filters let through.
+    const bool respect = filterOption != ADS_IGNOREFILTERS;
+    return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag&) {
+        return table.Count(tag, respect, respect, count);
     });
 }
 
 Status FRCDatabase::ExtractKey(Handle index, std::string& key) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-        if (target.table().atEof()) return Report(AE_NO_CURRENT_RECORD);
-        key = target.table().CurrentKey(*target.order).value_or(std::string());
+    return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag&) {
+        if (table.atEof()) return AE_NO_CURRENT_RECORD;
+        key = table.CurrentKey(tag).value_or(std::string());
         return AE_SUCCESS;
     });
 }
 
 Status FRCDatabase::Seek(Handle index, std::string_view key, std::uint16_t dataType,
                          std::uint16_t seekType, bool& found) {
-    return Guarded([&] {
-        found = false;
-        Target target;
-        if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-        const IndexTag& tag = target.table().layout().tags[*target.order];
-        auto probe = ProbeKey(tag, key, dataType, settings_.dates);
-        if (!probe) return Report(AE_INVALID_DATA_TYPE);
-        return Report(target.table().Seek(*target.order, *probe, (seekType & ADS_SOFTSEEK) != 0,
-                                          (seekType & ADS_SEEKGT) != 0, found));
+    found = false;
+    return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag& about) {
+        auto probe = ProbeKey(about, key, dataType, settings_.dates);
+        if (!probe) return AE_INVALID_DATA_TYPE;
+        return table.Seek(tag, *probe, (seekType & ADS_SOFTSEEK) != 0, (seekType & ADS_SEEKGT) != 0,
+                          found);
     });
 }
 
 Status FRCDatabase::SeekLast(Handle index, std::string_view key, std::uint16_t dataType,
                              bool& found) {
-    return Guarded([&] {
-        found = false;
-        Target target;
-        if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-        const IndexTag& tag = target.table().layout().tags[*target.order];
-        auto probe = ProbeKey(tag, key, dataType, settings_.dates);
-        if (!probe) return Report(AE_INVALID_DATA_TYPE);
-        return Report(target.table().SeekLast(*target.order, *probe, found));
+    found = false;
+    return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag& about) {
+        auto probe = ProbeKey(about, key, dataType, settings_.dates);
+        if (!probe) return AE_INVALID_DATA_TYPE;
+        return table.SeekLast(tag, *probe, found);
     });
 }
 
 Status FRCDatabase::SetScope(Handle index, std::uint16_t scopeOption, std::string_view scope,
                              std::uint16_t dataType) {
-    Target target;
-    if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-    if (scopeOption != ADS_TOP && scopeOption != ADS_BOTTOM) return Report(AE_INVALID_OPTION);
-    const IndexTag& tag = target.table().layout().tags[*target.order];
-    auto probe = ProbeKey(tag, scope, dataType, settings_.dates);
-    if (!probe) return Report(AE_INVALID_DATA_TYPE);
-    TagScope& scopes = target.table().scope(*target.order);
-    (scopeOption == ADS_TOP ? scopes.top : scopes.bottom) = *probe;
-    return AE_SUCCESS;
+    return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag& about) {
+        if (scopeOption != ADS_TOP && scopeOption != ADS_BOTTOM) return AE_INVALID_OPTION;
+        auto probe = ProbeKey(about, scope, dataType, settings_.dates);
+        if (!probe) return AE_INVALID_DATA_TYPE;
+        TagScope& scopes = table.scope(tag);
+        (scopeOption == ADS_TOP ? scopes.top : scopes.bottom) = *probe;
+        return AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::GetScope(Handle index, std::uint16_t scopeOption, std::string& scope) {
-    Target target;
-    if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-    if (scopeOption != ADS_TOP && scopeOption != ADS_BOTTOM) return Report(AE_INVALID_OPTION);
-    const TagScope& scopes = target.table().scope(*target.order);
-    const auto& value = scopeOption == ADS_TOP ? scopes.top : scopes.bottom;
-    if (!value) return Report(AE_NO_SCOPE);
-    scope = *value;
-    return AE_SUCCESS;
+    return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag&) {
+        if (scopeOption != ADS_TOP && scopeOption != ADS_BOTTOM) return AE_INVALID_OPTION;
+        const TagScope& scopes = table.scope(tag);
+        const auto& value = scopeOption == ADS_TOP ? scopes.top : scopes.bottom;
+        if (!value) return AE_NO_SCOPE;
+        scope = *value;
+        return AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::ClearScope(Handle index, std::uint16_t scopeOption) {
-    Target target;
-    if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-    if (scopeOption != ADS_TOP && scopeOption != ADS_BOTTOM) return Report(AE_INVALID_OPTION);
-    TagScope& scopes = target.table().scope(*target.order);
-    (scopeOption == ADS_TOP ? scopes.top : scopes.bottom).reset();
-    return AE_SUCCESS;
+    return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag&) {
+        if (scopeOption != ADS_TOP && scopeOption != ADS_BOTTOM) return AE_INVALID_OPTION;
+        TagScope& scopes = table.scope(tag);
+        (scopeOption == ADS_TOP ? scopes.top : scopes.bottom).reset();
+        return AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::GetRelKeyPos(Handle index, double& position) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-        BackendTable& table = target.table();
-        if (table.atEof()) {
-            position = 1.0;
-            return AE_SUCCESS;
-        }
+    return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag&) {
+        if (table.atEof()) return (position = 1.0, AE_SUCCESS);
         std::uint32_t total = 0;
-        if (Status status = table.Count(target.order, true, true, total); status != AE_SUCCESS) {
-            return Report(status);
+        if (Status status = table.Count(tag, true, true, total); status != AE_SUCCESS) {
+            return status;
         }
-        std::uint32_t before = table.CountBefore(*target.order);
+        const std::uint32_t before = table.CountBefore(tag);
         position = total <= 1 ? 0.0 : static_cast<double>(before) / (total - 1);
         return AE_SUCCESS;
     });
 }
 
 Status FRCDatabase::SetRelKeyPos(Handle index, double position) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = ResolveIndex(index, target); status != AE_SUCCESS) return status;
-        if (position < 0.0 || position > 1.0) return Report(AE_INVALID_VALUE);
-        BackendTable& table = target.table();
+    return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag&) {
+        if (position < 0.0 || position > 1.0) return AE_INVALID_VALUE;
         std::uint32_t total = 0;
-        if (Status status = table.Count(target.order, true, true, total); status != AE_SUCCESS) {
-            return Report(status);
+        if (Status status = table.Count(tag, true, true, total); status != AE_SUCCESS) {
+            return status;
         }
-        if (Status status = table.GotoTop(target.order); status != AE_SUCCESS) {
-            return Report(status);
-        }
-        const auto steps = static_cast<std::int32_t>(position * (total == 0 ? 0 : total - 1));
-        return Report(table.Skip(target.order, steps));
+        if (Status status = table.GotoTop(tag); status != AE_SUCCESS) return status;
+        return table.Skip(tag, static_cast<std::int32_t>(position * (total == 0 ? 0 : total - 1)));
     });
 }
 

@@ -11,134 +11,78 @@ namespace fnrk::backend {
 using namespace engine;  // status numbers and option constants
 
 Status FRCDatabase::GotoTop(Handle object) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(object, target); status != AE_SUCCESS) return status;
-        return Report(target.table().GotoTop(target.order));
-    });
+    return OnTable(object, [](BackendTable& t, Order order) { return t.GotoTop(order); });
 }
 
 Status FRCDatabase::GotoBottom(Handle object) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(object, target); status != AE_SUCCESS) return status;
-        return Report(target.table().GotoBottom(target.order));
-    });
+    return OnTable(object, [](BackendTable& t, Order order) { return t.GotoBottom(order); });
 }
 
 Status FRCDatabase::GotoRecord(Handle table, std::uint32_t record) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-        return Report(target.table().GotoRecord(record));
-    });
+    return OnTable(table, [&](BackendTable& t, Order) { return t.GotoRecord(record); });
 }
 
 Status FRCDatabase::Skip(Handle object, std::int32_t records) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(object, target); status != AE_SUCCESS) return status;
-        return Report(target.table().Skip(target.order, records));
-    });
+    return OnTable(object, [&](BackendTable& t, Order order) { return t.Skip(order, records); });
 }
 
 Status FRCDatabase::AtBOF(Handle table, bool& atBof) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    atBof = target.table().atBof();
-    return AE_SUCCESS;
+    return OnTable(table, [&](BackendTable& t, Order) { return (atBof = t.atBof(), AE_SUCCESS); });
 }
 
 Status FRCDatabase::AtEOF(Handle table, bool& atEof) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    atEof = target.table().atEof();
-    return AE_SUCCESS;
+    return OnTable(table, [&](BackendTable& t, Order) { return (atEof = t.atEof(), AE_SUCCESS); });
 }
 
 Status FRCDatabase::GetRecordNum(Handle table, std::uint16_t, std::uint32_t& record) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    record = target.table().recordNumber();
-    return AE_SUCCESS;
+    return OnTable(table,
+                   [&](BackendTable& t, Order) { return (record = t.recordNumber(), AE_SUCCESS); });
 }
 
 Status FRCDatabase::AppendRecord(Handle table) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-        return Report(target.table().Append());
-    });
+    return OnTable(table, [](BackendTable& t, Order) { return t.Append(); });
 }
 
 Status FRCDatabase::DeleteRecord(Handle table) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-        return Report(target.table().SetDeleted(true));
-    });
+    return OnTable(table, [](BackendTable& t, Order) { return t.SetDeleted(true); });
 }
 
 Status FRCDatabase::RecallRecord(Handle table) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-        return Report(target.table().SetDeleted(false));
-    });
+    return OnTable(table, [](BackendTable& t, Order) { return t.SetDeleted(false); });
 }
 
 Status FRCDatabase::IsRecordDeleted(Handle table, bool& deleted) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    deleted = target.table().IsDeleted();
-    return AE_SUCCESS;
+    return OnTable(table,
+                   [&](BackendTable& t, Order) { return (deleted = t.IsDeleted(), AE_SUCCESS); });
 }
 
 Status FRCDatabase::IsRecordVisible(Handle object, bool& visible) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(object, target); status != AE_SUCCESS) return status;
-        visible = target.table().IsVisible(target.order);
-        return AE_SUCCESS;
+    return OnTable(object, [&](BackendTable& t, Order order) {
+        return (visible = t.IsVisible(order), AE_SUCCESS);
     });
 }
 
 Status FRCDatabase::GetRecord(Handle table, std::string& record) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    record = target.table().record();
-    return AE_SUCCESS;
+    return OnTable(table,
+                   [&](BackendTable& t, Order) { return (record = t.record(), AE_SUCCESS); });
 }
 
 Status FRCDatabase::SetRecord(Handle object, std::string_view record) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(object, target); status != AE_SUCCESS) return status;
-        return Report(target.table().SetRecord(record));
-    });
+    return OnTable(object, [&](BackendTable& t, Order) { return t.SetRecord(record); });
 }
 
 // --- fields
 
 Status FRCDatabase::GetString(Handle table, std::string_view field, std::string& value,
                               std::uint16_t trimOption) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    return Report(entry->table->GetText(*found, value, trimOption));
+    return OnField(table, field, [&](BackendTable& t, const dbf::Field& f) {
+        return t.GetText(f, value, trimOption);
+    });
 }
 
 Status FRCDatabase::SetString(Handle object, std::string_view field, std::string_view value) {
-    return Guarded([&] {
-        OpenTableEntry* entry = nullptr;
-        const dbf::Field* found = nullptr;
-        if (Status status = ResolveField(object, field, entry, found); status != AE_SUCCESS) {
-            return status;
-        }
-        return Report(entry->table->SetText(*found, value));
-    });
+    return OnField(object, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return t.SetText(f, value); });
 }
 
 // Numbers of every width go through the table's double form; the width only bounds the result.
@@ -156,30 +100,18 @@ static Status ReadNumberAs(BackendTable& table, const dbf::Field& field, Number&
 }
 
 Status FRCDatabase::GetShort(Handle table, std::string_view field, std::int16_t& value) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    return Report(ReadNumberAs(*entry->table, *found, value));
+    return OnField(table, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return ReadNumberAs(t, f, value); });
 }
 
 Status FRCDatabase::GetLong(Handle table, std::string_view field, std::int32_t& value) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    return Report(ReadNumberAs(*entry->table, *found, value));
+    return OnField(table, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return ReadNumberAs(t, f, value); });
 }
 
 Status FRCDatabase::GetDouble(Handle table, std::string_view field, double& value) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    return Report(entry->table->GetNumber(*found, value));
+    return OnField(table, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return t.GetNumber(f, value); });
 }
 
 Status FRCDatabase::SetShort(Handle object, std::string_view field, std::int16_t value) {
@@ -191,287 +123,186 @@ Status FRCDatabase::SetLong(Handle object, std::string_view field, std::int32_t 
 }
 
 Status FRCDatabase::SetDouble(Handle object, std::string_view field, double value) {
-    return Guarded([&] {
-        OpenTableEntry* entry = nullptr;
-        const dbf::Field* found = nullptr;
-        if (Status status = ResolveField(object, field, entry, found); status != AE_SUCCESS) {
-            return status;
-        }
-        return Report(entry->table->SetNumber(*found, value));
-    });
+    return OnField(object, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return t.SetNumber(f, value); });
 }
 
 Status FRCDatabase::GetLogical(Handle table, std::string_view field, bool& value) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    return Report(entry->table->GetLogical(*found, value));
+    return OnField(table, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return t.GetLogical(f, value); });
 }
 
 Status FRCDatabase::SetLogical(Handle object, std::string_view field, bool value) {
-    return Guarded([&] {
-        OpenTableEntry* entry = nullptr;
-        const dbf::Field* found = nullptr;
-        if (Status status = ResolveField(object, field, entry, found); status != AE_SUCCESS) {
-            return status;
-        }
-        return Report(entry->table->SetLogical(*found, value));
-    });
+    return OnField(object, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return t.SetLogical(f, value); });
 }
 
 Status FRCDatabase::GetDate(Handle table, std::string_view field, std::string& date) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
+    return OnField(table, field, [&](BackendTable& t, const dbf::Field& f) {
+        std::int32_t julian = 0;
+        Status status = t.GetJulian(f, julian);
+        if (status == AE_SUCCESS) date = expr::FormatDate(julian, settings_.dates);
         return status;
-    }
-    std::int32_t julian = 0;
-    if (Status status = entry->table->GetJulian(*found, julian); status != AE_SUCCESS) {
-        return Report(status);
-    }
-    date = expr::FormatDate(julian, settings_.dates);
-    return AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::SetDate(Handle object, std::string_view field, std::string_view date) {
-    return Guarded([&] {
-        OpenTableEntry* entry = nullptr;
-        const dbf::Field* found = nullptr;
-        if (Status status = ResolveField(object, field, entry, found); status != AE_SUCCESS) {
-            return status;
-        }
-        if (found->type != 'D') return Report(AE_INVALID_FIELD_TYPE);
-        return Report(entry->table->SetText(*found, date));
+    return OnField(object, field, [&](BackendTable& t, const dbf::Field& f) {
+        return f.type == 'D' ? t.SetText(f, date) : AE_INVALID_FIELD_TYPE;
     });
 }
 
 Status FRCDatabase::GetJulian(Handle table, std::string_view field, std::int32_t& julian) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    return Report(entry->table->GetJulian(*found, julian));
+    return OnField(table, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return t.GetJulian(f, julian); });
 }
 
 Status FRCDatabase::SetJulian(Handle object, std::string_view field, std::int32_t julian) {
-    return Guarded([&] {
-        OpenTableEntry* entry = nullptr;
-        const dbf::Field* found = nullptr;
-        if (Status status = ResolveField(object, field, entry, found); status != AE_SUCCESS) {
-            return status;
-        }
-        return Report(entry->table->SetJulian(*found, julian));
-    });
+    return OnField(object, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return t.SetJulian(f, julian); });
 }
 
 Status FRCDatabase::GetMemoLength(Handle table, std::string_view field, std::uint32_t& length) {
-    std::string data;
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
+    return OnField(table, field, [&](BackendTable& t, const dbf::Field& f) {
+        std::string data;
+        Status status = t.GetMemo(f, data);
+        length = static_cast<std::uint32_t>(data.size());  // as stored
         return status;
-    }
-    if (Status status = entry->table->GetMemo(*found, data); status != AE_SUCCESS) {
-        return Report(status);
-    }
-    length = static_cast<std::uint32_t>(data.size());  // as stored
-    return AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::GetMemoDataType(Handle table, std::string_view field, std::uint16_t& type) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    if (!dbf::IsMemoType(found->type)) return Report(AE_INVALID_FIELD_TYPE);
-    type = found->type == 'M' ? ADS_MEMO : found->type == 'P' ? ADS_IMAGE : ADS_BINARY;
-    return AE_SUCCESS;
+    return OnField(table, field, [&](BackendTable&, const dbf::Field& f) {
+        if (!dbf::IsMemoType(f.type)) return AE_INVALID_FIELD_TYPE;
+        type = f.type == 'M' ? ADS_MEMO : f.type == 'P' ? ADS_IMAGE : ADS_BINARY;
+        return AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::GetBinary(Handle table, std::string_view field, std::uint32_t offset,
                               std::uint32_t maxLength, std::string& data) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    std::string whole;
-    if (Status status = entry->table->GetMemo(*found, whole); status != AE_SUCCESS) {
-        return Report(status);
-    }
-    if (offset > whole.size()) return Report(AE_INVALID_BINARY_OFFSET);
-    data = whole.substr(offset, maxLength);
-    return AE_SUCCESS;
+    return OnField(table, field, [&](BackendTable& t, const dbf::Field& f) {
+        std::string whole;
+        if (Status status = t.GetMemo(f, whole); status != AE_SUCCESS) return status;
+        if (offset > whole.size()) return AE_INVALID_BINARY_OFFSET;
+        data = whole.substr(offset, maxLength);
+        return AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::GetBinaryLength(Handle table, std::string_view field, std::uint32_t& length) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    std::string whole;
-    if (Status status = entry->table->GetMemo(*found, whole); status != AE_SUCCESS) {
-        return Report(status);
-    }
-    length = static_cast<std::uint32_t>(whole.size());
-    return AE_SUCCESS;
+    return GetMemoLength(table, field, length);
 }
 
 Status FRCDatabase::SetBinary(Handle table, std::string_view field, std::uint16_t,
                               std::uint32_t totalLength, std::uint32_t offset,
                               std::string_view data) {
-    return Guarded([&] {
-        OpenTableEntry* entry = nullptr;
-        const dbf::Field* found = nullptr;
-        if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-            return status;
-        }
+    return OnField(table, field, [&](BackendTable& t, const dbf::Field& f) {
         std::string whole;
-        if (Status status = entry->table->GetMemo(*found, whole); status != AE_SUCCESS) {
-            return Report(status);
-        }
+        if (Status status = t.GetMemo(f, whole); status != AE_SUCCESS) return status;
         // Pieces arrive in order: offset 0 starts a new value of totalLength bytes.
         if (offset == 0) whole.assign(totalLength, '\0');
         if (static_cast<std::size_t>(offset) + data.size() > whole.size()) {
-            return Report(AE_INVALID_BINARY_OFFSET);
+            return AE_INVALID_BINARY_OFFSET;
         }
         whole.replace(offset, data.size(), data);
-        return Report(entry->table->SetMemo(*found, whole));
+        return t.SetMemo(f, whole);
     });
 }
 
 // --- filters and searches
 
 Status FRCDatabase::SetFilter(Handle table, std::string_view expression) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
     std::string message;
-    return Report(target.table().SetFilter(expression, message), message);
+    Status status =
+        OnTable(table, [&](BackendTable& t, Order) { return t.SetFilter(expression, message); });
+    return message.empty() ? status : Report(status, message);
 }
 
 Status FRCDatabase::GetFilter(Handle table, std::string& expression) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    if (target.table().filterText().empty()) return Report(AE_NO_FILTER);
-    expression = target.table().filterText();
-    return AE_SUCCESS;
+    return OnTable(table, [&](BackendTable& t, Order) {
+        expression = t.filterText();
+        return expression.empty() ? AE_NO_FILTER : AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::ClearFilter(Handle table) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    target.table().ClearFilter();
-    return AE_SUCCESS;
+    return OnTable(table, [](BackendTable& t, Order) { return (t.ClearFilter(), AE_SUCCESS); });
 }
 
 Status FRCDatabase::SetAOF(Handle table, std::string_view expression, std::uint16_t) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
     std::string message;
-    return Report(target.table().SetAof(expression, message), message);
+    Status status =
+        OnTable(table, [&](BackendTable& t, Order) { return t.SetAof(expression, message); });
+    return message.empty() ? status : Report(status, message);
 }
 
 Status FRCDatabase::GetAOF(Handle table, std::string& expression) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    if (target.table().aofText().empty()) return Report(AE_NO_FILTER);
-    expression = target.table().aofText();
-    return AE_SUCCESS;
+    return OnTable(table, [&](BackendTable& t, Order) {
+        expression = t.aofText();
+        return expression.empty() ? AE_NO_FILTER : AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::GetAOFOptLevel(Handle table, std::uint16_t& level,
                                    std::string& nonOptimizedPart) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    if (target.table().aofText().empty()) return Report(AE_NO_FILTER);
-    // The condition is evaluated on each row read, none of it through the key columns.
-    level = ADS_OPTIMIZED_NONE;
-    nonOptimizedPart = target.table().aofText();
-    return AE_SUCCESS;
+    return OnTable(table, [&](BackendTable& t, Order) {
+        if (t.aofText().empty()) return AE_NO_FILTER;
+        // The condition is evaluated on each row read, none of it through the key columns.
+        level = ADS_OPTIMIZED_NONE;
+        nonOptimizedPart = t.aofText();
+        return AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::ClearAOF(Handle table) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    target.table().ClearAof();
-    return AE_SUCCESS;
+    return OnTable(table, [](BackendTable& t, Order) { return (t.ClearAof(), AE_SUCCESS); });
 }
 
 Status FRCDatabase::Locate(Handle table, std::string_view expression, bool forward, bool& found) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-        std::string message;
-        return Report(target.table().Locate(expression, forward, found, message), message);
+    std::string message;
+    Status status = OnTable(table, [&](BackendTable& t, Order) {
+        return t.Locate(expression, forward, found, message);
     });
+    return message.empty() ? status : Report(status, message);
 }
 
 Status FRCDatabase::Continue(Handle table, bool& found) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-        return Report(target.table().Continue(found));
-    });
+    return OnTable(table, [&](BackendTable& t, Order) { return t.Continue(found); });
 }
 
 // --- locks
 
 Status FRCDatabase::LockRecord(Handle table, std::uint32_t record) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-        return Report(target.table().LockRecord(record));
-    });
+    return OnTable(table, [&](BackendTable& t, Order) { return t.LockRecord(record); });
 }
 
 Status FRCDatabase::UnlockRecord(Handle table, std::uint32_t record) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-        return Report(target.table().UnlockRecord(record));
-    });
+    return OnTable(table, [&](BackendTable& t, Order) { return t.UnlockRecord(record); });
 }
 
 Status FRCDatabase::LockTable(Handle table) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-        return Report(target.table().LockTable());
-    });
+    return OnTable(table, [](BackendTable& t, Order) { return t.LockTable(); });
 }
 
 Status FRCDatabase::UnlockTable(Handle table) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-        return Report(target.table().UnlockTable());
-    });
+    return OnTable(table, [](BackendTable& t, Order) { return t.UnlockTable(); });
 }
 
 Status FRCDatabase::IsTableLocked(Handle table, bool& locked) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    locked = target.table().tableLocked();
-    return AE_SUCCESS;
+    return OnTable(table,
+                   [&](BackendTable& t, Order) { return (locked = t.tableLocked(), AE_SUCCESS); });
 }
 
 Status FRCDatabase::IsRecordLocked(Handle table, std::uint32_t record, bool& locked) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    locked = target.table().IsRecordLocked(record);
-    return AE_SUCCESS;
+    return OnTable(table, [&](BackendTable& t, Order) {
+        return (locked = t.IsRecordLocked(record), AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::GetNumLocks(Handle table, std::uint16_t& count) {
-    Target target;
-    if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
-    count = target.table().lockCount();
-    return AE_SUCCESS;
+    return OnTable(table,
+                   [&](BackendTable& t, Order) { return (count = t.lockCount(), AE_SUCCESS); });
 }
 
 }  // namespace fnrk::backend

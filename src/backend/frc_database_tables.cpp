@@ -198,139 +198,99 @@ Status FRCDatabase::GetTableFilename(Handle table, std::uint16_t nameOption, std
 }
 
 Status FRCDatabase::GetTableOpenOptions(Handle table, std::uint32_t& options) {
-    OpenTableEntry* entry = nullptr;
-    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
-    options = entry->table->options();
-    return AE_SUCCESS;
+    return OnTable(table,
+                   [&](BackendTable& t, Order) { return (options = t.options(), AE_SUCCESS); });
 }
 
 Status FRCDatabase::IsTableExclusive(Handle table, bool& exclusive) {
-    OpenTableEntry* entry = nullptr;
-    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
-    exclusive = entry->table->exclusive();
-    return AE_SUCCESS;
+    return OnTable(table,
+                   [&](BackendTable& t, Order) { return (exclusive = t.exclusive(), AE_SUCCESS); });
 }
 
 Status FRCDatabase::GetRecordCount(Handle table, std::uint16_t filterOption, std::uint32_t& count) {
-    return Guarded([&] {
-        Target target;
-        if (Status status = Resolve(table, target); status != AE_SUCCESS) return status;
+    return OnTable(table, [&](BackendTable& t, Order order) {
         if (filterOption < ADS_RESPECTFILTERS || filterOption > ADS_REFRESHCOUNT) {
-            return Report(AE_INVALID_FILTER_OPTION);
+            return AE_INVALID_FILTER_OPTION;
         }
-        return Report(target.table().Count(
-            target.order, filterOption == ADS_RESPECTFILTERS || filterOption == ADS_RESPECTSCOPES,
-            filterOption == ADS_RESPECTSCOPES, count));
+        const bool scopes = filterOption == ADS_RESPECTSCOPES;
+        return t.Count(order, filterOption == ADS_RESPECTFILTERS || scopes, scopes, count);
     });
 }
 
 Status FRCDatabase::GetRecordLength(Handle table, std::uint32_t& length) {
-    OpenTableEntry* entry = nullptr;
-    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
-    length = entry->table->layout().recordLength;
-    return AE_SUCCESS;
+    return OnTable(table, [&](BackendTable& t, Order) {
+        return (length = t.layout().recordLength, AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::GetNumFields(Handle table, std::uint16_t& count) {
-    OpenTableEntry* entry = nullptr;
-    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
-    count = static_cast<std::uint16_t>(entry->table->layout().fields.size());
-    return AE_SUCCESS;
+    return OnTable(table, [&](BackendTable& t, Order) {
+        return (count = static_cast<std::uint16_t>(t.layout().fields.size()), AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::GetFieldName(Handle table, std::uint16_t fieldNumber, std::string& name) {
-    OpenTableEntry* entry = nullptr;
-    if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
-    const auto& fields = entry->table->layout().fields;
-    if (fieldNumber == 0 || fieldNumber > fields.size()) return Report(AE_INVALID_FIELDNUMBER);
-    name = fields[fieldNumber - 1].name;
-    return AE_SUCCESS;
+    return OnTable(table, [&](BackendTable& t, Order) {
+        const auto& fields = t.layout().fields;
+        if (fieldNumber == 0 || fieldNumber > fields.size()) return AE_INVALID_FIELDNUMBER;
+        name = fields[fieldNumber - 1].name;
+        return AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::GetFieldNum(Handle table, std::string_view field, std::uint16_t& number) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    number = static_cast<std::uint16_t>(found - entry->table->layout().fields.data() + 1);
-    return AE_SUCCESS;
+    return OnField(table, field, [&](BackendTable& t, const dbf::Field& f) {
+        number = static_cast<std::uint16_t>(&f - t.layout().fields.data() + 1);
+        return AE_SUCCESS;
+    });
 }
 
 Status FRCDatabase::GetFieldType(Handle table, std::string_view field, std::uint16_t& type) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    type = FieldTypeCode(found->type);
-    return AE_SUCCESS;
+    return OnField(table, field, [&](BackendTable&, const dbf::Field& f) {
+        return (type = FieldTypeCode(f.type), AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::GetFieldLength(Handle table, std::string_view field, std::uint32_t& length) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    length = found->length;
-    return AE_SUCCESS;
+    return OnField(table, field, [&](BackendTable&, const dbf::Field& f) {
+        return (length = f.length, AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::GetFieldDecimals(Handle table, std::string_view field,
                                      std::uint16_t& decimals) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    decimals = found->decimals;
-    return AE_SUCCESS;
+    return OnField(table, field, [&](BackendTable&, const dbf::Field& f) {
+        return (decimals = f.decimals, AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::GetFieldOffset(Handle table, std::string_view field, std::uint32_t& offset) {
-    OpenTableEntry* entry = nullptr;
-    const dbf::Field* found = nullptr;
-    if (Status status = ResolveField(table, field, entry, found); status != AE_SUCCESS) {
-        return status;
-    }
-    offset = found->offset;
-    return AE_SUCCESS;
+    return OnField(table, field, [&](BackendTable&, const dbf::Field& f) {
+        return (offset = f.offset, AE_SUCCESS);
+    });
 }
 
 Status FRCDatabase::PackTable(Handle table) {
-    return Guarded([&] {
-        OpenTableEntry* entry = nullptr;
-        if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
+    return OnTable(table, [&](BackendTable& t, Order) {
         if (callback_ && callback_(0, 0) != 0) return AE_SUCCESS;
-        Status status = entry->table->Pack();
+        Status status = t.Pack();
         if (callback_) callback_(100, 0);
-        return Report(status);
+        return status;
     });
 }
 
 Status FRCDatabase::ZapTable(Handle table) {
-    return Guarded([&] {
-        OpenTableEntry* entry = nullptr;
-        if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
-        return Report(entry->table->Zap());
-    });
+    return OnTable(table, [](BackendTable& t, Order) { return t.Zap(); });
 }
 
 Status FRCDatabase::FlushFileBuffers(Handle table) {
-    return Guarded([&] {
-        OpenTableEntry* entry = nullptr;
-        if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
-        return Report(entry->table->Commit());
-    });
+    return OnTable(table, [](BackendTable& t, Order) { return t.Commit(); });
 }
 
 Status FRCDatabase::RefreshTable(Handle table) {
-    return Guarded([&] {
-        OpenTableEntry* entry = nullptr;
-        if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
-        if (Status status = entry->table->Commit(); status != AE_SUCCESS) return Report(status);
-        return Report(entry->table->Refresh());
+    return OnTable(table, [](BackendTable& t, Order) {
+        Status status = t.Commit();
+        return status == AE_SUCCESS ? t.Refresh() : status;
     });
 }
 
