@@ -142,12 +142,18 @@ Status TableCursor::Skip(std::int32_t records) {
 Status TableCursor::Append() {
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     std::uint32_t record = 0;
-    if (Status status = file_.AppendRecord(file_.BlankRecord(), record); status != AE_SUCCESS)
-        return status;
+    // Alone on the table, the record is written once, when its fields are.
+    const Status status = file_.exclusive() ? file_.ReserveRecord(record)
+                                            : file_.AppendRecord(file_.BlankRecord(), record);
+    if (status != AE_SUCCESS) return status;
     // In shared mode the new record stays locked by this handle until it is unlocked.
     if (!file_.exclusive() && !tableLocked_ && file_.locks().LockRecord(record))
         lockedRecords_.insert(record);
     MoveTo(record);
+    // The new record is known to be blank: field writes start from it without reading it back.
+    edit_ = file_.BlankRecord();
+    dirty_ = true;
+    appended_ = true;
     return AE_SUCCESS;
 }
 
@@ -169,9 +175,13 @@ Status TableCursor::BeginEdit() {
 
 Status TableCursor::Commit() {
     if (!dirty_) return AE_SUCCESS;
-    const char* old = file_.ReadRecord(record_);
-    const std::string before = old != nullptr ? std::string(old, header().recordLength) : "";
+    std::string before = file_.BlankRecord();
+    if (!appended_) {
+        const char* old = file_.ReadRecord(record_);
+        before = old != nullptr ? std::string(old, header().recordLength) : "";
+    }
     dirty_ = false;
+    appended_ = false;
     const Status status = file_.WriteRecord(record_, before, edit_);
     if (implicitLock_) {
         file_.locks().UnlockRecord(record_);
@@ -197,7 +207,7 @@ Status TableCursor::Count(bool respectFilters, std::uint32_t& count) {
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     file_.RefreshRecordCount();
     const std::uint32_t total = file_.recordCount();
-    if (!respectFilters || (!filter_ && settings_.showDeleted)) {
+    if (!respectFilters || (!filter_ && !gate_ && settings_.showDeleted)) {
         count = total;
         return AE_SUCCESS;
     }
