@@ -59,6 +59,13 @@ void clsUBL::AddAmount(XmlElement parent, std::string_view name, double value) {
     parent.Add(name, numbers_.Amount(value)).Attribute("currencyID", currency_);
 }
 
+XmlElement clsUBL::AddPaymentTerms(std::string_view note, double discountPercent) {
+    XmlElement terms = Root().Add("cac:PaymentTerms");
+    terms.AddIfNotEmpty("cbc:Note", note);
+    terms.Add("cbc:SettlementDiscountPercent", numbers_.Amount(discountPercent));
+    return terms;
+}
+
 std::string clsUBL::Description() const {
     std::string text;
     for (std::size_t i = 1; i < descriptionLines_.size(); ++i) {

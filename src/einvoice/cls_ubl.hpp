@@ -119,6 +119,8 @@ class clsUBL {
     bool HasDocument() const { return document_ != nullptr; }
     XmlElement Root() { return document_->Root(); }
     void AddAmount(XmlElement parent, std::string_view name, double value);
+    // "cac:PaymentTerms" with the note (when there is one) and the discount percentage.
+    XmlElement AddPaymentTerms(std::string_view note, double discountPercent);
     // Description lines from index 1 on, joined by CR LF; empty when none was added.
     std::string Description() const;
     std::string VatCategory(std::string_view vatCode) const;

@@ -1,6 +1,7 @@
 // The basic family: a UBL 2.0 "Invoice" of the Belgian e-invoicing convention (e-fff) 1.0.
 
 #include "einvoice/cls_ubl.hpp"
+#include "einvoice/ubl_sections.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::einvoice {
@@ -37,8 +38,8 @@ void AddPartyTaxScheme(XmlElement party, std::string_view vatNumber) {
     scheme.Add("cac:TaxScheme").Add("cbc:ID", "VAT");
 }
 
-void AddTaxCategory(XmlElement parent, std::string_view category, std::string_view name,
-                    const std::string* exemptionReason) {
+void AddBasicTaxCategory(XmlElement parent, std::string_view category, std::string_view name,
+                         const std::string* exemptionReason) {
     XmlElement tax = parent.Add("cac:TaxCategory");
     tax.Add("cbc:ID", category)
         .Attribute("schemeName", "Duty or tax of fee category")
@@ -138,20 +139,13 @@ bool clsUBL::PaymentMeans(std::string_view dueDate, std::string_view structuredR
     means.AddIfNotEmpty("cbc:PaymentDueDate", *due);
     means.AddIfNotEmpty("cbc:InstructionID", structuredReference);
     means.Add("cbc:InstructionNote", communication);
-    XmlElement account = means.Add("cac:PayeeFinancialAccount");
-    account.Add("cbc:ID", iban).Attribute("schemeName", "IBAN");
-    account.Add("cac:FinancialInstitutionBranch")
-        .Add("cac:FinancialInstitution")
-        .Add("cbc:ID", bic)
-        .Attribute("schemeName", "BIC");
+    AddPayeeAccount(means, iban, bic, "schemeName");
     return true;
 }
 
 bool clsUBL::PaymentTerms(std::string_view note, double discountPercent) {
     if (!HasDocument()) return false;
-    XmlElement terms = Root().Add("cac:PaymentTerms");
-    terms.Add("cbc:Note", note);
-    terms.Add("cbc:SettlementDiscountPercent", numbers_.Amount(discountPercent));
+    AddPaymentTerms(note, discountPercent);
     return true;
 }
 
@@ -174,7 +168,7 @@ bool clsUBL::TaxTotal(double taxAmount) {
         AddAmount(subtotal, "cbc:TaxableAmount", row.second);
         AddAmount(subtotal, "cbc:TaxAmount", row.third);
         subtotal.Add("cbc:Percent", numbers_.Amount(row.first));
-        AddTaxCategory(subtotal, VatCategory(row.firstCode), row.firstCode, nullptr);
+        AddBasicTaxCategory(subtotal, VatCategory(row.firstCode), row.firstCode, nullptr);
     }
     return true;
 }
@@ -218,7 +212,7 @@ bool clsUBL::InvoiceLine(const UblLine& line) {
     // UBL 2.0 requires the sub-total's own tax amount.
     AddAmount(subtotal, "cbc:TaxAmount", line.taxAmount);
     subtotal.Add("cbc:Percent", numbers_.Amount(line.vatRate));
-    AddTaxCategory(subtotal, VatCategory(line.vatCode), line.vatCode, &line.exemptionReason);
+    AddBasicTaxCategory(subtotal, VatCategory(line.vatCode), line.vatCode, &line.exemptionReason);
     XmlElement item = entry.Add("cac:Item");
     const std::string description = Description();
     if (!description.empty()) item.Add("cbc:Description", description);

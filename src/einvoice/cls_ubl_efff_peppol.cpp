@@ -4,6 +4,7 @@
 #include "einvoice/cls_ubl.hpp"
 #include "einvoice/endpoint_schemes.hpp"
 #include "einvoice/payment_texts.hpp"
+#include "einvoice/ubl_sections.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::einvoice {
@@ -45,16 +46,6 @@ XmlDocument::Namespaces EfffNamespaces(bool isCreditNote) {
         return {qdt, udt, cbc, cac, stat, ccts, {"", std::string(kCreditNoteNamespace)}};
     }
     return {qdt, ccts, stat, cbc, cac, udt, {"", std::string(kInvoiceNamespace)}};
-}
-
-void AddTaxCategory(XmlElement parent, std::string_view category, std::string_view name,
-                    double rate, std::string_view exemptionReason, const NumberWriter& numbers) {
-    XmlElement tax = parent.Add("cac:TaxCategory");
-    tax.Add("cbc:ID", category).Attribute("schemeID", "UNCL5305");
-    tax.AddIfNotEmpty("cbc:Name", name);
-    tax.Add("cbc:Percent", numbers.Amount(rate));
-    tax.AddIfNotEmpty("cbc:TaxExemptionReason", exemptionReason);
-    tax.Add("cac:TaxScheme").Add("cbc:ID", "VAT");
 }
 
 }  // namespace
@@ -148,32 +139,19 @@ bool clsUBL::PaymentMeansEfffPEPPOL(std::string_view dueDate, std::string_view s
     means.Add("cbc:PaymentMeansCode", "1").Attribute("listID", "UNCL4461");
     means.AddIfNotEmpty("cbc:PaymentDueDate", *due);
     means.AddIfNotEmpty("cbc:PaymentID", PaymentReference(structuredReference));
-    XmlElement account = means.Add("cac:PayeeFinancialAccount");
-    account.Add("cbc:ID", CompactIban(iban)).Attribute("schemeID", "IBAN");
-    if (!platform::Trim(bic).empty()) {
-        account.Add("cac:FinancialInstitutionBranch")
-            .Add("cac:FinancialInstitution")
-            .Add("cbc:ID", bic)
-            .Attribute("schemeID", "BIC");
-    }
+    AddPayeeAccount(means, CompactIban(iban), bic, "schemeID");
     return true;
 }
 
 bool clsUBL::PaymentTermsEfffPEPPOL(std::string_view note, double discountPercent) {
-    if (!HasDocument()) return false;
-    XmlElement terms = Root().Add("cac:PaymentTerms");
-    terms.AddIfNotEmpty("cbc:Note", note);
-    terms.Add("cbc:SettlementDiscountPercent", numbers_.Amount(discountPercent));
-    return true;
+    return PaymentTerms(note, discountPercent);
 }
 
 bool clsUBL::PaymentTermsEfffPEPPOLV2(std::string_view note, double discountPercent,
                                       double discountAmount, std::string_view discountEndDate) {
     const auto endDate = IsoDate(discountEndDate);
     if (!HasDocument() || !endDate) return false;
-    XmlElement terms = Root().Add("cac:PaymentTerms");
-    terms.AddIfNotEmpty("cbc:Note", note);
-    terms.Add("cbc:SettlementDiscountPercent", numbers_.Amount(discountPercent));
+    XmlElement terms = AddPaymentTerms(note, discountPercent);
     AddAmount(terms, "cbc:Amount", discountAmount);
     if (!endDate->empty()) terms.Add("cac:SettlementPeriod").Add("cbc:EndDate", *endDate);
     return true;
@@ -202,14 +180,16 @@ bool clsUBL::TaxTotalEfffPEPPOL(double taxAmount, double cashDiscount) {
         AddAmount(subtotal, "cbc:TaxableAmount", row.second);
         AddAmount(subtotal, "cbc:TaxAmount", row.third);
         const std::string category = VatCategoryOrDefault(row.firstCode, row.first);
-        AddTaxCategory(subtotal, category, row.firstCode, row.first,
-                       TaxExemptionReason(category, row.secondCode), numbers_);
+        const std::string reason = TaxExemptionReason(category, row.secondCode);
+        AddTaxCategory(subtotal, "cac:TaxCategory",
+                       {category, "UNCL5305", row.firstCode, row.first, reason}, numbers_);
     }
     if (cashDiscount > 0.0) {
         XmlElement subtotal = total.Add("cac:TaxSubtotal");
         AddAmount(subtotal, "cbc:TaxableAmount", cashDiscount);
         AddAmount(subtotal, "cbc:TaxAmount", 0.0);
-        AddTaxCategory(subtotal, "E", "NA", 0.0, "Cash Discount", numbers_);
+        AddTaxCategory(subtotal, "cac:TaxCategory", {"E", "UNCL5305", "NA", 0.0, "Cash Discount"},
+                       numbers_);
     }
     return true;
 }
@@ -250,16 +230,15 @@ bool clsUBL::InvoiceLineEfffPEPPOL(const UblLine& line) {
     XmlElement subtotal = tax.Add("cac:TaxSubtotal");
     AddAmount(subtotal, "cbc:TaxableAmount", line.lineAmount);
     AddAmount(subtotal, "cbc:TaxAmount", line.taxAmount);
-    AddTaxCategory(subtotal, category, line.vatCode, line.vatRate,
-                   TaxExemptionReason(category, line.exemptionReason), numbers_);
+    const std::string reason = TaxExemptionReason(category, line.exemptionReason);
+    AddTaxCategory(subtotal, "cac:TaxCategory",
+                   {category, "UNCL5305", line.vatCode, line.vatRate, reason}, numbers_);
     if (creditNote_) addDiscount();
     XmlElement item = entry.Add("cac:Item");
     item.AddIfNotEmpty("cbc:Description", Description());
     item.Add("cac:SellersItemIdentification").Add("cbc:ID", line.itemCode);
-    XmlElement classified = item.Add("cac:ClassifiedTaxCategory");
-    classified.Add("cbc:ID", category).Attribute("schemeID", "UNCL5305");
-    classified.Add("cbc:Percent", numbers_.Amount(line.vatRate));
-    classified.Add("cac:TaxScheme").Add("cbc:ID", "VAT");
+    AddTaxCategory(item, "cac:ClassifiedTaxCategory", {category, "UNCL5305", {}, line.vatRate, {}},
+                   numbers_);
     AddAmount(entry.Add("cac:Price"), "cbc:PriceAmount", line.unitPrice);
     return true;
 }

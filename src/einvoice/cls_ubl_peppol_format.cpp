@@ -4,6 +4,7 @@
 #include "einvoice/cls_ubl.hpp"
 #include "einvoice/endpoint_schemes.hpp"
 #include "einvoice/payment_texts.hpp"
+#include "einvoice/ubl_sections.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::einvoice {
@@ -12,15 +13,6 @@ namespace {
 constexpr std::string_view kCustomizationId =
     "urn:cen.eu:en16931:2017#compliant#urn:fdc:peppol.eu:2017:poacc:billing:3.0";
 constexpr std::string_view kProfileId = "urn:fdc:peppol.eu:2017:poacc:billing:01:1.0";
-
-void AddTaxCategory(XmlElement parent, std::string_view elementName, std::string_view category,
-                    double rate, std::string_view exemptionReason, const NumberWriter& numbers) {
-    XmlElement tax = parent.Add(elementName);
-    tax.Add("cbc:ID", category);
-    tax.Add("cbc:Percent", numbers.Amount(rate));
-    tax.AddIfNotEmpty("cbc:TaxExemptionReason", exemptionReason);
-    tax.Add("cac:TaxScheme").Add("cbc:ID", "VAT");
-}
 
 }  // namespace
 
@@ -162,7 +154,7 @@ bool clsUBL::AllowanceChargeFormat(bool isCharge, std::string_view reason, doubl
     allowance.AddIfNotEmpty("cbc:AllowanceChargeReason", reason);
     AddAmount(allowance, "cbc:Amount", amount);
     const std::string category = VatCategoryOrDefault(vatCode, vatRate);
-    AddTaxCategory(allowance, "cac:TaxCategory", category, vatRate, {}, numbers_);
+    AddTaxCategory(allowance, "cac:TaxCategory", {category, {}, {}, vatRate, {}}, numbers_);
     return true;
 }
 
@@ -183,14 +175,15 @@ bool clsUBL::TaxTotalFormat(double taxAmount, double cashDiscount) {
         XmlElement subtotal = total.Add("cac:TaxSubtotal");
         AddAmount(subtotal, "cbc:TaxableAmount", taxable);
         AddAmount(subtotal, "cbc:TaxAmount", row.third);
-        AddTaxCategory(subtotal, "cac:TaxCategory", category, row.first,
-                       TaxExemptionReason(category, row.secondCode), numbers_);
+        const std::string reason = TaxExemptionReason(category, row.secondCode);
+        AddTaxCategory(subtotal, "cac:TaxCategory", {category, {}, {}, row.first, reason},
+                       numbers_);
     }
     if (!cashDiscountWritten) {
         XmlElement subtotal = total.Add("cac:TaxSubtotal");
         AddAmount(subtotal, "cbc:TaxableAmount", cashDiscount);
         AddAmount(subtotal, "cbc:TaxAmount", 0.0);
-        AddTaxCategory(subtotal, "cac:TaxCategory", "E", 0.0, "Cash Discount", numbers_);
+        AddTaxCategory(subtotal, "cac:TaxCategory", {"E", {}, {}, 0.0, "Cash Discount"}, numbers_);
     }
     return true;
 }
@@ -240,8 +233,9 @@ bool clsUBL::InvoiceLineFormat(const UblLine& line) {
     if (!platform::Trim(line.itemCode).empty()) {
         item.Add("cac:SellersItemIdentification").Add("cbc:ID", line.itemCode);
     }
-    AddTaxCategory(item, "cac:ClassifiedTaxCategory",
-                   VatCategoryOrDefault(line.vatCode, line.vatRate), line.vatRate, {}, numbers_);
+    const std::string category = VatCategoryOrDefault(line.vatCode, line.vatRate);
+    AddTaxCategory(item, "cac:ClassifiedTaxCategory", {category, {}, {}, line.vatRate, {}},
+                   numbers_);
     entry.Add("cac:Price")
         .Add("cbc:PriceAmount", numbers_.Pattern(line.unitPrice, PricePattern()))
         .Attribute("currencyID", currency_);

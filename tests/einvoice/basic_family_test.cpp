@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "writer_test.hpp"
+
 #include "comma_locale.hpp"
-#include "einvoice/cls_ubl.hpp"
-#include "einvoice/sample_sales_document.hpp"
-#include "support/temp_dir.hpp"
-#include "xml_probe.hpp"
 
 namespace fnrk::einvoice {
 namespace {
@@ -16,17 +14,11 @@ const UblParty kSupplier = {"be0477.472.701", "Atelier", "Rue 1", "Liège", "400
 const UblParty kCustomer = {"NA", "Client", "Straat 2", "Gent",   "9000",
                             "BE", "België", "09 123",   "09 124", "a@b.example"};
 
-class BasicFamilyTest : public ::testing::Test {
+class BasicFamilyTest : public WriterTest {
   protected:
-    FixedInvoiceLookups lookups = SampleLookups();
     clsUBL writer{lookups};
-    testing::TempDir dir;
-    std::filesystem::path file = dir / "basic.xml";
 
-    testing::XmlProbe Save() {
-        EXPECT_TRUE(writer.SaveFile(file.string()));
-        return testing::XmlProbe(file);
-    }
+    testing::XmlProbe Save() { return WriterTest::Save(writer); }
 };
 
 TEST_F(BasicFamilyTest, HeaderPartiesAndPayment) {

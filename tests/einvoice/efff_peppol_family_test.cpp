@@ -1,26 +1,17 @@
 #include <gtest/gtest.h>
 
-#include "einvoice/cls_ubl.hpp"
-#include "einvoice/sample_sales_document.hpp"
-#include "support/temp_dir.hpp"
-#include "xml_probe.hpp"
+#include "writer_test.hpp"
 
 namespace fnrk::einvoice {
 namespace {
 
 using Names = std::vector<std::string>;
 
-class EfffPeppolFamilyTest : public ::testing::Test {
+class EfffPeppolFamilyTest : public WriterTest {
   protected:
-    FixedInvoiceLookups lookups = SampleLookups();
     clsUBL writer{lookups};
-    testing::TempDir dir;
-    std::filesystem::path file = dir / "efff.xml";
 
-    testing::XmlProbe Save() {
-        EXPECT_TRUE(writer.SaveFile(file.string()));
-        return testing::XmlProbe(file);
-    }
+    testing::XmlProbe Save() { return WriterTest::Save(writer); }
 };
 
 TEST_F(EfffPeppolFamilyTest, InvoiceHeaderAndIdentifiers) {

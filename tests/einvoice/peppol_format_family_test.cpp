@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "einvoice/cls_ubl.hpp"
-#include "einvoice/sample_sales_document.hpp"
-#include "support/temp_dir.hpp"
-#include "xml_probe.hpp"
+#include "writer_test.hpp"
 
 namespace fnrk::einvoice {
 namespace {
@@ -13,17 +10,7 @@ using Names = std::vector<std::string>;
 const UblParty kSupplier = {
     "BE 0477.472.701", "Atelier", "Rue 1", "Liège", "4000", "BE", "", "", "", "s@a.example"};
 
-class PeppolFormatFamilyTest : public ::testing::Test {
-  protected:
-    FixedInvoiceLookups lookups = SampleLookups();
-    testing::TempDir dir;
-    std::filesystem::path file = dir / "peppol.xml";
-
-    testing::XmlProbe Save(clsUBL& writer) {
-        EXPECT_TRUE(writer.SaveFile(file.string()));
-        return testing::XmlProbe(file);
-    }
-};
+using PeppolFormatFamilyTest = WriterTest;
 
 TEST_F(PeppolFormatFamilyTest, QuantityAndPriceDecimalsFromParameters) {
     for (const auto& [decimals, quantity, price] :
