@@ -155,6 +155,19 @@ Status OnOrder(order::OrderRegistry& orders, Handle index, Body body) {
     }
 }
 
+// Runs `body(order, keyBytes)` with a seek or scope value turned into the tag's key bytes.
+template <class Body>
+Status OnOrderKey(order::OrderRegistry& orders, Handle index, std::string_view value,
+                  std::uint16_t dataType, Body body) {
+    return OnOrder(orders, index, [&](order::IndexOrder& order) {
+        std::string key;
+        if (Status status = order::SeekKeyBytes(order.tag(), value, dataType, key);
+            status != AE_SUCCESS)
+            return status;
+        return body(order, std::move(key));
+    });
+}
+
 }  // namespace
 
 Status Engine::GetIndexName(Handle index, std::string& name) {
@@ -228,40 +241,32 @@ Status Engine::ExtractKey(Handle index, std::string& key) {
 Status Engine::Seek(Handle index, std::string_view key, std::uint16_t dataType,
                     std::uint16_t seekType, bool& found) {
     found = false;
-    return Report(OnOrder(Orders(), index, [&](order::IndexOrder& order) {
-        std::string probe;
-        if (Status status = order::SeekKeyBytes(order.tag(), key, dataType, probe);
-            status != AE_SUCCESS)
-            return status;
-        if (seekType == ADS_SEEKGT) return order.SeekAfter(probe, found);
-        if (seekType != ADS_SOFTSEEK && seekType != ADS_HARDSEEK) return AE_INVALID_OPTION;
-        return order.Seek(probe, seekType == ADS_SOFTSEEK, false, found);
-    }));
+    return Report(OnOrderKey(Orders(), index, key, dataType,
+                             [&](order::IndexOrder& order, std::string probe) {
+                                 if (seekType == ADS_SEEKGT) return order.SeekAfter(probe, found);
+                                 if (seekType != ADS_SOFTSEEK && seekType != ADS_HARDSEEK)
+                                     return AE_INVALID_OPTION;
+                                 return order.Seek(probe, seekType == ADS_SOFTSEEK, false, found);
+                             }));
 }
 
 Status Engine::SeekLast(Handle index, std::string_view key, std::uint16_t dataType, bool& found) {
     found = false;
-    return Report(OnOrder(Orders(), index, [&](order::IndexOrder& order) {
-        std::string probe;
-        if (Status status = order::SeekKeyBytes(order.tag(), key, dataType, probe);
-            status != AE_SUCCESS)
-            return status;
-        return order.Seek(probe, false, true, found);
-    }));
+    return Report(OnOrderKey(Orders(), index, key, dataType,
+                             [&](order::IndexOrder& order, std::string probe) {
+                                 return order.Seek(probe, false, true, found);
+                             }));
 }
 
 Status Engine::SetScope(Handle index, std::uint16_t scopeOption, std::string_view scope,
                         std::uint16_t dataType) {
     if (scopeOption != ADS_TOP && scopeOption != ADS_BOTTOM) return Report(AE_INVALID_OPTION);
-    return Report(OnOrder(Orders(), index, [&](order::IndexOrder& order) {
-        std::string key;
-        if (Status status = order::SeekKeyBytes(order.tag(), scope, dataType, key);
-            status != AE_SUCCESS)
-            return status;
-        order.SetScope(scopeOption == ADS_TOP ? order::ScopeEnd::Top : order::ScopeEnd::Bottom,
-                       std::move(key));
-        return AE_SUCCESS;
-    }));
+    const auto end = scopeOption == ADS_TOP ? order::ScopeEnd::Top : order::ScopeEnd::Bottom;
+    return Report(OnOrderKey(Orders(), index, scope, dataType,
+                             [&](order::IndexOrder& order, std::string key) {
+                                 order.SetScope(end, std::move(key));
+                                 return AE_SUCCESS;
+                             }));
 }
 
 Status Engine::GetScope(Handle index, std::uint16_t scopeOption, std::string& scope) {

@@ -197,6 +197,8 @@ Status TableIndexes::CreateTag(std::filesystem::path path, const TagRequest& req
     const bool structural = path.empty();
     if (structural) path = StructuralPath();
     if (table_.file().readOnly()) return AE_TABLE_READONLY;
+    // The current record's pending changes belong in the keys built now.
+    if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
     try {
         File* file = FileAt(path);
         if (file == nullptr && std::filesystem::exists(path)) {
@@ -253,6 +255,7 @@ void TableIndexes::SetStructuralFlag() {
 }
 
 Status TableIndexes::Reindex(std::string& message) {
+    if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
     try {
         for (auto& file : files_) Rebuild(*file, RequestsOf(*file));
         return AE_SUCCESS;
