@@ -124,8 +124,11 @@ Status TableCursor::SetNumber(const dbf::Field& field, double value) {
     if (field.type == 'L') return SetLogical(field, value != 0);
     if (!IsNumeric(field.type)) return AE_INVALID_FIELD_TYPE;
     // Checked on a copy first so that a value that does not fit changes nothing.
-    std::string probe(header().recordLength, ' ');
-    if (!dbf::WriteNumber(probe.data(), field, value)) return AE_VALUE_OVERFLOW;
+    char probe[32];
+    dbf::Field atStart = field;
+    atStart.offset = 0;
+    if (field.length > sizeof probe || !dbf::WriteNumber(probe, atStart, value))
+        return AE_VALUE_OVERFLOW;
     if (Status status = BeginEdit(); status != AE_SUCCESS) return status;
     dbf::WriteNumber(edit_.data(), field, value);
     return AE_SUCCESS;

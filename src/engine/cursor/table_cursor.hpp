@@ -113,6 +113,7 @@ class TableCursor {
     std::string edit_;  // the current record while it has pending changes; the phantom at EOF
     bool dirty_ = false;
     bool implicitLock_ = false;
+    bool appended_ = false;  // the edit buffer holds a record appended and not yet rewritten
 
     std::optional<expr::Expression> filter_;
     RecordGate gate_;

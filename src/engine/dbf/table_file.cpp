@@ -12,6 +12,7 @@ namespace fnrk::engine::dbf {
 namespace {
 
 constexpr std::size_t kCacheBytes = 64 * 1024;
+constexpr std::size_t kJumpBytes = 4 * 1024;
 constexpr std::size_t kPackChunkRecords = 4096;
 
 Status OpenFailure(const std::string& path, std::string& message) {
@@ -130,11 +131,18 @@ const char* TableFile::ReadRecord(std::uint32_t record) {
     const std::size_t length = header_.recordLength;
     if (record >= cacheFirst_ && record < cacheFirst_ + cacheCount_)
         return cache_.data() + std::size_t{record - cacheFirst_} * length;
-    const auto window = static_cast<std::uint32_t>(cache_.size() / length);
-    // Reading backwards fills the window below the record, forwards above it.
+    // A scan (the record next to the window) reads a whole window ahead, below the record when
+    // going backwards; a jump reads only a few records.
+    const bool forward = cacheCount_ > 0 && record == cacheFirst_ + cacheCount_;
+    const bool backward = cacheCount_ > 0 && record + 1 == cacheFirst_;
+    const auto full = static_cast<std::uint32_t>(cache_.size() / length);
+    const std::uint32_t window =
+        forward || backward
+            ? full
+            : std::min(full,
+                       std::max<std::uint32_t>(1, static_cast<std::uint32_t>(kJumpBytes / length)));
     std::uint32_t first = record;
-    if (cacheCount_ > 0 && record + 1 == cacheFirst_)
-        first = record > window ? record - window + 1 : 1;
+    if (backward) first = record > window ? record - window + 1 : 1;
     const std::uint32_t count = std::min(window, header_.recordCount - first + 1);
     const std::size_t got = file_.ReadAt(RecordOffset(first), cache_.data(), count * length);
     cacheFirst_ = first;
@@ -148,14 +156,32 @@ Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
     if (readOnly_) return AE_TABLE_READONLY;
     if (record < 1 || record > header_.recordCount || bytes.size() != header_.recordLength)
         return AE_INVALID_RECORD_NUMBER;
-    if (!file_.WriteAt(RecordOffset(record), bytes.data(), bytes.size()))
+    const bool appended = tailReserved_ && record == header_.recordCount;
+    if (appended) {
+        std::string withEnd(bytes);
+        withEnd += kEndOfFile;
+        if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
+            return AE_PERMISSION_DENIED;
+        tailReserved_ = false;
+        oldRecord = {};
+    } else if (!file_.WriteAt(RecordOffset(record), bytes.data(), bytes.size())) {
         return AE_PERMISSION_DENIED;
+    }
     if (record >= cacheFirst_ && record < cacheFirst_ + cacheCount_) {
         std::memcpy(cache_.data() + std::size_t{record - cacheFirst_} * header_.recordLength,
                     bytes.data(), bytes.size());
     }
     headerDirty_ = true;
     if (observer_ != nullptr) observer_->RecordWritten(record, oldRecord, bytes);
+    return AE_SUCCESS;
+}
+
+Status TableFile::ReserveRecord(std::uint32_t& record) {
+    if (readOnly_) return AE_TABLE_READONLY;
+    if (!exclusive_ || tailReserved_) return AE_TABLE_NOT_EXCLUSIVE;
+    record = ++header_.recordCount;
+    tailReserved_ = true;
+    headerDirty_ = true;
     return AE_SUCCESS;
 }
 

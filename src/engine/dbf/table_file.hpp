@@ -61,6 +61,9 @@ class TableFile {
     Status WriteRecord(std::uint32_t record, std::string_view oldRecord, std::string_view bytes);
     // Appends a record and returns its number.
     Status AppendRecord(std::string_view bytes, std::uint32_t& record);
+    // Exclusive use only: numbers a new record without writing it; the first WriteRecord of it
+    // writes it (and the end-of-file mark), announced to the observer as an append.
+    Status ReserveRecord(std::uint32_t& record);
 
     Status Pack(std::string& message);
     Status Zap(std::string& message);
@@ -84,6 +87,7 @@ class TableFile {
     bool exclusive_ = false;
     bool readOnly_ = false;
     bool headerDirty_ = false;
+    bool tailReserved_ = false;  // the last record is numbered but not yet in the file
     UpkeepObserver* observer_ = nullptr;
 
     std::vector<char> cache_;
