@@ -11,6 +11,9 @@ namespace {
 
 // Deeper than any real tree (a 512-byte node holds at least two keys): a deeper path is a cycle.
 constexpr std::size_t kMaxDepth = 40;
+// Decoded nodes kept per tag (a few tens of megabytes at most): enough for the interior levels
+// and the hot leaves of a million-key tag.
+constexpr std::size_t kCachedNodes = 16384;
 
 bool SameLast(const IndexEntry& parentEntry, const IndexNode& child) {
     return !child.entries.empty() && parentEntry.key == child.entries.back().key &&
@@ -50,7 +53,7 @@ const IndexNode& IndexTag::Node(std::uint32_t offset) {
                            " outside the file");
     char bytes[kNodeSize];
     file_.Read(offset, bytes, kNodeSize);
-    if (cache_.size() > 4096) cache_.clear();
+    if (cache_.size() > kCachedNodes) cache_.clear();
     return cache_.emplace(offset, DecodeNode(bytes, shape_)).first->second;
 }
 
