@@ -1,7 +1,6 @@
 // fennrick vat-boxes --layout 11|12 [--values FILE.json]
 // fennrick oss --in DECLARATION.json --out FILE.xml / fennrick moss --in ... --out ...
 
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -10,6 +9,7 @@
 
 #include "cli/command_registry.hpp"
 #include "cli/declaration_json.hpp"
+#include "cli/json_fields.hpp"
 #include "declarations/lux_vat_layout.hpp"
 #include "declarations/vat_box_totals.hpp"
 
@@ -18,16 +18,6 @@ namespace {
 
 using nlohmann::json;
 namespace decl = fnrk::declarations;
-
-json ReadJsonFile(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
-    if (!in) throw CommandFailure("cannot read " + file);
-    try {
-        return json::parse(in);
-    } catch (const json::parse_error& error) {
-        throw CommandFailure(file + " is not valid JSON: " + error.what());
-    }
-}
 
 // Box properties in their declared order, for a reader comparing with the class.
 nlohmann::ordered_json BoxJson(const decl::DeclarationTvaCase& box) {

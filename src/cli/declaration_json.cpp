@@ -1,12 +1,12 @@
 #include "cli/declaration_json.hpp"
 
-#include <algorithm>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "cli/command_registry.hpp"
+#include "cli/json_fields.hpp"
 #include "declarations/moss_writer.hpp"
 #include "declarations/oss_writer.hpp"
 
@@ -16,81 +16,17 @@ namespace {
 using nlohmann::json;
 namespace decl = fnrk::declarations;
 
-using Keys = std::vector<std::string_view>;
-
-// One JSON object of the description and where it sits, so that every complaint names it.
-class Member {
-  public:
-    Member(const json& value, std::string path, const Keys& keys)
-        : value_(value), path_(std::move(path)) {
-        if (!value_.is_object())
-            throw Fail(path_.empty() ? "the description" : path_, "must be an object");
-        for (const auto& [key, ignored] : value_.items())
-            if (std::ranges::find(keys, key) == keys.end()) throw Fail(Path(key), "is not known");
-    }
-
-    // A text member; numbers are taken as written. Empty when absent and not required.
-    std::string Text(std::string_view key, bool required = true) const {
-        const std::string name(key);
-        if (!value_.contains(name)) {
-            if (required) throw Fail(Path(key), "is missing");
-            return "";
-        }
-        const json& item = value_.at(name);
-        if (item.is_string()) return item.get<std::string>();
-        if (item.is_number()) return item.dump();
-        throw Fail(Path(key), "must be a text or a number");
-    }
-
-    std::string TextOr(std::string_view key, std::string fallback) const {
-        return value_.contains(std::string(key)) ? Text(key) : fallback;
-    }
-
-    bool Flag(std::string_view key) const {
-        const std::string name(key);
-        if (!value_.contains(name)) return false;
-        if (!value_.at(name).is_boolean()) throw Fail(Path(key), "must be true or false");
-        return value_.at(name).get<bool>();
-    }
-
-    bool Has(std::string_view key) const { return value_.contains(std::string(key)); }
-
-    Member Object(std::string_view key, const Keys& keys) const {
-        const std::string name(key);
-        if (!value_.contains(name)) throw Fail(Path(key), "is missing");
-        return Member(value_.at(name), Path(key), keys);
-    }
-
-    // The items of an array member (none when absent), each checked as an object.
-    std::vector<Member> Items(std::string_view key, const Keys& keys) const {
-        std::vector<Member> items;
-        const std::string name(key);
-        if (!value_.contains(name)) return items;
-        const json& array = value_.at(name);
-        if (!array.is_array()) throw Fail(Path(key), "must be an array");
-        for (std::size_t i = 0; i < array.size(); ++i)
-            items.emplace_back(array[i], Path(key) + "[" + std::to_string(i) + "]", keys);
-        return items;
-    }
-
-  private:
-    std::string Path(std::string_view key) const {
-        return path_.empty() ? std::string(key) : path_ + "." + std::string(key);
-    }
-
-    static CommandFailure Fail(const std::string& where, const std::string& what) {
-        return CommandFailure(where + " " + what);
-    }
-
-    const json& value_;
-    std::string path_;
-};
-
 // The representative's record, as the description gives its fields.
 class RepresentativeMember : public decl::RepresentativeSource {
   public:
-    explicit RepresentativeMember(const Member& member) {
-        for (auto field : kFields) fields_.emplace(field, member.Text(field, false));
+    explicit RepresentativeMember(JsonFields fields) {
+        for (std::string_view field :
+             {decl::kRepresentativeVatField, decl::kRepresentativeNameField,
+              decl::kRepresentativeStreetField, decl::kRepresentativePostCodeField,
+              decl::kRepresentativeCityField, decl::kRepresentativeCountryField,
+              decl::kRepresentativeEmailField})
+            fields_.emplace(field, fields.Text(std::string(field)));
+        fields.RejectUnknown();
     }
 
     std::string FieldText(std::string_view field) const override {
@@ -98,119 +34,152 @@ class RepresentativeMember : public decl::RepresentativeSource {
         return found == fields_.end() ? std::string() : found->second;
     }
 
-    inline static const Keys kFields = {
-        decl::kRepresentativeVatField,    decl::kRepresentativeNameField,
-        decl::kRepresentativeStreetField, decl::kRepresentativePostCodeField,
-        decl::kRepresentativeCityField,   decl::kRepresentativeCountryField,
-        decl::kRepresentativeEmailField};
-
   private:
     std::map<std::string, std::string, std::less<>> fields_;
 };
 
-const Keys kConsignmentKeys = {"declarationCount", "groupVatNumber", "sequenceNumber",
-                               "trader",           "year",           "quarter",
-                               "representative",   "memberStates"};
-const Keys kEstablishmentKeys = {"country", "vatNumber"};
-
-decl::DeclarationHeader ReadHeader(const Member& consignment) {
-    const Member trader = consignment.Object("trader", {"country", "vatNumber"});
-    return {.declarationCount = consignment.TextOr("declarationCount", "1"),
-            .groupVatNumber = consignment.Text("groupVatNumber", false),
-            .sequenceNumber = consignment.TextOr("sequenceNumber", "1"),
-            .traderCountry = trader.Text("country"),
-            .traderVatNumber = trader.Text("vatNumber"),
-            .year = consignment.Text("year"),
-            .quarter = consignment.Text("quarter")};
+std::string TextOr(JsonFields& fields, const std::string& key, std::string fallback) {
+    std::string text = fields.Text(key);
+    return text.empty() ? fallback : text;
 }
 
-decl::FixedEstablishment ReadEstablishment(const Member& row) {
-    if (!row.Has("fixedEstablishment")) return {};
-    const Member establishment = row.Object("fixedEstablishment", kEstablishmentKeys);
-    return {establishment.Text("country"), establishment.Text("vatNumber")};
+// What the consignment's own members say; read whole before anything is written.
+struct Consignment {
+    decl::DeclarationHeader header;
+    std::optional<RepresentativeMember> representative;
+    std::vector<JsonFields> memberStates;
+};
+
+Consignment ReadConsignment(const json& description) {
+    JsonFields fields(description, "");
+    Consignment consignment;
+    JsonFields trader(*fields.Object("trader", true), fields.PathOf("trader"));
+    consignment.header = {.declarationCount = TextOr(fields, "declarationCount", "1"),
+                          .groupVatNumber = fields.Text("groupVatNumber"),
+                          .sequenceNumber = TextOr(fields, "sequenceNumber", "1"),
+                          .traderCountry = trader.Text("country", true),
+                          .traderVatNumber = trader.Text("vatNumber", true),
+                          .year = fields.Text("year", true),
+                          .quarter = fields.Text("quarter", true)};
+    trader.RejectUnknown();
+    if (const json* representative = fields.Object("representative"))
+        consignment.representative.emplace(
+            JsonFields(*representative, fields.PathOf("representative")));
+    if (const json* states = fields.Array("memberStates"))
+        for (std::size_t i = 0; i < states->size(); ++i)
+            consignment.memberStates.emplace_back((*states)[i], fields.PathOf("memberStates", i));
+    fields.RejectUnknown();
+    return consignment;
+}
+
+template <typename Plain, typename WithRepresentative>
+void WriteHeader(const Consignment& consignment, decl::DeclarationDocument& document, Plain plain,
+                 WithRepresentative withRepresentative) {
+    if (consignment.representative)
+        withRepresentative(document, consignment.header, *consignment.representative);
+    else
+        plain(document, consignment.header);
 }
 
 std::string Position(std::size_t index) {
     return std::to_string(index + 1);
 }
 
-decl::MemberStateInfo ReadMemberState(const Member& state, std::size_t index) {
-    return {state.TextOr("sequenceNumber", Position(index)), state.Text("country")};
+decl::MemberStateInfo ReadMemberState(JsonFields& state, std::size_t index) {
+    return {TextOr(state, "sequenceNumber", Position(index)), state.Text("country", true)};
 }
 
-// The header with the representative block when the description has one.
-template <typename Plain, typename WithRepresentative>
-void WriteHeader(const Member& consignment, decl::DeclarationDocument& document, Plain plain,
-                 WithRepresentative withRepresentative) {
-    const decl::DeclarationHeader header = ReadHeader(consignment);
-    if (consignment.Has("representative")) {
-        const RepresentativeMember representative(
-            consignment.Object("representative", RepresentativeMember::kFields));
-        withRepresentative(document, header, representative);
-    } else {
-        plain(document, header);
-    }
+decl::FixedEstablishment ReadEstablishment(JsonFields& row) {
+    const json* value = row.Object("fixedEstablishment");
+    if (value == nullptr) return {};
+    JsonFields establishment(*value, row.PathOf("fixedEstablishment"));
+    decl::FixedEstablishment result{establishment.Text("country", true),
+                                    establishment.Text("vatNumber", true)};
+    establishment.RejectUnknown();
+    return result;
+}
+
+// Each item of an array member of `parent`, as fields.
+std::vector<JsonFields> Items(JsonFields& parent, const std::string& key) {
+    std::vector<JsonFields> items;
+    if (const json* array = parent.Array(key))
+        for (std::size_t i = 0; i < array->size(); ++i)
+            items.emplace_back((*array)[i], parent.PathOf(key, i));
+    return items;
+}
+
+decl::OssRow ReadOssRow(JsonFields& row, std::size_t index) {
+    decl::OssRow result{.sequenceNumber = TextOr(row, "sequenceNumber", Position(index)),
+                        .goods = row.Flag("goods"),
+                        .establishment = ReadEstablishment(row),
+                        .rateType = row.Text("rateType", true),
+                        .rate = row.Text("rate", true),
+                        .vatAmount = row.Text("vatAmount", true),
+                        .taxableAmount = row.Text("taxableAmount", true),
+                        .currency = row.Text("currency", true)};
+    row.RejectUnknown();
+    return result;
+}
+
+decl::OssCorrection ReadCorrection(JsonFields& correction) {
+    decl::OssCorrection result{correction.Text("year", true), correction.Text("quarter", true),
+                               correction.Text("vatAmount", true),
+                               correction.Text("currency", true)};
+    correction.RejectUnknown();
+    return result;
+}
+
+decl::MossRow ReadMossRow(JsonFields& row, std::size_t index) {
+    decl::MossRow result{.sequenceNumber = TextOr(row, "sequenceNumber", Position(index)),
+                         .establishment = ReadEstablishment(row),
+                         .rateType = row.Text("rateType", true),
+                         .rate = row.Text("rate", true),
+                         .vatAmount = row.Text("vatAmount", true),
+                         .taxableAmount = row.Text("taxableAmount", true),
+                         .grossAmount = row.Text("grossAmount", true),
+                         .currency = row.Text("currency", true)};
+    row.RejectUnknown();
+    return result;
+}
+
+decl::MossTotals ReadMossTotals(JsonFields& state) {
+    JsonFields totals(*state.Object("totals", true), state.PathOf("totals"));
+    decl::MossTotals result{totals.Text("taxableAmount", true), totals.Text("vatAmount", true),
+                            totals.Text("grossAmount", true), totals.Text("currency", true)};
+    totals.RejectUnknown();
+    return result;
 }
 
 }  // namespace
 
 void WriteOssConsignment(const json& description, decl::DeclarationDocument& document) {
-    const Member consignment(description, "", kConsignmentKeys);
-    const auto states =
-        consignment.Items("memberStates", {"sequenceNumber", "country", "rows", "corrections"});
+    Consignment consignment = ReadConsignment(description);
     WriteHeader(consignment, document, decl::OssXmlHeader, decl::OssXmlHeaderCheckRepresentative);
     // A quarter without supplies is declared nil.
-    if (states.empty()) decl::OssXmlNil(document);
-    for (std::size_t s = 0; s < states.size(); ++s) {
-        decl::OssXmlHeaderInfo(document, ReadMemberState(states[s], s));
-        const auto rows =
-            states[s].Items("rows", {"sequenceNumber", "goods", "fixedEstablishment", "rateType",
-                                     "rate", "vatAmount", "taxableAmount", "currency"});
-        for (std::size_t r = 0; r < rows.size(); ++r) {
-            decl::OssXmlRow(document,
-                            {.sequenceNumber = rows[r].TextOr("sequenceNumber", Position(r)),
-                             .goods = rows[r].Flag("goods"),
-                             .establishment = ReadEstablishment(rows[r]),
-                             .rateType = rows[r].Text("rateType"),
-                             .rate = rows[r].Text("rate"),
-                             .vatAmount = rows[r].Text("vatAmount"),
-                             .taxableAmount = rows[r].Text("taxableAmount"),
-                             .currency = rows[r].Text("currency")});
-        }
-        for (const Member& correction :
-             states[s].Items("corrections", {"year", "quarter", "vatAmount", "currency"})) {
-            decl::OssXmlRowCorrection(document,
-                                      {correction.Text("year"), correction.Text("quarter"),
-                                       correction.Text("vatAmount"), correction.Text("currency")});
-        }
+    if (consignment.memberStates.empty()) decl::OssXmlNil(document);
+    for (std::size_t s = 0; s < consignment.memberStates.size(); ++s) {
+        JsonFields& state = consignment.memberStates[s];
+        decl::OssXmlHeaderInfo(document, ReadMemberState(state, s));
+        auto rows = Items(state, "rows");
+        for (std::size_t r = 0; r < rows.size(); ++r)
+            decl::OssXmlRow(document, ReadOssRow(rows[r], r));
+        for (JsonFields& correction : Items(state, "corrections"))
+            decl::OssXmlRowCorrection(document, ReadCorrection(correction));
+        state.RejectUnknown();
     }
 }
 
 void WriteMossConsignment(const json& description, decl::DeclarationDocument& document) {
-    const Member consignment(description, "", kConsignmentKeys);
-    const auto states =
-        consignment.Items("memberStates", {"sequenceNumber", "country", "rows", "totals"});
+    Consignment consignment = ReadConsignment(description);
     WriteHeader(consignment, document, decl::MossXmlHeader, decl::MossXmlHeaderCheckRepresentative);
-    for (std::size_t s = 0; s < states.size(); ++s) {
-        decl::MossXmlHeaderInfo(document, ReadMemberState(states[s], s));
-        const auto rows =
-            states[s].Items("rows", {"sequenceNumber", "fixedEstablishment", "rateType", "rate",
-                                     "vatAmount", "taxableAmount", "grossAmount", "currency"});
-        for (std::size_t r = 0; r < rows.size(); ++r) {
-            decl::MossXmlRow(document,
-                             {.sequenceNumber = rows[r].TextOr("sequenceNumber", Position(r)),
-                              .establishment = ReadEstablishment(rows[r]),
-                              .rateType = rows[r].Text("rateType"),
-                              .rate = rows[r].Text("rate"),
-                              .vatAmount = rows[r].Text("vatAmount"),
-                              .taxableAmount = rows[r].Text("taxableAmount"),
-                              .grossAmount = rows[r].Text("grossAmount"),
-                              .currency = rows[r].Text("currency")});
-        }
-        const Member totals =
-            states[s].Object("totals", {"taxableAmount", "vatAmount", "grossAmount", "currency"});
-        decl::MossXmlFooterInfo(document, {totals.Text("taxableAmount"), totals.Text("vatAmount"),
-                                           totals.Text("grossAmount"), totals.Text("currency")});
+    for (std::size_t s = 0; s < consignment.memberStates.size(); ++s) {
+        JsonFields& state = consignment.memberStates[s];
+        decl::MossXmlHeaderInfo(document, ReadMemberState(state, s));
+        auto rows = Items(state, "rows");
+        for (std::size_t r = 0; r < rows.size(); ++r)
+            decl::MossXmlRow(document, ReadMossRow(rows[r], r));
+        decl::MossXmlFooterInfo(document, ReadMossTotals(state));
+        state.RejectUnknown();
     }
 }
 
