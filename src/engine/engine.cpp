@@ -408,7 +408,8 @@ Status Engine::ZapTable(Handle table) {
     cursor::TableCursor* cursor = FindTable(table);
     if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
     std::string message;
-    return Report(cursor->Zap(message), message);
+    const Status status = cursor->Zap(message);
+    return Report(status, message);
 }
 
 Status Engine::FlushFileBuffers(Handle table) {

@@ -216,8 +216,9 @@ Status Engine::SetString(Handle object, std::string_view name, std::string_view 
 
 namespace {
 
+// `number` is read after `status` was computed from the call that filled it.
 template <class Integer>
-Status ToInteger(Status status, double number, Integer& value) {
+Status ToInteger(Status status, const double& number, Integer& value) {
     if (status != AE_SUCCESS) return status;
     if (number < static_cast<double>(std::numeric_limits<Integer>::min()) ||
         number > static_cast<double>(std::numeric_limits<Integer>::max()))
@@ -388,10 +389,11 @@ Status Engine::SetBinary(Handle table, std::string_view name, std::uint16_t bina
 // --- filters and searches
 
 Status Engine::SetFilter(Handle table, std::string_view expression) {
+    cursor::TableCursor* cursor = FindTable(table);
+    if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
     std::string message;
-    return WithTable(table, [&](cursor::TableCursor* cursor) -> Status {
-        return (message.clear(), cursor->SetFilter(expression, message));
-    });
+    const Status status = cursor->SetFilter(expression, message);
+    return Report(status, message);
 }
 
 Status Engine::GetFilter(Handle table, std::string& expression) {
@@ -413,7 +415,8 @@ Status Engine::Locate(Handle table, std::string_view expression, bool forward, b
     cursor::TableCursor* cursor = FindTable(table);
     if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
     std::string message;
-    return Report(cursor->Locate(expression, forward, found, message), message);
+    const Status status = cursor->Locate(expression, forward, found, message);
+    return Report(status, message);
 }
 
 Status Engine::Continue(Handle table, bool& found) {
