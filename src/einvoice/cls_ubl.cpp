@@ -13,13 +13,12 @@ clsUBL::clsUBL(const InvoiceLookups& lookups) : lookups_(lookups) {}
 
 clsUBL::~clsUBL() = default;
 
-bool clsUBL::StartDocument(std::string_view rootName, const XmlDocument::Namespaces& namespaces,
+void clsUBL::StartDocument(std::string_view rootName, const XmlDocument::Namespaces& namespaces,
                            std::string_view currency, bool isCreditNote) {
     numbers_ = NumberWriter(DetectDecimalSeparator());
     document_ = std::make_unique<XmlDocument>(rootName, namespaces);
     currency_ = platform::Trim(currency);
     creditNote_ = isCreditNote;
-    return true;
 }
 
 bool clsUBL::SaveFile(const std::string& path) {

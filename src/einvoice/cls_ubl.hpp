@@ -114,7 +114,7 @@ class clsUBL {
     bool InvoiceLineFormat(const UblLine& line);
 
   private:
-    bool StartDocument(std::string_view rootName, const XmlDocument::Namespaces& namespaces,
+    void StartDocument(std::string_view rootName, const XmlDocument::Namespaces& namespaces,
                        std::string_view currency, bool isCreditNote);
     bool HasDocument() const { return document_ != nullptr; }
     XmlElement Root() { return document_->Root(); }
