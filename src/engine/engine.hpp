@@ -2,9 +2,9 @@
 
 // The embedded table engine: the operation set over DBF / FPT files in folders, run in-process.
 // It maps handles to connections and open tables and hands each call to the units below
-// (cursor/, dbf/, memo/, lock/, expr/, order/). SQL statements, data dictionaries, encryption
-// and the management call's server-side figures are not part of this engine yet: those
-// operations return AE_NOT_IMPLEMENTED.
+// (cursor/, dbf/, memo/, lock/, expr/, order/). SQL statements run through sql/. Data
+// dictionaries, encryption and the management call's server-side figures are not part of this
+// engine yet: those operations return AE_NOT_IMPLEMENTED.
 
 #include <map>
 #include <memory>
@@ -18,6 +18,10 @@ namespace fnrk::engine {
 
 namespace order {
 class OrderRegistry;
+}
+namespace sql {
+class StatementRegistry;
+struct StatementSettings;
 }
 
 class Engine final : public Operations {
@@ -264,6 +268,10 @@ class Engine final : public Operations {
     order::OrderRegistry& Orders();
     Status AttachIndexes(Handle table);
     void DetachIndexes(Handle table);
+    // SQL statements (engine_sql.cpp).
+    sql::StatementRegistry& Statements();
+    Status OnStatement(Handle statement,
+                       const std::function<Status(sql::StatementSettings&)>& body);
 
     cursor::EngineSettings settings_;
     std::map<Handle, Connection> connections_;
@@ -276,6 +284,8 @@ class Engine final : public Operations {
     std::string lastErrorText_;
     ProgressCallback progress_;
     std::uint32_t progressId_ = 0;
+    // Shared, not unique: this header leaves the registry's type incomplete.
+    std::shared_ptr<sql::StatementRegistry> statements_;
     // Declared last: it refers to the open tables and goes first.
     std::unique_ptr<order::OrderRegistry> orders_;
 };

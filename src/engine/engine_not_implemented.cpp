@@ -1,5 +1,5 @@
-// The operations this engine does not offer yet (see engine.hpp): encryption, SQL statements
-// and data dictionaries.
+// The operations this engine does not offer yet (see engine.hpp): encryption and data
+// dictionaries.
 
 #include "engine/engine.hpp"
 
@@ -18,64 +18,6 @@ Status Engine::DecryptTable(Handle /*table*/) {
 }
 
 Status Engine::IsTableEncrypted(Handle /*table*/, bool& /*encrypted*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::CreateSQLStatement(Handle /*connection*/, Handle& /*statement*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::PrepareSQL(Handle /*statement*/, std::string_view /*sql*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::ExecuteSQL(Handle /*statement*/, Handle& /*cursor*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::ExecuteSQLDirect(Handle /*statement*/, std::string_view /*sql*/,
-                                Handle& /*cursor*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::GetSQLStatementHandle(Handle /*cursor*/, Handle& /*statement*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::ClearSQLParams(Handle /*statement*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::CloseSQLStatement(Handle /*statement*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::StmtSetTableRights(Handle /*statement*/, std::uint16_t /*checkRights*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::StmtSetTableReadOnly(Handle /*statement*/, std::uint16_t /*readOnly*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::StmtSetTableLockType(Handle /*statement*/, std::uint16_t /*lockType*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::StmtSetTableCharType(Handle /*statement*/, std::uint16_t /*charType*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::StmtSetTableType(Handle /*statement*/, std::uint16_t /*tableType*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::StmtEnableEncryption(Handle /*statement*/, std::string_view /*password*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::StmtSetTablePassword(Handle /*statement*/, std::string_view /*tableName*/,
-                                    std::string_view /*password*/) {
     return Report(AE_NOT_IMPLEMENTED);
 }
 

@@ -103,4 +103,15 @@ RewrittenStatement RewriteDialect(std::string_view statement) {
     return out;
 }
 
+std::string OriginalSpelling(std::string_view columnName) {
+    std::string name(columnName);
+    for (auto [function, word] : {std::pair{kLeftFunction, std::string_view("LEFT")},
+                                  std::pair{kRightFunction, std::string_view("RIGHT")}}) {
+        for (std::size_t at = name.find(function); at != std::string::npos;
+             at = name.find(function, at + word.size()))
+            name.replace(at, function.size(), word);
+    }
+    return name;
+}
+
 }  // namespace fnrk::engine::sql

@@ -27,4 +27,7 @@ struct RewrittenStatement {
 
 RewrittenStatement RewriteDialect(std::string_view statement);
 
+// A column name SQLite made from rewritten text, with LEFT / RIGHT spelled as written.
+std::string OriginalSpelling(std::string_view columnName);
+
 }  // namespace fnrk::engine::sql

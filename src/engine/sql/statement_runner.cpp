@@ -89,7 +89,8 @@ Status Prepare(TableSource& source, sqlite3* db, const RewrittenStatement& rewri
             }
             const std::string rest = platform::Trim(tail == nullptr ? "" : tail);
             if (!rest.empty() && rest != ";") {
-                const auto at = static_cast<std::size_t>(tail - rewritten.text.c_str());
+                auto at = static_cast<std::size_t>(tail - rewritten.text.c_str());
+                at = rewritten.text.find_first_not_of(" \t\r\n", at);
                 message = "at position " + std::to_string(rewritten.OriginalOffset(at) + 1) +
                           ": one statement at a time";
                 return AE_SQL_ERROR;
@@ -170,7 +171,8 @@ Status RunStatement(TableSource& source, std::string_view statement, RunMode mod
     const int columns = sqlite3_column_count(run);
     result.query = columns > 0;
     for (int i = 0; i < columns; ++i)
-        result.columns.push_back({sqlite3_column_name(run, i), SourceField(source, run, i)});
+        result.columns.push_back(
+            {OriginalSpelling(sqlite3_column_name(run, i)), SourceField(source, run, i)});
     if (mode == RunMode::PrepareOnly) return AE_SUCCESS;
     int rc = SQLITE_ROW;
     while ((rc = sqlite3_step(run)) == SQLITE_ROW) {
