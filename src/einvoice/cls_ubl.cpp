@@ -58,6 +58,23 @@ void clsUBL::AddAmount(XmlElement parent, std::string_view name, double value) {
     parent.Add(name, numbers_.Amount(value)).Attribute("currencyID", currency_);
 }
 
+XmlElement clsUBL::AddPaymentMeans(
+    std::string_view isoDueDate,
+    std::initializer_list<std::pair<std::string_view, std::string_view>> codeAttributes) {
+    XmlElement means = Root().Add("cac:PaymentMeans");
+    XmlElement code = means.Add("cbc:PaymentMeansCode", "1");
+    for (const auto& [name, value] : codeAttributes) code.Attribute(name, value);
+    means.AddIfNotEmpty("cbc:PaymentDueDate", isoDueDate);
+    return means;
+}
+
+XmlElement clsUBL::AddTaxSubtotal(XmlElement total, double taxableAmount, double taxAmount) {
+    XmlElement subtotal = total.Add("cac:TaxSubtotal");
+    AddAmount(subtotal, "cbc:TaxableAmount", taxableAmount);
+    AddAmount(subtotal, "cbc:TaxAmount", taxAmount);
+    return subtotal;
+}
+
 XmlElement clsUBL::AddPaymentTerms(std::string_view note, double discountPercent) {
     XmlElement terms = Root().Add("cac:PaymentTerms");
     terms.AddIfNotEmpty("cbc:Note", note);

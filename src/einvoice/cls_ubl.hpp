@@ -7,6 +7,7 @@
 // wrote its section; it writes nothing and returns false before an Init method or on a date it
 // cannot read.
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -119,6 +120,13 @@ class clsUBL {
     bool HasDocument() const { return document_ != nullptr; }
     XmlElement Root() { return document_->Root(); }
     void AddAmount(XmlElement parent, std::string_view name, double value);
+    // "cac:PaymentMeans" with the payment means code "1" (instrument not defined), carrying the
+    // code-list attributes given, and the due date when there is one.
+    XmlElement AddPaymentMeans(
+        std::string_view isoDueDate,
+        std::initializer_list<std::pair<std::string_view, std::string_view>> codeAttributes);
+    // "cac:TaxSubtotal" with its taxable and tax amounts.
+    XmlElement AddTaxSubtotal(XmlElement total, double taxableAmount, double taxAmount);
     // "cac:PaymentTerms" with the note (when there is one) and the discount percentage.
     XmlElement AddPaymentTerms(std::string_view note, double discountPercent);
     // Description lines from index 1 on, joined by CR LF; empty when none was added.

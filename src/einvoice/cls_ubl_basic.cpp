@@ -131,12 +131,9 @@ bool clsUBL::PaymentMeans(std::string_view dueDate, std::string_view structuredR
                           std::string_view bic) {
     const auto due = IsoDate(dueDate);
     if (!HasDocument() || !due) return false;
-    XmlElement means = Root().Add("cac:PaymentMeans");
-    means.Add("cbc:PaymentMeansCode", "1")
-        .Attribute("listURI", kPaymentMeansCodeList)
-        .Attribute("listName", "Payment Means")
-        .Attribute("listID", "UN/ECE4461");
-    means.AddIfNotEmpty("cbc:PaymentDueDate", *due);
+    XmlElement means = AddPaymentMeans(*due, {{"listURI", kPaymentMeansCodeList},
+                                              {"listName", "Payment Means"},
+                                              {"listID", "UN/ECE4461"}});
     means.AddIfNotEmpty("cbc:InstructionID", structuredReference);
     means.Add("cbc:InstructionNote", communication);
     AddPayeeAccount(means, iban, bic, "schemeName");
@@ -164,9 +161,7 @@ bool clsUBL::TaxTotal(double taxAmount) {
     XmlElement total = Root().Add("cac:TaxTotal");
     AddAmount(total, "cbc:TaxAmount", taxAmount);
     for (const SubTotalRow& row : subTotals_) {
-        XmlElement subtotal = total.Add("cac:TaxSubtotal");
-        AddAmount(subtotal, "cbc:TaxableAmount", row.second);
-        AddAmount(subtotal, "cbc:TaxAmount", row.third);
+        XmlElement subtotal = AddTaxSubtotal(total, row.second, row.third);
         subtotal.Add("cbc:Percent", numbers_.Amount(row.first));
         AddBasicTaxCategory(subtotal, VatCategory(row.firstCode), row.firstCode, nullptr);
     }
@@ -207,10 +202,8 @@ bool clsUBL::InvoiceLine(const UblLine& line) {
     }
     XmlElement tax = entry.Add("cac:TaxTotal");
     AddAmount(tax, "cbc:TaxAmount", line.taxAmount);
-    XmlElement subtotal = tax.Add("cac:TaxSubtotal");
-    AddAmount(subtotal, "cbc:TaxableAmount", line.lineAmount);
-    // UBL 2.0 requires the sub-total's own tax amount.
-    AddAmount(subtotal, "cbc:TaxAmount", line.taxAmount);
+    // With its own tax amount, which UBL 2.0 requires of every sub-total.
+    XmlElement subtotal = AddTaxSubtotal(tax, line.lineAmount, line.taxAmount);
     subtotal.Add("cbc:Percent", numbers_.Amount(line.vatRate));
     AddBasicTaxCategory(subtotal, VatCategory(line.vatCode), line.vatCode, &line.exemptionReason);
     XmlElement item = entry.Add("cac:Item");

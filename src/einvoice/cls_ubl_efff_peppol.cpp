@@ -135,9 +135,7 @@ bool clsUBL::PaymentMeansEfffPEPPOL(std::string_view dueDate, std::string_view s
                                     std::string_view iban, std::string_view bic) {
     const auto due = IsoDate(dueDate);
     if (!HasDocument() || !due) return false;
-    XmlElement means = Root().Add("cac:PaymentMeans");
-    means.Add("cbc:PaymentMeansCode", "1").Attribute("listID", "UNCL4461");
-    means.AddIfNotEmpty("cbc:PaymentDueDate", *due);
+    XmlElement means = AddPaymentMeans(*due, {{"listID", "UNCL4461"}});
     means.AddIfNotEmpty("cbc:PaymentID", PaymentReference(structuredReference));
     AddPayeeAccount(means, CompactIban(iban), bic, "schemeID");
     return true;
@@ -176,18 +174,14 @@ bool clsUBL::TaxTotalEfffPEPPOL(double taxAmount, double cashDiscount) {
     XmlElement total = Root().Add("cac:TaxTotal");
     AddAmount(total, "cbc:TaxAmount", taxAmount);
     for (const SubTotalRow& row : subTotals_) {
-        XmlElement subtotal = total.Add("cac:TaxSubtotal");
-        AddAmount(subtotal, "cbc:TaxableAmount", row.second);
-        AddAmount(subtotal, "cbc:TaxAmount", row.third);
+        XmlElement subtotal = AddTaxSubtotal(total, row.second, row.third);
         const std::string category = VatCategoryOrDefault(row.firstCode, row.first);
         const std::string reason = TaxExemptionReason(category, row.secondCode);
         AddTaxCategory(subtotal, "cac:TaxCategory",
                        {category, "UNCL5305", row.firstCode, row.first, reason}, numbers_);
     }
     if (cashDiscount > 0.0) {
-        XmlElement subtotal = total.Add("cac:TaxSubtotal");
-        AddAmount(subtotal, "cbc:TaxableAmount", cashDiscount);
-        AddAmount(subtotal, "cbc:TaxAmount", 0.0);
+        XmlElement subtotal = AddTaxSubtotal(total, cashDiscount, 0.0);
         AddTaxCategory(subtotal, "cac:TaxCategory", {"E", "UNCL5305", "NA", 0.0, "Cash Discount"},
                        numbers_);
     }
@@ -227,9 +221,7 @@ bool clsUBL::InvoiceLineEfffPEPPOL(const UblLine& line) {
     const std::string category = VatCategoryOrDefault(line.vatCode, line.vatRate);
     XmlElement tax = entry.Add("cac:TaxTotal");
     AddAmount(tax, "cbc:TaxAmount", line.taxAmount);
-    XmlElement subtotal = tax.Add("cac:TaxSubtotal");
-    AddAmount(subtotal, "cbc:TaxableAmount", line.lineAmount);
-    AddAmount(subtotal, "cbc:TaxAmount", line.taxAmount);
+    XmlElement subtotal = AddTaxSubtotal(tax, line.lineAmount, line.taxAmount);
     const std::string reason = TaxExemptionReason(category, line.exemptionReason);
     AddTaxCategory(subtotal, "cac:TaxCategory",
                    {category, "UNCL5305", line.vatCode, line.vatRate, reason}, numbers_);

@@ -110,9 +110,7 @@ bool clsUBL::PaymentMeansFormat(std::string_view dueDate, std::string_view struc
                                 std::string_view iban, std::string_view bic) {
     const auto due = IsoDate(dueDate);
     if (!HasDocument() || !due) return false;
-    XmlElement means = Root().Add("cac:PaymentMeans");
-    means.Add("cbc:PaymentMeansCode", "1");
-    means.AddIfNotEmpty("cbc:PaymentDueDate", *due);
+    XmlElement means = AddPaymentMeans(*due, {});
     means.AddIfNotEmpty("cbc:PaymentID", PaymentReference(structuredReference));
     const std::string account = CompactIban(iban);
     if (!account.empty()) {
@@ -172,17 +170,13 @@ bool clsUBL::TaxTotalFormat(double taxAmount, double cashDiscount) {
             taxable += cashDiscount;
             cashDiscountWritten = true;
         }
-        XmlElement subtotal = total.Add("cac:TaxSubtotal");
-        AddAmount(subtotal, "cbc:TaxableAmount", taxable);
-        AddAmount(subtotal, "cbc:TaxAmount", row.third);
+        XmlElement subtotal = AddTaxSubtotal(total, taxable, row.third);
         const std::string reason = TaxExemptionReason(category, row.secondCode);
         AddTaxCategory(subtotal, "cac:TaxCategory", {category, {}, {}, row.first, reason},
                        numbers_);
     }
     if (!cashDiscountWritten) {
-        XmlElement subtotal = total.Add("cac:TaxSubtotal");
-        AddAmount(subtotal, "cbc:TaxableAmount", cashDiscount);
-        AddAmount(subtotal, "cbc:TaxAmount", 0.0);
+        XmlElement subtotal = AddTaxSubtotal(total, cashDiscount, 0.0);
         AddTaxCategory(subtotal, "cac:TaxCategory", {"E", {}, {}, 0.0, "Cash Discount"}, numbers_);
     }
     return true;
