@@ -5,13 +5,6 @@
 namespace fnrk::declarations {
 namespace {
 
-TEST(DeclarationText, AmountsUseAPoint) {
-    EXPECT_EQ(AmountText("1234,56"), "1234.56");
-    EXPECT_EQ(AmountText("-0,5"), "-0.5");
-    EXPECT_EQ(AmountText("1234.56"), "1234.56");
-    EXPECT_EQ(AmountText(""), "");
-}
-
 TEST(DeclarationText, PostCodesLoseOnlyAnActualCountryPrefix) {
     EXPECT_EQ(PostCodeText("BE-1000   "), "1000");
     EXPECT_EQ(PostCodeText("  lu 1234"), "1234");
