@@ -22,7 +22,7 @@ class Tables {
         folder_ = std::filesystem::temp_directory_path() /
                   ("fennrick-bench-sql-" + std::to_string(::getpid()));
         std::filesystem::create_directories(folder_);
-        Connect26(folder_.string(), ADS_LOCAL_SERVER, connection_);
+        Expect(engine_.Connect26(folder_.string(), ADS_LOCAL_SERVER, connection_));
         Handle table = 0;
         Expect(engine_.CreateTable(connection_, "BIG", "", ADS_CDX, ADS_ANSI,
                                    ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0,
@@ -62,9 +62,6 @@ class Tables {
     }
 
   private:
-    void Connect26(const std::string& folder, std::uint16_t type, Handle& connection) {
-        Expect(engine_.Connect26(folder, type, connection));
-    }
     void Expect(Status status) {
         if (status == AE_SUCCESS) return;
         Status code = status;

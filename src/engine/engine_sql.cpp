@@ -1,13 +1,30 @@
 // SQL statements of the engine (sql/): statement handles live beside the table handles, and a
 // query's static cursor is an ordinary open table of the statement's connection.
 
+#include <algorithm>
 #include <filesystem>
+#include <vector>
 
 #include "engine/engine.hpp"
 #include "engine/sql/statement_registry.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::engine {
+
+namespace {
+
+// Sets a numeric setting of a statement when the value is one of `allowed`, else refuses it.
+std::function<Status(sql::StatementSettings&)> Choice(
+    std::uint16_t value, std::vector<std::uint16_t> allowed, Status refusal,
+    std::uint16_t sql::StatementSettings::*setting) {
+    return [=](sql::StatementSettings& settings) {
+        if (std::find(allowed.begin(), allowed.end(), value) == allowed.end()) return refusal;
+        settings.*setting = value;
+        return AE_SUCCESS;
+    };
+}
+
+}  // namespace
 
 sql::StatementRegistry& Engine::Statements() {
     if (!statements_) statements_ = std::make_shared<sql::StatementRegistry>(*this, nullptr);
@@ -62,47 +79,30 @@ Status Engine::CloseSQLStatement(Handle statement) {
 }
 
 Status Engine::StmtSetTableRights(Handle statement, std::uint16_t checkRights) {
-    return OnStatement(statement, [&](sql::StatementSettings& settings) {
-        if (checkRights != ADS_CHECKRIGHTS && checkRights != ADS_IGNORERIGHTS)
-            return AE_INVALID_RIGHTSOPTION;
-        settings.checkRights = checkRights;
-        return AE_SUCCESS;
-    });
+    return OnStatement(
+        statement, Choice(checkRights, {ADS_CHECKRIGHTS, ADS_IGNORERIGHTS}, AE_INVALID_RIGHTSOPTION,
+                          &sql::StatementSettings::checkRights));
 }
 
 Status Engine::StmtSetTableReadOnly(Handle statement, std::uint16_t readOnly) {
-    return OnStatement(statement, [&](sql::StatementSettings& settings) {
-        if (readOnly != ADS_CURSOR_READONLY && readOnly != ADS_CURSOR_READWRITE)
-            return AE_INVALID_OPTION;
-        settings.readOnly = readOnly;
-        return AE_SUCCESS;
-    });
+    return OnStatement(statement, Choice(readOnly, {ADS_CURSOR_READONLY, ADS_CURSOR_READWRITE},
+                                         AE_INVALID_OPTION, &sql::StatementSettings::readOnly));
 }
 
 Status Engine::StmtSetTableLockType(Handle statement, std::uint16_t lockType) {
-    return OnStatement(statement, [&](sql::StatementSettings& settings) {
-        if (lockType != ADS_COMPATIBLE_LOCKING && lockType != ADS_PROPRIETARY_LOCKING)
-            return AE_INVALID_LOCKTYPE;
-        settings.lockType = lockType;
-        return AE_SUCCESS;
-    });
+    return OnStatement(statement,
+                       Choice(lockType, {ADS_COMPATIBLE_LOCKING, ADS_PROPRIETARY_LOCKING},
+                              AE_INVALID_LOCKTYPE, &sql::StatementSettings::lockType));
 }
 
 Status Engine::StmtSetTableCharType(Handle statement, std::uint16_t charType) {
-    return OnStatement(statement, [&](sql::StatementSettings& settings) {
-        if (charType != ADS_ANSI && charType != ADS_DEFAULT) return AE_INVALID_CHARSETTYPE;
-        settings.charType = charType;
-        return AE_SUCCESS;
-    });
+    return OnStatement(statement, Choice(charType, {ADS_ANSI, ADS_DEFAULT}, AE_INVALID_CHARSETTYPE,
+                                         &sql::StatementSettings::charType));
 }
 
 Status Engine::StmtSetTableType(Handle statement, std::uint16_t tableType) {
-    return OnStatement(statement, [&](sql::StatementSettings& settings) {
-        if (tableType != ADS_CDX && tableType != ADS_VFP && tableType != ADS_DEFAULT)
-            return AE_INVALID_TABLETYPE;
-        settings.tableType = tableType;
-        return AE_SUCCESS;
-    });
+    return OnStatement(statement, Choice(tableType, {ADS_CDX, ADS_VFP, ADS_DEFAULT},
+                                         AE_INVALID_TABLETYPE, &sql::StatementSettings::tableType));
 }
 
 Status Engine::StmtEnableEncryption(Handle statement, std::string_view password) {

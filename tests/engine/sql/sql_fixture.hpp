@@ -1,25 +1,23 @@
 #pragma once
 
-// An Engine connected to a temporary folder holding copies of fixture tables, with helpers to
-// run statements and to read cursors and tables by navigation.
+// The engine test fixture with copies of fixture tables and helpers to run statements and to
+// read cursors and tables by navigation. Deleted records are hidden, as the library sets it.
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
-#include "engine/engine.hpp"
 #include "engine/sql/row_id.hpp"
-#include "support/temp_dir.hpp"
+#include "engine/table/engine_fixture.hpp"
 
 namespace fnrk::engine {
 
-class SqlTest : public ::testing::Test {
+class SqlTest : public EngineTest {
   protected:
     void SetUp() override {
-        ASSERT_EQ(engine.Connect26(dir.path().string(), ADS_LOCAL_SERVER, connection), 0);
+        EngineTest::SetUp();
         ASSERT_EQ(engine.ShowDeleted(false), AE_SUCCESS);
     }
 
@@ -31,15 +29,6 @@ class SqlTest : public ::testing::Test {
             if (std::filesystem::exists(from))
                 std::filesystem::copy_file(from, dir / (name + extension));
         }
-    }
-
-    Handle Open(const std::string& name, std::uint32_t options = ADS_SHARED,
-                const std::string& alias = "") {
-        Handle table = 0;
-        EXPECT_EQ(engine.OpenTable(connection, name, alias, ADS_CDX, ADS_ANSI,
-                                   ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, options, table),
-                  AE_SUCCESS);
-        return table;
     }
 
     Handle NewStatement() {
@@ -69,24 +58,6 @@ class SqlTest : public ::testing::Test {
         return text;
     }
 
-    std::string String(Handle table, const std::string& field) {
-        std::string value;
-        EXPECT_EQ(engine.GetString(table, field, value, ADS_NONE), AE_SUCCESS) << field;
-        return value;
-    }
-
-    std::uint32_t Recno(Handle table) {
-        std::uint32_t record = 0;
-        EXPECT_EQ(engine.GetRecordNum(table, ADS_IGNOREFILTERS, record), AE_SUCCESS);
-        return record;
-    }
-
-    bool Eof(Handle table) {
-        bool eof = true;
-        EXPECT_EQ(engine.AtEOF(table, eof), AE_SUCCESS);
-        return eof;
-    }
-
     // Every row of `object` from the top, as the text of `fields`.
     std::vector<std::vector<std::string>> Rows(Handle object,
                                                const std::vector<std::string>& fields) {
@@ -110,10 +81,6 @@ class SqlTest : public ::testing::Test {
         }
         return records;
     }
-
-    testing::TempDir dir;
-    Engine engine;
-    Handle connection = 0;
 };
 
 }  // namespace fnrk::engine

@@ -27,14 +27,6 @@ class ViewsTest : public SqlTest {
                   AE_SUCCESS)
             << LastErrorText();
     }
-
-    void Create(const std::string& name, const std::string& fields) {
-        Handle table = 0;
-        ASSERT_EQ(engine.CreateTable(connection, name, "", ADS_CDX, ADS_ANSI,
-                                     ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0, fields, table),
-                  AE_SUCCESS);
-        ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
-    }
 };
 
 TEST_F(ViewsTest, ViewIsQueriedLikeATable) {
