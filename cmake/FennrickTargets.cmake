@@ -37,3 +37,16 @@ function(fnrk_add_subfolders)
         endif()
     endforeach()
 endfunction()
+
+# A libFuzzer program (clang, -DFNRK_FUZZERS=ON): fuzz/<name>.cpp of the calling folder, linked
+# to `library`, which is instrumented for coverage as well. scripts/test.sh runs every fuzz_*.
+function(fnrk_fuzzer name library)
+    target_compile_options(${library} PRIVATE -fsanitize=fuzzer-no-link,address,undefined
+                                              -fno-sanitize-recover=all)
+    target_link_options(${library} INTERFACE -fsanitize=address,undefined)
+    add_executable(${name} fuzz/${name}.cpp)
+    target_compile_options(${name} PRIVATE -fsanitize=fuzzer,address,undefined
+                                           -fno-sanitize-recover=all)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer,address,undefined)
+    target_link_libraries(${name} PRIVATE ${library})
+endfunction()

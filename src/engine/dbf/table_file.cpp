@@ -241,12 +241,28 @@ Status TableFile::Flush() {
     return AE_SUCCESS;
 }
 
-Status TableFile::Pack(std::string& message) {
+Status TableFile::RequireExclusiveWrite(const char* operation, std::string& message) const {
     if (readOnly_) return AE_TABLE_READONLY;
-    if (!exclusive_) {
-        message = "pack needs the table open exclusively";
-        return AE_TABLE_NOT_EXCLUSIVE;
+    if (exclusive_) return AE_SUCCESS;
+    message = std::string(operation) + " needs the table open exclusively";
+    return AE_TABLE_NOT_EXCLUSIVE;
+}
+
+Status TableFile::EndAfter(std::uint32_t count, std::string& message) {
+    header_.recordCount = count;
+    const char end = kEndOfFile;
+    const std::uint64_t endOffset = RecordOffset(count + 1);
+    if (!file_.WriteAt(endOffset, &end, 1) || !file_.Truncate(endOffset + 1)) {
+        message = "cannot shorten " + path_;
+        return AE_PERMISSION_DENIED;
     }
+    headerDirty_ = true;
+    DropCache();
+    return Flush();
+}
+
+Status TableFile::Pack(std::string& message) {
+    if (Status status = RequireExclusiveWrite("pack", message); status != AE_SUCCESS) return status;
     const std::size_t length = header_.recordLength;
     std::vector<char> chunk(kPackChunkRecords * length);
     std::uint32_t kept = 0;
@@ -267,40 +283,18 @@ Status TableFile::Pack(std::string& message) {
             }
         }
     }
-    header_.recordCount = kept;
-    const char end = kEndOfFile;
-    const std::uint64_t endOffset = header_.headerLength + std::uint64_t{kept} * length;
-    if (!file_.WriteAt(endOffset, &end, 1) || !file_.Truncate(endOffset + 1)) {
-        message = "cannot shorten " + path_;
-        return AE_PERMISSION_DENIED;
-    }
-    headerDirty_ = true;
-    DropCache();
-    if (Status status = Flush(); status != AE_SUCCESS) return status;
+    if (Status status = EndAfter(kept, message); status != AE_SUCCESS) return status;
     if (observer_ != nullptr) observer_->TablePacked();
     return AE_SUCCESS;
 }
 
 Status TableFile::Zap(std::string& message) {
-    if (readOnly_) return AE_TABLE_READONLY;
-    if (!exclusive_) {
-        message = "zap needs the table open exclusively";
-        return AE_TABLE_NOT_EXCLUSIVE;
-    }
-    header_.recordCount = 0;
-    const char end = kEndOfFile;
-    if (!file_.WriteAt(header_.headerLength, &end, 1) ||
-        !file_.Truncate(header_.headerLength + 1)) {
-        message = "cannot shorten " + path_;
-        return AE_PERMISSION_DENIED;
-    }
+    if (Status status = RequireExclusiveWrite("zap", message); status != AE_SUCCESS) return status;
+    if (Status status = EndAfter(0, message); status != AE_SUCCESS) return status;
     if (memo_.IsOpen()) {
         message = memo_.Clear();
         if (!message.empty()) return AE_PERMISSION_DENIED;
     }
-    headerDirty_ = true;
-    DropCache();
-    if (Status status = Flush(); status != AE_SUCCESS) return status;
     if (observer_ != nullptr) observer_->TableZapped();
     return AE_SUCCESS;
 }

@@ -78,6 +78,9 @@ class TableFile {
         return header_.headerLength + std::uint64_t{record - 1} * header_.recordLength;
     }
     bool WriteHeaderPrefix();
+    Status RequireExclusiveWrite(const char* operation, std::string& message) const;
+    // Makes `count` the number of records: end-of-file mark, file cut after it, header updated.
+    Status EndAfter(std::uint32_t count, std::string& message);
     void StampUpdateDate();
 
     std::string path_;
