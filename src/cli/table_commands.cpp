@@ -76,6 +76,7 @@ void Create(const std::string& file, const std::string& fieldList) {
 
 void Load(const std::string& file) {
     auto table = OpenTable(file, {.exclusive = false, .readOnly = false});
+    const auto indexes = FollowIndexes(*table);
     std::string line;
     std::size_t lineNumber = 0;
     while (std::getline(std::cin, line)) {
@@ -94,6 +95,7 @@ void Load(const std::string& file) {
 
 void SetDeleted(const std::string& file, std::uint32_t recno, bool deleted) {
     auto table = OpenTable(file, {.exclusive = false, .readOnly = false});
+    const auto indexes = FollowIndexes(*table);
     table->GotoRecord(recno);
     if (table->atEof()) throw CommandFailure("no record " + std::to_string(recno) + " in " + file);
     const engine::Status status = table->SetDeleted(deleted);
@@ -104,6 +106,7 @@ void SetDeleted(const std::string& file, std::uint32_t recno, bool deleted) {
 
 void Reorganise(const std::string& file, bool zap) {
     auto table = OpenTable(file, {.exclusive = true, .readOnly = false});
+    const auto indexes = FollowIndexes(*table);
     std::string message;
     const engine::Status status = zap ? table->Zap(message) : table->Pack(message);
     if (status != AE_SUCCESS)

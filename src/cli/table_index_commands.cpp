@@ -51,9 +51,7 @@ IndexedTable OpenIndexed(const std::string& file, engine::dbf::OpenRequest reque
     std::string message;
     if (table.cursor->Open(file, "T", request, message) != AE_SUCCESS)
         throw CommandFailure(message.empty() ? "cannot open " + file : message);
-    table.indexes = std::make_unique<TableIndexes>(*table.cursor, Settings().dates);
-    if (const engine::Status status = table.indexes->OpenStructural(message); status != AE_SUCCESS)
-        throw CommandFailure(message.empty() ? "cannot open the index of " + file : message);
+    table.indexes = FollowIndexes(*table.cursor);
     return table;
 }
 
@@ -174,6 +172,14 @@ void SetUpTableIndexCommands(CLI::App& app) {
 }
 
 }  // namespace
+
+std::unique_ptr<TableIndexes> FollowIndexes(TableCursor& table) {
+    auto indexes = std::make_unique<TableIndexes>(table, Settings().dates);
+    std::string message;
+    if (indexes->OpenStructural(message) != AE_SUCCESS)
+        throw CommandFailure(message.empty() ? "cannot open the index of the table" : message);
+    return indexes;
+}
 
 std::vector<std::string> CheckTableIndexes(const std::string& file) {
     IndexedTable table = OpenIndexed(file, {.exclusive = false, .readOnly = true});
