@@ -156,9 +156,10 @@ void TableIndexes::Rebuild(File& file, const std::vector<TagRequest>& requests) 
     for (const auto& request : requests)
         keys.push_back(std::make_unique<TagKeys>(request.keyExpression, request.forExpression,
                                                  table_.header(), dates_));
-    std::vector<std::unique_ptr<OpenTag>> kept;
+    // Names are taken now: the old tags go with the old file.
+    std::vector<std::pair<std::string, std::unique_ptr<OpenTag>>> kept;
     for (auto& open : tags_)
-        if (open->file == file.index.get()) kept.push_back(std::move(open));
+        if (open->file == file.index.get()) kept.emplace_back(open->tag->name(), std::move(open));
     std::erase(tags_, nullptr);
     const bool shared = !table_.file().exclusive();
     file.index.reset();
@@ -179,11 +180,11 @@ void TableIndexes::Rebuild(File& file, const std::vector<TagRequest>& requests) 
     // Tags keep their OpenTag objects (orders point at them); new tags get new ones.
     for (std::size_t i = 0; i < requests.size(); ++i) {
         cdx::IndexTag* tag = file.index->FindTag(requests[i].name);
-        auto same = std::find_if(kept.begin(), kept.end(), [&](const auto& open) {
-            return open && SameName(open->tag->name(), requests[i].name);
+        auto same = std::find_if(kept.begin(), kept.end(), [&](const auto& entry) {
+            return entry.second && SameName(entry.first, requests[i].name);
         });
         std::unique_ptr<OpenTag> open =
-            same != kept.end() ? std::move(*same) : std::make_unique<OpenTag>();
+            same != kept.end() ? std::move(same->second) : std::make_unique<OpenTag>();
         open->file = file.index.get();
         open->tag = tag;
         open->keys = std::move(keys[i]);
