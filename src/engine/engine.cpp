@@ -212,17 +212,6 @@ Status Engine::ClearCallbackFunction() {
     return AE_SUCCESS;
 }
 
-Status Engine::MgGetConfigInfo(Handle /*managementConnection*/, MgmtConfig& config) {
-    config = MgmtConfig{};
-    config.lNumConnections = static_cast<std::int32_t>(connections_.size());
-    config.lNumTables = static_cast<std::int32_t>(tables_.size());
-    config.lNumWorkAreas = static_cast<std::int32_t>(tables_.size());
-    std::int32_t locks = 0;
-    for (const auto& [handle, table] : tables_) locks += table.cursor->lockCount();
-    config.lNumLocks = locks;
-    return AE_SUCCESS;
-}
-
 // --- tables
 
 Status Engine::OpenPath(Handle connection, std::string_view name, std::string& path) {
