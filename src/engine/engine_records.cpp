@@ -53,6 +53,10 @@ Status Engine::TableField(Handle table, std::string_view field, cursor::TableCur
 Status Engine::GetRecordCount(Handle table, std::uint16_t filterOption, std::uint32_t& count) {
     if (filterOption < ADS_RESPECTFILTERS || filterOption > ADS_REFRESHCOUNT)
         return Report(AE_INVALID_FILTER_OPTION);
+    // Through an index handle the scopes bound the count as they bound the navigation.
+    if (filterOption == ADS_RESPECTSCOPES && orders_ != nullptr &&
+        orders_->FindOrder(table) != nullptr)
+        return GetKeyCount(table, ADS_RESPECTFILTERS, count);
     const bool respect = filterOption == ADS_RESPECTFILTERS || filterOption == ADS_RESPECTSCOPES;
     return WithTable(table, [&](cursor::TableCursor* cursor) -> Status {
         return cursor->Count(respect, count);

@@ -205,10 +205,15 @@ TEST(TableCommands, DamagedFilesAreReportedNotCrashedOn) {
         EXPECT_TRUE(dump.exitCode == 0 || dump.exitCode == 1) << damage.name << dump.err;
     }
     EXPECT_EQ(RunFennrick({"table", "load", (dir / "missing.dbf").string()}, "{}\n").exitCode, 1);
+    // A whole table (with its structural index) refuses a line naming an unknown field.
+    WriteFileBytes(dir / "intact.dbf", good);
+    WriteFileBytes(dir / "intact.fpt", memo);
+    WriteFileBytes(dir / "intact.cdx", ReadFileBytes(Fixture("people.cdx")));
     const auto badLine =
-        RunFennrick({"table", "load", (dir / "memo_cut.dbf").string()}, R"({"NOSUCH":"x"})");
+        RunFennrick({"table", "load", (dir / "intact.dbf").string()}, R"({"NOSUCH":"x"})");
     EXPECT_EQ(badLine.exitCode, 1);
     EXPECT_NE(badLine.err.find("no field NOSUCH"), std::string::npos) << badLine.err;
+    EXPECT_EQ(ReadFileBytes(dir / "intact.dbf"), good);  // nothing appended
 }
 
 }  // namespace
