@@ -83,20 +83,22 @@ nlohmann::ordered_json RecordToJson(TableCursor& table) {
 
 void AppendRecordFromJson(TableCursor& table, const nlohmann::json& object) {
     if (!object.is_object()) throw CommandFailure("each line must be a JSON object");
-    Require(table.Append(), "append");
-    const std::uint32_t record = table.recordNumber();
+    // The line is checked before the append, so a line naming an unknown field adds nothing.
     bool deleted = false;
     for (const auto& [name, value] : object.items()) {
         if (name == "recno") continue;
         if (name == "deleted") {
             if (!value.is_boolean()) throw CommandFailure("\"deleted\" must be true or false");
             deleted = value.get<bool>();
-            continue;
+        } else if (table.FindField(name) == nullptr) {
+            throw CommandFailure("no field " + name + " in the table");
         }
-        const Field* field = table.FindField(name);
-        if (field == nullptr) throw CommandFailure("no field " + name + " in the table");
-        FieldFromJson(table, *field, value);
     }
+    Require(table.Append(), "append");
+    const std::uint32_t record = table.recordNumber();
+    for (const auto& [name, value] : object.items())
+        if (name != "recno" && name != "deleted")
+            FieldFromJson(table, *table.FindField(name), value);
     Require(table.Commit(), "write");
     if (deleted) Require(table.SetDeleted(true), "delete");
     if (table.IsRecordLocked(record) && !table.file().exclusive())
