@@ -82,7 +82,6 @@ Status TableFile::Open(const std::string& path, OpenRequest request, std::string
                                     : path + " is open exclusively elsewhere";
         return AE_LOCK_FAILED;
     }
-    const std::uint64_t size = file.Size();
     std::string bytes(kHeaderPrefixSize, '\0');
     bytes.resize(file.ReadAt(0, bytes.data(), bytes.size()));
     const std::size_t declared = DeclaredHeaderLength(bytes);
@@ -92,6 +91,9 @@ Status TableFile::Open(const std::string& path, OpenRequest request, std::string
                                                      bytes.data() + kHeaderPrefixSize,
                                                      declared - kHeaderPrefixSize));
     }
+    // The size is taken after the header: appenders extend the file before they raise the
+    // count, so a count read first never points past a size read later.
+    const std::uint64_t size = file.Size();
     TableHeader header;
     if (std::string problem = ParseTableHeader(bytes, size, header); !problem.empty()) {
         message = path + ": " + problem;
