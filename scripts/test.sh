@@ -1,19 +1,10 @@
 #!/usr/bin/env bash
-# Sets everything up and runs the whole test suite twice: a normal build, then the same suite
-# under AddressSanitizer and UndefinedBehaviorSanitizer.
+# Sets everything up, runs every fuzz target briefly, then the whole test suite twice: a normal
+# build, then the same suite under AddressSanitizer and UndefinedBehaviorSanitizer (its summary
+# closes the output).
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 "$top/scripts/setup.sh"
-
-echo "== normal build"
-"$top/scripts/build.sh" build -DCMAKE_BUILD_TYPE=Release
-(cd "$top/build" && ctest --output-on-failure -j "$(nproc)" --timeout 600)
-
-echo "== sanitizer build (address, undefined behaviour)"
-# No debug information: the sanitizers name the functions, and the build is much faster without it.
-"$top/scripts/build.sh" build-sanitize -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 \
-    -DFNRK_SANITIZE=ON -DFNRK_BENCHMARKS=OFF
-(cd "$top/build-sanitize" && ctest --output-on-failure -j "$(nproc)" --timeout 900)
 
 echo "== fuzz targets (clang, libFuzzer): every fuzz_* program, about 30 s each"
 CC=clang CXX=clang++ cmake -S "$top" -B "$top/build-fuzz" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
@@ -27,3 +18,13 @@ for fuzzer in $fuzzers; do
     echo "-- $fuzzer"
     "$binary" -max_total_time=30 -max_len=8192 "$corpus"
 done
+
+echo "== normal build"
+"$top/scripts/build.sh" build -DCMAKE_BUILD_TYPE=Release
+(cd "$top/build" && ctest --output-on-failure -j "$(nproc)" --timeout 600)
+
+echo "== sanitizer build (address, undefined behaviour)"
+# No debug information: the sanitizers name the functions, and the build is much faster without it.
+"$top/scripts/build.sh" build-sanitize -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 \
+    -DFNRK_SANITIZE=ON -DFNRK_BENCHMARKS=OFF
+(cd "$top/build-sanitize" && ctest --output-on-failure -j "$(nproc)" --timeout 900)
