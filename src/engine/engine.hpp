@@ -22,7 +22,7 @@ class OrderRegistry;
 namespace sql {
 class StatementRegistry;
 struct StatementSettings;
-}
+}  // namespace sql
 
 class Engine final : public Operations {
   public:
