@@ -2,7 +2,7 @@
 # Installs the Debian packages the build and the tests need (as root, or through sudo).
 set -euo pipefail
 packages=(
-    cmake ninja-build g++ clang pkg-config
+    cmake ninja-build g++ clang libclang-rt-14-dev pkg-config
     libgtest-dev libgmock-dev libbenchmark-dev
     libcli11-dev libfmt-dev libsqlite3-dev libssl-dev libxml2-dev libpq-dev
     nlohmann-json3-dev
