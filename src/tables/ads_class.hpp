@@ -1,0 +1,254 @@
+#pragma once
+
+// AdsClass: the table-access object of the library. It opens a dossier's tables under their
+// aliases, works on the current table (records, fields, locks, the logbook) and keeps named
+// queries. It calls nothing but the wrappers of SqlDatabase, so a dossier kept as files and one
+// kept in SQL behave alike.
+//
+// The class is split over several files by concern:
+//   ads_class_connections.cpp  Initialize, connections, versions, last error, waitFileExist
+//   ads_class_open.cpp         OpenFile, FileOpen and the standard tables, parameter tables
+//   ads_class_aliases.cpp      alias lookup, ActivateAlias, closing, pack and zap, state tests
+//   ads_class_encryption.cpp   encryption switches and the data dictionary
+//   ads_class_navigation.cpp   moving through the current table and record tests
+//   ads_class_fields.cpp       field reads, writes, record buffers and structure facts
+//   ads_class_locks.cpp        record and table locks, flushing, document locks
+//   logbook.cpp                the dossier's logbook
+//   ads_messages.cpp           the three-language message catalogue and the boxes built from it
+//   ads_class_queries*.cpp     named queries, filters and SQL cursors (see the marked section)
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "engine/constants.hpp"
+#include "engine/errors.hpp"
+#include "tables/sql_database.hpp"
+
+namespace fnrk::tables {
+
+// A field value in the caller's type: text (also dates as "DD/MM/YYYY"), number or logical.
+// std::monostate stands for "no value" (an unknown field or a failed read).
+using FieldValue = std::variant<std::monostate, std::string, double, bool>;
+
+// What the session tells the table layer about the current dossier (it comes from the company
+// parameters). Paths are native.
+struct DossierSettings {
+    // The data folder followed by the company's short name: "/data/SOC1/SOC1". Standard table
+    // files are this prefix + "_" + the table file ("/data/SOC1/SOC1_act.dbf").
+    std::string prefix;
+    std::string companyCode;    // CODESOC of logbook entries
+    bool logbookOn = false;     // the dossier keeps a logbook
+    std::string tablePassword;  // password of the dossier's table encryption; empty: none
+};
+
+class AdsClass {
+  public:
+    using Handle = engine::Handle;
+    using Status = engine::Status;
+
+    // `db` is the process's dispatch; it must outlive this object.
+    explicit AdsClass(SqlDatabase& db);
+    ~AdsClass();
+    AdsClass(const AdsClass&) = delete;
+    AdsClass& operator=(const AdsClass&) = delete;
+
+    SqlDatabase& Database() const { return db_; }
+    DossierSettings& Dossier() { return dossier_; }
+    const DossierSettings& Dossier() const { return dossier_; }
+    // The dossier's prefix and the dispatch's dossier folder (routing test of the Folder backend)
+    // in one step.
+    void SetDossierPrefix(std::string prefix);
+    // An interactive object asks the user (Retry/Cancel) when a lock fails; otherwise the first
+    // failure is the answer. Interactive by default.
+    bool Interactive() const { return interactive_; }
+    void SetInteractive(bool interactive) { interactive_ = interactive; }
+
+    // ===== connections
+    // Once per object: date format, close all tables, epoch, hidden deleted records, connection
+    // to the local server of the application's drive. A second call does nothing.
+    Status Initialize();
+    Status FindConnection();
+    Status disconnect();
+    bool IsClientServer();
+    bool IsInternetServer();
+    Handle LocalConnection() const { return localConnection_; }
+    Handle UsersConnection() const { return usersConnection_; }
+
+    // ===== opening and closing tables
+    // The one routine that opens a table. `indexFile` empty: no index beyond the structural one.
+    // `openMode` "SHARED", "EXCLUSIVE" or "READONLY" (any case); anything else is refused with
+    // "Parameter error". `flags` is a sum of the kOpen* values below.
+    static constexpr std::int32_t kOpenQuiet = 1;  // no message box when the open fails
+    Status OpenFile(std::string_view alias, std::string_view path, std::string_view indexFile,
+                    std::string_view openMode, std::int32_t flags = 0);
+    Status FileOpen(std::string_view alias, std::string_view openMode = "SHARED",
+                    bool withoutIndex = false);
+    Status FileOpenExternal(std::string_view alias, std::string_view path,
+                            std::string_view openMode = "SHARED");
+    Status FileOpenAll();
+    Status FileOpenParam(std::string_view openMode = "SHARED", bool alternate = false);
+    Status FileOpenParamWithoutIndex();
+    Status FileOpenParamWithoutIndexWithoutRO();
+    Status FileOpenACTWithoutIndex();
+    bool FileExistParam() const;
+    bool FileExistParamIndex() const;
+    // The file a standard alias opens, with and without the dossier prefix; empty for an alias
+    // that is not a standard one.
+    std::string StandardTablePath(std::string_view alias) const;
+    std::string StandardIndexPath(std::string_view alias) const;
+
+    bool FileIsOpen(std::string_view alias);
+    bool IsAlias(std::string_view alias);
+    Status ActivateAlias(std::string_view alias);
+    std::vector<std::string> EnumerateAlias();
+    Status CloseAlias(std::string_view alias);
+    Status FileClose(std::string_view alias);
+    Status FileCloseAll(bool keepParam = false);
+    Status PackAndClose(std::string_view alias);
+    Status Zap(std::string_view alias);
+
+    bool IsOpenExclusive(std::string_view alias);
+    bool IsOpenFileReadOnly(std::string_view alias);
+    // Somebody else (another process or connection) has the table's file open: it cannot be
+    // opened exclusively. A table this object has open counts too: close it first.
+    bool IsExternalOpen(std::string_view alias);
+    bool IsAnyFileExternalOpenExceptParam();
+    bool IsFileLocked(std::string_view alias);
+
+    bool FileIsEncrypted(std::string_view alias);
+    bool MakeFileEncrypt(bool encrypt, std::string_view alias);
+    bool IsAllFilesEncrypted();
+    Status BuildDataDictionnary();
+
+    std::int32_t GetOpenTableCount();
+    std::string GetAdsLastError();
+    Status GetAdsLastErrorNumber();
+    // The catalogue text of `number` in `language` ("N" Dutch, "E" English, else French).
+    static std::string ConvertADSErrNumToString(std::int32_t number, std::string_view language);
+    // Waits until `path` exists (`waitForExistence`) or no longer exists, polling with a short
+    // sleep, for at most `seconds`. True when the wait succeeded.
+    static bool waitFileExist(std::string_view path, bool waitForExistence, double seconds);
+    std::string Version();
+    double GetADSVersionNumber();
+
+    // ===== the current table: navigation
+    Status moveNext();
+    Status MovePrevious();
+    Status MoveTop();
+    Status MoveBottom();
+    Status MoveAbsolute(std::uint32_t record);
+    Status MoveRelative(std::int32_t records);
+    // Seeks `key` (text) in the active index; true when found. A soft seek stays on the next key.
+    bool seekKey(std::string_view key, bool softSeek = false);
+    bool LocateInCurrentAlias(std::string_view expression, bool forward = true);
+    std::uint32_t recno();
+    // Position of the current record in the active order (1 = first), scopes respected.
+    std::uint32_t CurRecOrder();
+    bool SelectionEof();
+    bool SelectionBof();
+    std::uint32_t SelectionRecCount();
+    double GetApproximatePositionInGrid();
+    bool IsDeleted();
+    bool IsLocked();
+    bool IsRecordInCurrentScope();
+    bool IsRecordInCursor();
+
+    // ===== the current table: fields by name
+    std::string GetStringValue(std::string_view field);
+    double GetDoubleValue(std::string_view field);
+    std::string GetDateValue(std::string_view field);  // "DD/MM/YYYY", "  /  /    " when empty
+    bool GetLogicalValue(std::string_view field);
+    FieldValue GetFieldValue(std::string_view field);
+    std::string GetBlobString(std::string_view field);
+    std::string GetRecordValue();
+    bool FieldExist(std::string_view field);
+    std::uint32_t FieldLength(std::string_view field);
+    std::uint16_t FieldDecimals(std::string_view field);
+    std::uint32_t FieldOffset(std::string_view field);
+    std::string FieldType(std::string_view field);  // one letter, empty for an unknown field
+    std::uint32_t GetFieldWidth(std::string_view field);
+    std::uint32_t RecordSize();
+    std::uint16_t IndexKeyLength();
+    // A caption for a field name in the message language; the name itself when none is known.
+    static std::string GetFieldDescription(std::string_view field);
+
+    bool PutFieldValue(std::string_view field, const FieldValue& value);
+    bool PutBlobValue(std::string_view field, std::string_view data);
+    bool PutRecValue(std::string_view buffer);
+    bool UpdateBufferValue(std::string& buffer, std::string_view field, const FieldValue& value);
+    Status RecordAdd();
+    Status RecordDelete();
+
+    // ===== locks and flushing
+    bool RecLock(std::string_view alias, std::uint32_t record);
+    bool LockTable(std::string_view alias);
+    Status FlushAndUnlock(std::string_view alias);
+    Status FlushButDontUnlock(std::string_view alias);
+    std::uint16_t GetLockNumberOnServer();
+    // Locks the records of one document (journal code and document number) in the entries
+    // tables; see ads_class_locks.cpp for how the records are chosen.
+    bool SetAllLocksInExistingDocument(std::string_view journalCode, std::string_view docNumber);
+
+    // ===== logbook
+    bool CreateLogbook();
+    bool WriteInLogBook(std::string_view action, std::string_view program, std::string_view alias,
+                        std::uint32_t record, std::string_view param);
+    static bool ThisFileHasALogField(std::string_view alias);
+    // Appends one line to a text file (created when missing); false when it cannot be written.
+    static bool WriteLogInFile(std::string_view path, std::string_view line);
+    // The CHECK value of a logbook entry (see logbook.cpp).
+    static std::string LogbookCheck(std::string_view user, std::string_view action,
+                                    std::string_view alias, std::uint32_t record,
+                                    std::string_view date, std::string_view time);
+
+    // ===== named queries, filters, SQL cursors (queries and cursors are added here)
+
+    // ===== end of named queries, filters, SQL cursors
+
+  private:
+    // --- shared state, read and written by every part of the class
+    // The current table: its handle (0 when none), the alias it was activated by (upper case)
+    // and its active index handle (0 = natural order). ActivateAlias sets all three;
+    // navigation moves through currentIndex_ when it is set, else through currentTable_.
+    Handle currentTable_ = 0;
+    std::string currentAlias_;
+    Handle currentIndex_ = 0;
+    // Connections: the dossier's local server and the users' connection (kUsersSqlConnection
+    // when the user register is SQL-kept). 0: not connected.
+    Handle localConnection_ = 0;
+    Handle usersConnection_ = 0;
+    // Connections opened for table folders by OpenFile, by folder (native, no trailing sep).
+    std::map<std::string, Handle> folderConnections_;
+    bool initialized_ = false;
+    bool interactive_ = true;
+    DossierSettings dossier_;
+    SqlDatabase& db_;
+
+    // --- helpers shared by the parts
+    // The table handle of an alias (numeric text: the handle itself); 0 when it is not open.
+    Handle TableOfAlias(std::string_view alias);
+    // The handle that navigation works through: the active index, else the table.
+    Handle NavigationHandle() const { return currentIndex_ != 0 ? currentIndex_ : currentTable_; }
+    // Makes `alias` current quietly; false when it is not open.
+    bool MakeCurrent(std::string_view alias);
+    // The connection for a table in `folder` (connecting first when needed); 0 on failure.
+    Handle ConnectionForFolder(const std::string& folder, bool usersTable);
+    // Shows an engine failure: the lead text, then "Code error ADS: ", "Description error: "
+    // and "File: " lines.
+    void ShowEngineError(std::string_view lead, Status status, std::string_view file);
+    // The engine type number of a field of the current table; 0 when unknown.
+    std::uint16_t EngineFieldType(std::string_view field);
+};
+
+// The users' connection while the user register is SQL-kept: the base of the User range.
+inline constexpr engine::Handle kUsersSqlConnection = 300'000;
+
+// The engine's field type number as the layer's one-letter type ("" when not one of them).
+std::string FieldTypeLetter(std::uint16_t engineType);
+
+}  // namespace fnrk::tables
