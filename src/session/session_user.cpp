@@ -15,14 +15,14 @@ SessionUser& CurrentUser() {
     return user;
 }
 
+MessageLanguage MessageLanguageOf(std::string_view code) {
+    if (code == "N") return MessageLanguage::Dutch;
+    if (code == "E") return MessageLanguage::English;
+    return MessageLanguage::French;
+}
+
 void SetMessageLanguage(std::string_view code) {
-    if (code == "N") {
-        LanguageSlot() = MessageLanguage::Dutch;
-    } else if (code == "E") {
-        LanguageSlot() = MessageLanguage::English;
-    } else {
-        LanguageSlot() = MessageLanguage::French;
-    }
+    LanguageSlot() = MessageLanguageOf(code);
 }
 
 MessageLanguage CurrentMessageLanguage() {

@@ -22,6 +22,7 @@ SessionUser& CurrentUser();
 enum class MessageLanguage { French, Dutch, English };
 
 // "N" selects Dutch, "E" English, anything else French.
+MessageLanguage MessageLanguageOf(std::string_view code);
 void SetMessageLanguage(std::string_view code);
 MessageLanguage CurrentMessageLanguage();
 

@@ -22,18 +22,17 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "engine/constants.hpp"
 #include "engine/errors.hpp"
+#include "tables/field_values.hpp"
 #include "tables/sql_database.hpp"
 
 namespace fnrk::tables {
 
-// A field value in the caller's type: text (also dates as "DD/MM/YYYY"), number or logical.
+// FieldValue (field_values.hpp): text (dates as "DD/MM/YYYY"), number or logical;
 // std::monostate stands for "no value" (an unknown field or a failed read).
-using FieldValue = std::variant<std::monostate, std::string, double, bool>;
 
 // What the session tells the table layer about the current dossier (it comes from the company
 // parameters). Paths are native.
@@ -201,10 +200,6 @@ class AdsClass {
     static bool ThisFileHasALogField(std::string_view alias);
     // Appends one line to a text file (created when missing); false when it cannot be written.
     static bool WriteLogInFile(std::string_view path, std::string_view line);
-    // The CHECK value of a logbook entry (see logbook.cpp).
-    static std::string LogbookCheck(std::string_view user, std::string_view action,
-                                    std::string_view alias, std::uint32_t record,
-                                    std::string_view date, std::string_view time);
 
     // ===== named queries, filters, SQL cursors (queries and cursors are added here)
 
@@ -218,6 +213,9 @@ class AdsClass {
     Handle currentTable_ = 0;
     std::string currentAlias_;
     Handle currentIndex_ = 0;
+    // The order last made active per open table (0 = natural order): the engine's API has no
+    // call that tells it, so the layer remembers what it set. Closing a table drops its entry.
+    std::map<Handle, Handle> activeIndex_;
     // Connections: the dossier's local server and the users' connection (kUsersSqlConnection
     // when the user register is SQL-kept). 0: not connected.
     Handle localConnection_ = 0;
@@ -238,9 +236,12 @@ class AdsClass {
     bool MakeCurrent(std::string_view alias);
     // The connection for a table in `folder` (connecting first when needed); 0 on failure.
     Handle ConnectionForFolder(const std::string& folder, bool usersTable);
-    // Shows an engine failure: the lead text, then "Code error ADS: ", "Description error: "
-    // and "File: " lines.
-    void ShowEngineError(std::string_view lead, Status status, std::string_view file);
+    // Appends one logbook entry (the logbook open or opened under "LOGBOOK"); the current
+    // table is left as it was.
+    bool AppendLogEntry(std::string_view action, std::string_view program, std::string_view alias,
+                        std::uint32_t record, std::string_view param);
+    // The file at `path` cannot be opened exclusively: somebody has it open.
+    bool FileOpenedElsewhere(const std::string& path);
     // The engine type number of a field of the current table; 0 when unknown.
     std::uint16_t EngineFieldType(std::string_view field);
 };

@@ -1,0 +1,122 @@
+// AdsClass: encryption of a dossier's tables and the data dictionary that puts an encrypted
+// dossier under one password.
+
+#include <filesystem>
+
+#include "platform/messages.hpp"
+#include "platform/text.hpp"
+#include "tables/ads_class.hpp"
+#include "tables/ads_messages.hpp"
+#include "tables/standard_tables.hpp"
+
+namespace fnrk::tables {
+
+using namespace engine;  // status and option numbers
+
+namespace {
+
+// Tables that stay readable without the dossier's password.
+constexpr std::string_view kNeverEncrypted[] = {"PARAM", "USERS", "LOGUSERS", "CODEINV"};
+
+// Dictionary properties set on a new dictionary, and the user property of its administrator.
+constexpr std::uint16_t kDictionaryProperties[] = {107, 108, 109};
+constexpr std::uint16_t kUserPassword = 1;
+
+}  // namespace
+
+bool AdsClass::FileIsEncrypted(std::string_view alias) {
+    const Handle table = TableOfAlias(alias);
+    bool encrypted = false;
+    return table != 0 && db_.IsTableEncrypted(table, encrypted) == AE_SUCCESS && encrypted;
+}
+
+bool AdsClass::MakeFileEncrypt(bool encrypt, std::string_view alias) {
+    const Handle table = TableOfAlias(alias);
+    if (table == 0) return false;
+    if (!encrypt && !FileIsEncrypted(alias)) return false;
+    if (db_.EnableEncryption(table, dossier_.tablePassword) != AE_SUCCESS) return false;
+    return (encrypt ? db_.EncryptTable(table) : db_.DecryptTable(table)) == AE_SUCCESS;
+}
+
+bool AdsClass::IsAllFilesEncrypted() {
+    for (const std::string& alias : EnumerateAlias()) {
+        const std::string name = platform::UpperCase(alias);
+        bool skipped = false;
+        for (std::string_view never : kNeverEncrypted) skipped = skipped || name == never;
+        if (!skipped && !FileIsEncrypted(name)) return false;
+    }
+    return true;
+}
+
+Status AdsClass::BuildDataDictionnary() {
+    const std::string dictionaryPath = platform::Trim(dossier_.prefix) + ".add";
+    const std::string folder = std::filesystem::path(dictionaryPath).parent_path().string();
+    Handle connection = 0;
+    Status status = db_.Connect26(folder, ADS_LOCAL_SERVER, connection);
+    if (status != AE_SUCCESS) {
+        platform::ShowMessage("Problem connection to local server",
+                              platform::message_style::kCritical, platform::kErrorTitle);
+        return status;
+    }
+    std::uint16_t type = 0;
+    if (db_.GetConnectionType(connection, type) == AE_SUCCESS && type != ADS_LOCAL_SERVER) {
+        db_.SetServerType(ADS_LOCAL_SERVER);
+        Handle local = 0;
+        status = db_.Connect26(folder, ADS_LOCAL_SERVER, local);
+        db_.Disconnect(connection);
+        connection = local;
+        if (status != AE_SUCCESS) return status;
+    }
+    Handle dictionary = 0;
+    status = db_.DDCreate(dictionaryPath, 1, "Data Dictionnary", dictionary);
+    if (status != AE_SUCCESS) {
+        ShowErrorBox("Error creating data dictionnary : " + GetAdsLastError());
+        db_.Disconnect(connection);
+        return status;
+    }
+    Handle administrator = 0;
+    status = db_.Connect60(dictionaryPath, ADS_LOCAL_SERVER, "ADSSYS", dossier_.tablePassword, 0,
+                           administrator);
+    if (status == AE_SUCCESS) {
+        for (std::uint16_t property : kDictionaryProperties) {
+            status = db_.DDSetDatabaseProperty(administrator, property, dossier_.tablePassword);
+            if (status != AE_SUCCESS) break;
+        }
+    }
+    if (status == AE_SUCCESS) {
+        status = db_.DDCreateUser(administrator, "", "SYSTEM", dossier_.tablePassword,
+                                  "SYSTEM ADMINISTRATOR");
+    }
+    if (status == AE_SUCCESS) {
+        status =
+            db_.DDSetUserProperty(administrator, "SYSTEM", kUserPassword, dossier_.tablePassword);
+    }
+    for (const std::string& name : DictionaryTableNames()) {
+        if (status != AE_SUCCESS) break;
+        if (name != "DBK") {
+            status = db_.DDAddTable(administrator, name, StandardTablePath(name), ADS_CDX, ADS_ANSI,
+                                    StandardIndexPath(name), "");
+            continue;
+        }
+        for (int journal = 1; journal <= kJournalCount && status == AE_SUCCESS; ++journal) {
+            const std::string alias = "DBK_0" + std::to_string(journal);
+            if (!std::filesystem::exists(StandardTablePath(alias))) continue;
+            status = db_.DDAddTable(administrator, alias, StandardTablePath(alias), ADS_CDX,
+                                    ADS_ANSI, StandardIndexPath(alias), "");
+        }
+    }
+    if (status == AE_SUCCESS) {
+        status = db_.DDAddView(administrator, "VIEWACF", "",
+                               "SELECT * FROM ACF where ACF.SECRET = false");
+    }
+    if (status == AE_SUCCESS) {
+        status = db_.DDAddView(
+            administrator, "VIEWACT", "",
+            "SELECT * FROM ACT,ACF WHERE ACT.accountgl = ACF.number and ACF.secret=false");
+    }
+    if (administrator != 0) db_.Disconnect(administrator);
+    db_.Disconnect(connection);
+    return status;
+}
+
+}  // namespace fnrk::tables
