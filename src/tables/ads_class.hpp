@@ -27,6 +27,7 @@
 #include "engine/constants.hpp"
 #include "engine/errors.hpp"
 #include "tables/field_values.hpp"
+#include "tables/named_query.hpp"
 #include "tables/sql_database.hpp"
 
 namespace fnrk::tables {
@@ -202,7 +203,72 @@ class AdsClass {
     static bool WriteLogInFile(std::string_view path, std::string_view line);
 
     // ===== named queries, filters, SQL cursors (queries and cursors are added here)
+    // Queries are kept by NamedQueryKey (name and form number, 25 characters). An index name
+    // that matches no tag of the table is kept as "tag_err". While a temporary-entry switch is
+    // on, queries on "ACT" never show temporary entries.
+    Status AddQuery(std::string_view name, std::int32_t formNum, std::string_view alias,
+                    std::string_view indexName, std::string_view filter,
+                    std::uint32_t recordNumber, std::string_view comment);
+    bool RemoveQuery(std::string_view name, std::int32_t formNum);
+    bool IsQuery(std::string_view name, std::int32_t formNum) const;
+    // Restores the view: alias, order, filter, key range, record. An unknown query shows
+    // "QueryName " + name + " not found ...".
+    Status ActivateQuery(std::string_view name, std::int32_t formNum);
+    std::int32_t QueryCount() const { return static_cast<std::int32_t>(queries_.size()); }
+    // One property of a query; "NOT$FOUND" for an unknown query.
+    std::string QueryAlias(std::string_view name, std::int32_t formNum) const;
+    std::string QueryRecNum(std::string_view name, std::int32_t formNum) const;
+    std::string QueryComment(std::string_view name, std::int32_t formNum) const;
+    std::string QueryIndex(std::string_view name, std::int32_t formNum) const;
+    std::string QueryFilter(std::string_view name, std::int32_t formNum) const;
+    bool SetQueryRecNum(std::string_view name, std::int32_t formNum, std::uint32_t record);
+    // The key range restored with the query (empty ends: none).
+    bool SetQueryScope(std::string_view name, std::int32_t formNum, std::string_view begScope,
+                       std::string_view endScope);
+    // The session's two temporary-entry switches (set by the entry screens).
+    void SetTemporaryEntrySwitches(bool first, bool second);
 
+    // The current table's order, by a tag name or its start (empty: natural order).
+    bool SetIndex(std::string_view tag);
+    std::string GetIndexTagName();
+    std::string CurrentIndexCondition();
+    std::string CurrentIndexKeyExpr();
+    std::string GetCurrentIndexKeyData();
+    // Top and bottom scopes of the active order; an empty key clears that end.
+    Status SetScope(std::string_view lowKey, std::string_view highKey);
+    // Filters are always the engine's optimized filter, resolved dynamically; an empty
+    // expression clears it.
+    Status SetFilterOnCurrentAlias(std::string_view expression);
+    Status SetOptimizedFilter(std::string_view expression);
+    Status ClearOptimizedFilter();
+    std::string CurrentFilterExpression();
+
+    // Runs a statement on the dossier's connection and returns its cursor (0 on failure, after
+    // showing the engine's error). Every SELECT gives a static cursor.
+    Handle ExecuteSQL(std::string_view statement);
+    // The company rows of a user in the user register, ordered by company code; the path
+    // cursor ends with sentinel rows.
+    Handle LoadUserCursor(std::string_view userName);
+    Handle LoadPathCursor(std::string_view userName);
+    Handle GetSQLStatementHandle() const { return statement_; }
+    std::uint32_t CursorRecCount(Handle cursor);
+    Handle CursorIndexHandle(Handle cursor);
+    std::uint32_t GetNumberOfRecordsInCursor(Handle cursor);
+    std::uint32_t GetRecordNumberFromPositionInCursor(Handle cursor, std::uint32_t position);
+    Status CloseCursor(Handle cursor);
+    Status CloseSql(Handle statement);
+    // A temporary order on `keyExpression` for one view of `alias`, made its active order.
+    Status BuildTempIndex(std::string_view alias, std::string_view keyExpression);
+
+  private:
+    Handle RunStatement(Handle connection, std::string_view statement);
+    const NamedQuery* FindQuery(std::string_view name, std::int32_t formNum) const;
+
+    std::map<std::string, NamedQuery> queries_;
+    bool temporaryEntries_[2] = {false, false};
+    Handle statement_ = 0;  // the statement of the last cursor
+
+  public:
     // ===== end of named queries, filters, SQL cursors
 
   private:
