@@ -9,11 +9,11 @@ using namespace engine;  // status numbers and option constants
 
 BackendTable::BackendTable(SqlSession& session, const SqlDialect& dialect, TableLayout layout,
                            const cursor::EngineSettings& settings)
-    : session_(session),
+    : RecordFunctions(settings),
+      session_(session),
       layout_(std::move(layout)),
       store_(session, dialect, layout_),
       locks_(session, layout_.name),
-      settings_(settings),
       scopes_(layout_.tags.size()) {
     MoveToEof();
 }

@@ -16,6 +16,7 @@
 #include "backend/record_locks.hpp"
 #include "backend/table_store.hpp"
 #include "engine/cursor/engine_settings.hpp"
+#include "engine/cursor/record_functions.hpp"
 #include "engine/errors.hpp"
 #include "engine/expr/expression.hpp"
 
@@ -29,7 +30,7 @@ struct TagScope {
     std::optional<std::string> bottom;
 };
 
-class BackendTable {
+class BackendTable final : public engine::cursor::RecordFunctions {
   public:
     BackendTable(SqlSession& session, const SqlDialect& dialect, TableLayout layout,
                  const engine::cursor::EngineSettings& settings);
@@ -75,14 +76,6 @@ class BackendTable {
 
     // --- fields
     const engine::dbf::Field* FindField(std::string_view name) const;
-    Status GetText(const engine::dbf::Field& field, std::string& text, std::uint16_t trimOption);
-    Status SetText(const engine::dbf::Field& field, std::string_view text);
-    Status GetNumber(const engine::dbf::Field& field, double& value);
-    Status SetNumber(const engine::dbf::Field& field, double value);
-    Status GetLogical(const engine::dbf::Field& field, bool& value);
-    Status SetLogical(const engine::dbf::Field& field, bool value);
-    Status GetJulian(const engine::dbf::Field& field, std::int32_t& julian);
-    Status SetJulian(const engine::dbf::Field& field, std::int32_t julian);
     Status GetMemo(const engine::dbf::Field& field, std::string& data);
     Status SetMemo(const engine::dbf::Field& field, std::string_view data);
 
@@ -93,8 +86,6 @@ class BackendTable {
     Status SetAof(std::string_view expression, std::string& message);
     const std::string& aofText() const { return aofText_; }
     void ClearAof();
-    Status Locate(std::string_view expression, bool forward, bool& found, std::string& message);
-    Status Continue(bool& found);
 
     // --- indexes
     Status AddTag(IndexTag tag);
@@ -124,14 +115,28 @@ class BackendTable {
                                   std::optional<StoredRow> from, bool applyFilters = true);
     void MoveTo(StoredRow row);
     void MoveToEof();
-    Status BeginEdit();
-    std::optional<engine::expr::Expression> Compile(std::string_view text, std::string& message);
+    Status BeginEdit() override;
+    char* EditedRecord() override { return current_.record.data(); }
+    const char* RecordBytes() override { return current_.record.data(); }
+    std::uint32_t CurrentRecordNumber() const override { return current_.recno; }
+    Status ReadMemo(const engine::dbf::Field& field, std::string& data) override {
+        return GetMemo(field, data);
+    }
+    // The SQL store keeps text and binary memos alike.
+    Status WriteMemo(const engine::dbf::Field& field, std::uint32_t /*memoType*/,
+                     std::string_view data) override {
+        return SetMemo(field, data);
+    }
+    Status StepToEnd(bool top) override { return top ? GotoTop({}) : GotoBottom({}); }
+    Status StepBy(std::int32_t records) override { return Skip({}, records); }
+    bool PastEnd(bool forward) const override { return atEof_ || (atBof_ && !forward); }
+    void MoveBeyondLast() override { MoveToEof(); }
+    std::unique_ptr<engine::expr::FieldResolver> FieldNames() const override;
 
     SqlSession& session_;
     TableLayout layout_;
     TableStore store_;
     RecordLocks locks_;
-    const engine::cursor::EngineSettings& settings_;
     std::uint32_t options_ = 0;
 
     StoredRow current_;
@@ -144,8 +149,6 @@ class BackendTable {
     std::string filterText_;
     std::optional<engine::expr::Expression> aof_;
     std::string aofText_;
-    std::optional<engine::expr::Expression> locate_;
-    bool locateForward_ = true;
     std::vector<TagScope> scopes_;
 
     std::set<std::uint32_t> lockedRecords_;

@@ -161,22 +161,12 @@ bool BackendTable::IsVisible(Order order) {
 
 // --- filters and searches
 
-std::optional<expr::Expression> BackendTable::Compile(std::string_view text, std::string& message) {
-    try {
-        auto expression = expr::Expression::Compile(text, LayoutResolver(layout_), settings_.dates);
-        if (expression.type() != expr::ValueType::Logical) {
-            message = "the expression is not logical";
-            return std::nullopt;
-        }
-        return expression;
-    } catch (const expr::ExpressionError& error) {
-        message = error.what();
-        return std::nullopt;
-    }
+std::unique_ptr<expr::FieldResolver> BackendTable::FieldNames() const {
+    return std::make_unique<LayoutResolver>(layout_);
 }
 
 Status BackendTable::SetFilter(std::string_view expression, std::string& message) {
-    auto compiled = Compile(expression, message);
+    auto compiled = CompileCondition(expression, message);
     if (!compiled) return AE_INVALID_EXPRESSION;
     filter_ = std::move(compiled);
     filterText_ = expression;
@@ -189,7 +179,7 @@ void BackendTable::ClearFilter() {
 }
 
 Status BackendTable::SetAof(std::string_view expression, std::string& message) {
-    auto compiled = Compile(expression, message);
+    auto compiled = CompileCondition(expression, message);
     if (!compiled) return AE_INVALID_EXPRESSION;
     aof_ = std::move(compiled);
     aofText_ = expression;
@@ -199,41 +189,6 @@ Status BackendTable::SetAof(std::string_view expression, std::string& message) {
 void BackendTable::ClearAof() {
     aof_.reset();
     aofText_.clear();
-}
-
-Status BackendTable::Locate(std::string_view expression, bool forward, bool& found,
-                            std::string& message) {
-    found = false;
-    auto compiled = Compile(expression, message);
-    if (!compiled) return AE_INVALID_EXPRESSION;
-    locate_ = std::move(compiled);
-    locateForward_ = forward;
-    if (Status status = forward ? GotoTop({}) : GotoBottom({}); status != AE_SUCCESS) {
-        return status;
-    }
-    if (atEof_) return AE_SUCCESS;
-    const std::string_view records[] = {current_.record};
-    if (locate_->EvaluateLogical({records, current_.recno, &settings_.dates})) {
-        found = true;
-        return AE_SUCCESS;
-    }
-    return Continue(found);
-}
-
-Status BackendTable::Continue(bool& found) {
-    found = false;
-    if (!locate_) return AE_INVALID_CONTINUE;
-    for (;;) {
-        if (Status status = Skip({}, locateForward_ ? 1 : -1); status != AE_SUCCESS) return status;
-        if (atEof_ || (atBof_ && !locateForward_)) break;
-        const std::string_view records[] = {current_.record};
-        if (locate_->EvaluateLogical({records, current_.recno, &settings_.dates})) {
-            found = true;
-            return AE_SUCCESS;
-        }
-    }
-    MoveToEof();
-    return AE_SUCCESS;
 }
 
 // --- indexes

@@ -5,6 +5,7 @@
 
 #include "backend/frc_database.hpp"
 #include "engine/constants.hpp"
+#include "engine/field_type_code.hpp"
 
 namespace fnrk::backend {
 
@@ -174,7 +175,7 @@ Status FRCDatabase::GetMemoLength(Handle table, std::string_view field, std::uin
 Status FRCDatabase::GetMemoDataType(Handle table, std::string_view field, std::uint16_t& type) {
     return OnField(table, field, [&](BackendTable&, const dbf::Field& f) {
         if (!dbf::IsMemoType(f.type)) return AE_INVALID_FIELD_TYPE;
-        type = f.type == 'M' ? ADS_MEMO : f.type == 'P' ? ADS_IMAGE : ADS_BINARY;
+        type = FieldTypeCode(f.type);
         return AE_SUCCESS;
     });
 }

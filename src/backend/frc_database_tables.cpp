@@ -2,6 +2,7 @@
 
 #include "backend/frc_database.hpp"
 #include "engine/dbf/field_list.hpp"
+#include "engine/field_type_code.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::backend {
@@ -30,36 +31,6 @@ std::string FileNameOf(std::string_view name) {
     std::string file = platform::Trim(name);
     if (auto slash = file.find_last_of("/\\"); slash != std::string::npos) file.erase(0, slash + 1);
     return file;
-}
-
-std::uint16_t FieldTypeCode(char type) {
-    switch (type) {
-        case 'C':
-            return ADS_STRING;
-        case 'N':
-        case 'F':
-            return ADS_NUMERIC;
-        case 'D':
-            return ADS_DATE;
-        case 'L':
-            return ADS_LOGICAL;
-        case 'M':
-            return ADS_MEMO;
-        case 'B':
-            return ADS_DOUBLE;
-        case 'I':
-            return ADS_INTEGER;
-        case 'Y':
-            return ADS_MONEY;
-        case 'T':
-            return ADS_TIMESTAMP;
-        case 'P':
-            return ADS_IMAGE;
-        case 'G':
-            return ADS_BINARY;
-        default:
-            return ADS_TYPE_UNKNOWN;
-    }
 }
 
 }  // namespace

@@ -3,43 +3,10 @@
 #include <limits>
 
 #include "engine/engine.hpp"
+#include "engine/field_type_code.hpp"
 #include "engine/order/order_registry.hpp"
 
 namespace fnrk::engine {
-
-namespace {
-
-std::uint16_t EngineFieldType(char type) {
-    switch (type) {
-        case 'C':
-            return ADS_STRING;
-        case 'N':
-        case 'F':
-            return ADS_NUMERIC;
-        case 'D':
-            return ADS_DATE;
-        case 'L':
-            return ADS_LOGICAL;
-        case 'M':
-            return ADS_MEMO;
-        case 'P':
-            return ADS_BINARY;
-        case 'G':
-            return ADS_IMAGE;
-        case 'I':
-            return ADS_INTEGER;
-        case 'B':
-            return ADS_DOUBLE;
-        case 'Y':
-            return ADS_MONEY;
-        case 'T':
-            return ADS_TIMESTAMP;
-        default:
-            return ADS_TYPE_UNKNOWN;
-    }
-}
-
-}  // namespace
 
 Status Engine::TableField(Handle table, std::string_view field, cursor::TableCursor*& cursor,
                           const dbf::Field*& found) {
@@ -95,7 +62,7 @@ Status Engine::GetFieldNum(Handle table, std::string_view field, std::uint16_t& 
 
 Status Engine::GetFieldType(Handle table, std::string_view name, std::uint16_t& type) {
     return WithField(table, name, [&](cursor::TableCursor*, const dbf::Field* field) -> Status {
-        return (type = EngineFieldType(field->type), AE_SUCCESS);
+        return (type = FieldTypeCode(field->type), AE_SUCCESS);
     });
 }
 
@@ -344,7 +311,7 @@ Status Engine::GetMemoDataType(Handle table, std::string_view name, std::uint16_
     return WithField(table, name, [&](cursor::TableCursor*, const dbf::Field* field) -> Status {
         return [&] {
             if (!dbf::IsMemoType(field->type)) return AE_INVALID_FIELD_TYPE;
-            type = EngineFieldType(field->type);
+            type = FieldTypeCode(field->type);
             return AE_SUCCESS;
         }();
     });

@@ -13,15 +13,16 @@
 #include <unordered_set>
 
 #include "engine/cursor/engine_settings.hpp"
+#include "engine/cursor/record_functions.hpp"
 #include "engine/dbf/table_file.hpp"
 #include "engine/errors.hpp"
 #include "engine/expr/expression.hpp"
 
 namespace fnrk::engine::cursor {
 
-class TableCursor {
+class TableCursor final : public RecordFunctions {
   public:
-    TableCursor(const EngineSettings& settings) : settings_(settings) {}
+    explicit TableCursor(const EngineSettings& settings) : RecordFunctions(settings) {}
     ~TableCursor();
     TableCursor(const TableCursor&) = delete;
     TableCursor& operator=(const TableCursor&) = delete;
@@ -57,14 +58,6 @@ class TableCursor {
 
     // --- fields (names in any letter case)
     const dbf::Field* FindField(std::string_view name) const;
-    Status GetText(const dbf::Field& field, std::string& text, std::uint16_t trimOption);
-    Status SetText(const dbf::Field& field, std::string_view text);
-    Status GetNumber(const dbf::Field& field, double& value);
-    Status SetNumber(const dbf::Field& field, double value);
-    Status GetLogical(const dbf::Field& field, bool& value);
-    Status SetLogical(const dbf::Field& field, bool value);
-    Status GetJulian(const dbf::Field& field, std::int32_t& julian);
-    Status SetJulian(const dbf::Field& field, std::int32_t julian);
     Status GetMemo(const dbf::Field& field, memo::MemoBlock& memo);
     Status SetMemo(const dbf::Field& field, std::uint32_t type, std::string_view data);
 
@@ -75,10 +68,6 @@ class TableCursor {
     // A further test every visible record must pass (the optimized filter); empty for none.
     using RecordGate = std::function<bool(std::uint32_t record, std::string_view bytes)>;
     void SetRecordGate(RecordGate gate) { gate_ = std::move(gate); }
-    Status Locate(std::string_view expression, bool forward, bool& found, std::string& message);
-    Status Continue(bool& found);
-    // Compiles a condition over this table's fields.
-    std::optional<expr::Expression> CompileCondition(std::string_view text, std::string& message);
 
     // --- locks (record 0 means the current record)
     Status LockRecord(std::uint32_t record);
@@ -102,9 +91,19 @@ class TableCursor {
     void MoveToEof();
     // Makes the current record writable: current, not read-only, locked (an implicit lock in
     // shared mode when the handle holds none), copied into the edit buffer.
-    Status BeginEdit();
+    Status BeginEdit() override;
+    char* EditedRecord() override { return edit_.data(); }
+    const char* RecordBytes() override { return CurrentRecord(); }
+    std::uint32_t CurrentRecordNumber() const override { return record_; }
+    Status ReadMemo(const dbf::Field& field, std::string& data) override;
+    Status WriteMemo(const dbf::Field& field, std::uint32_t memoType,
+                     std::string_view data) override;
+    Status StepToEnd(bool top) override { return top ? GotoTop() : GotoBottom(); }
+    Status StepBy(std::int32_t records) override { return Skip(records); }
+    bool PastEnd(bool forward) const override { return atEof_ || (atBof_ && !forward); }
+    void MoveBeyondLast() override { MoveToEof(); }
+    std::unique_ptr<expr::FieldResolver> FieldNames() const override;
 
-    const EngineSettings& settings_;
     dbf::TableFile file_;
     std::string alias_;
     std::uint32_t record_ = 0;
@@ -118,8 +117,6 @@ class TableCursor {
     std::optional<expr::Expression> filter_;
     RecordGate gate_;
     std::string filterText_;
-    std::optional<expr::Expression> locate_;
-    bool locateForward_ = true;
 
     std::unordered_set<std::uint32_t> lockedRecords_;
     bool tableLocked_ = false;

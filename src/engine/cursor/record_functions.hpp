@@ -1,0 +1,72 @@
+#pragma once
+
+// The typed field functions and the locate / continue search over an open table's current
+// record, shared by every kind of open table that keeps records in the table-file layout (the
+// embedded engine's and the SQL backend's). A derived table says where its current record is,
+// how an edit begins, how its memos are kept and how it steps for a search.
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "engine/cursor/engine_settings.hpp"
+#include "engine/dbf/field.hpp"
+#include "engine/errors.hpp"
+#include "engine/expr/expression.hpp"
+
+namespace fnrk::engine::cursor {
+
+class RecordFunctions {
+  public:
+    explicit RecordFunctions(const EngineSettings& settings) : settings_(settings) {}
+    virtual ~RecordFunctions() = default;
+
+    // --- typed fields of the current record (text in UTF-8)
+    Status GetText(const dbf::Field& field, std::string& text, std::uint16_t trimOption);
+    Status SetText(const dbf::Field& field, std::string_view text);
+    Status GetNumber(const dbf::Field& field, double& value);
+    Status SetNumber(const dbf::Field& field, double value);
+    Status GetLogical(const dbf::Field& field, bool& value);
+    Status SetLogical(const dbf::Field& field, bool value);
+    Status GetJulian(const dbf::Field& field, std::int32_t& julian);
+    Status SetJulian(const dbf::Field& field, std::int32_t julian);
+
+    // --- searches: the first record from the top (or bottom) meeting the condition, then on
+    Status Locate(std::string_view expression, bool forward, bool& found, std::string& message);
+    Status Continue(bool& found);
+
+    // Compiles a logical condition over this table's fields; no value and a reason in
+    // `message` when it does not compile or is not logical.
+    std::optional<expr::Expression> CompileCondition(std::string_view text, std::string& message);
+
+  protected:
+    virtual std::unique_ptr<expr::FieldResolver> FieldNames() const = 0;
+
+    // The current record's bytes (the blank phantom at EOF).
+    virtual const char* RecordBytes() = 0;
+    virtual std::uint32_t CurrentRecordNumber() const = 0;
+    // Makes the current record writable; EditedRecord() is valid after it succeeded.
+    virtual Status BeginEdit() = 0;
+    virtual char* EditedRecord() = 0;
+    // Memo contents as stored (Windows-1252 for text memos).
+    virtual Status ReadMemo(const dbf::Field& field, std::string& data) = 0;
+    virtual Status WriteMemo(const dbf::Field& field, std::uint32_t memoType,
+                             std::string_view data) = 0;
+    // Navigation in record order for the searches; EOF ends them.
+    virtual Status StepToEnd(bool top) = 0;
+    virtual Status StepBy(std::int32_t records) = 0;
+    virtual bool PastEnd(bool forward) const = 0;
+    virtual void MoveBeyondLast() = 0;
+
+    const EngineSettings& settings_;
+
+  private:
+    bool LocateMatches();
+
+    std::optional<expr::Expression> locate_;
+    bool locateForward_ = true;
+};
+
+}  // namespace fnrk::engine::cursor
