@@ -58,6 +58,8 @@ class AdsClass {
     AdsClass& operator=(const AdsClass&) = delete;
 
     SqlDatabase& Database() const { return db_; }
+    // The alias of the current table (upper case); empty when none is current.
+    const std::string& GetCurrentAlias() const { return currentAlias_; }
     DossierSettings& Dossier() { return dossier_; }
     const DossierSettings& Dossier() const { return dossier_; }
     // The dossier's prefix and the dispatch's dossier folder (routing test of the Folder backend)
@@ -77,10 +79,14 @@ class AdsClass {
     bool IsClientServer();
     bool IsInternetServer();
     Handle LocalConnection() const { return localConnection_; }
+    // The connection of the dossier's folder (a SQL connection for a SQL-kept dossier),
+    // connecting first when needed; 0 when it cannot be had.
+    Handle DossierConnection();
     Handle UsersConnection() const { return usersConnection_; }
 
     // ===== opening and closing tables
-    // The one routine that opens a table. `indexFile` empty: no index beyond the structural one.
+    // The one routine that opens a table. The structural index (the table's name with ".cdx")
+    // opens with the table; an `indexFile` of another name is opened besides.
     // `openMode` "SHARED", "EXCLUSIVE" or "READONLY" (any case); anything else is refused with
     // "Parameter error". `flags` is a sum of the kOpen* values below.
     static constexpr std::int32_t kOpenQuiet = 1;  // no message box when the open fails
@@ -95,13 +101,15 @@ class AdsClass {
     Status FileOpenParamWithoutIndex();
     Status FileOpenParamWithoutIndexWithoutRO();
     Status FileOpenACTWithoutIndex();
-    bool FileExistParam() const;
+    bool FileExistParam();
     bool FileExistParamIndex() const;
     // The file a standard alias opens, with and without the dossier prefix; empty for an alias
     // that is not a standard one.
     std::string StandardTablePath(std::string_view alias) const;
     std::string StandardIndexPath(std::string_view alias) const;
 
+    // The full path of the file open under `alias`; empty when it is not open.
+    std::string OpenTableFile(std::string_view alias);
     bool FileIsOpen(std::string_view alias);
     bool IsAlias(std::string_view alias);
     Status ActivateAlias(std::string_view alias);
@@ -207,8 +215,8 @@ class AdsClass {
     // that matches no tag of the table is kept as "tag_err". While a temporary-entry switch is
     // on, queries on "ACT" never show temporary entries.
     Status AddQuery(std::string_view name, std::int32_t formNum, std::string_view alias,
-                    std::string_view indexName, std::string_view filter,
-                    std::uint32_t recordNumber, std::string_view comment);
+                    std::string_view indexName, std::string_view filter, std::uint32_t recordNumber,
+                    std::string_view comment);
     bool RemoveQuery(std::string_view name, std::int32_t formNum);
     bool IsQuery(std::string_view name, std::int32_t formNum) const;
     // Restores the view: alias, order, filter, key range, record. An unknown query shows

@@ -65,6 +65,13 @@ bool AdsClass::MakeCurrent(std::string_view alias) {
     return true;
 }
 
+std::string AdsClass::OpenTableFile(std::string_view alias) {
+    const Handle table = TableOfAlias(alias);
+    std::string path;
+    if (table == 0 || db_.GetTableFilename(table, ADS_FULLPATHNAME, path) != AE_SUCCESS) return {};
+    return path;
+}
+
 bool AdsClass::FileIsOpen(std::string_view alias) {
     const Handle table = TableOfAlias(alias);
     std::string name;
@@ -174,11 +181,8 @@ bool AdsClass::FileOpenedElsewhere(const std::string& path) {
 }
 
 bool AdsClass::IsExternalOpen(std::string_view alias) {
-    const Handle table = TableOfAlias(alias);
-    std::string path;
-    if (table == 0 || db_.GetTableFilename(table, ADS_FULLPATHNAME, path) != AE_SUCCESS) {
-        path = StandardTablePath(alias);
-    }
+    std::string path = OpenTableFile(alias);
+    if (path.empty()) path = StandardTablePath(alias);
     return !path.empty() && FileOpenedElsewhere(path);
 }
 

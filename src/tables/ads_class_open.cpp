@@ -85,6 +85,18 @@ std::string DiagnosePath(const std::string& path) {
     return {};
 }
 
+// The structural index (the table's own name with ".cdx") opens with its table, wherever it is
+// kept; only other index files are opened by name. No index file counts as structural too.
+bool IsStructuralIndex(const std::string& table, std::string_view indexFile) {
+    const std::string index = platform::Trim(indexFile);
+    if (index.empty()) return true;
+    const std::filesystem::path tablePath(table);
+    const std::filesystem::path indexPath(index);
+    return platform::UpperCase((tablePath.parent_path() / tablePath.stem()).string()) ==
+               platform::UpperCase((indexPath.parent_path() / indexPath.stem()).string()) &&
+           platform::UpperCase(indexPath.extension().string()) == ".CDX";
+}
+
 }  // namespace
 
 AdsClass::Handle AdsClass::ConnectionForFolder(const std::string& folder, bool usersTable) {
@@ -109,6 +121,11 @@ AdsClass::Handle AdsClass::ConnectionForFolder(const std::string& folder, bool u
     folderConnections_[folder] = connection;
     if (usersTable) usersConnection_ = connection;
     return connection;
+}
+
+AdsClass::Handle AdsClass::DossierConnection() {
+    return ConnectionForFolder(std::filesystem::path(dossier_.prefix).parent_path().string(),
+                               false);
 }
 
 Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::string_view indexFile,
@@ -139,7 +156,7 @@ Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::st
         }
         status = open(table);
     }
-    if (status == AE_SUCCESS && !platform::Trim(indexFile).empty()) {
+    if (status == AE_SUCCESS && !IsStructuralIndex(file, indexFile)) {
         std::vector<Handle> orders;
         status = db_.OpenIndex(table, platform::Trim(indexFile), orders);
         // The structural index opens with its table.
@@ -239,8 +256,14 @@ Status AdsClass::FileOpenACTWithoutIndex() {
     return OpenFile("ACTRO", StandardTablePath("ACT"), {}, "SHARED");
 }
 
-bool AdsClass::FileExistParam() const {
-    return platform::FileExists(StandardTablePath("PARAM"));
+bool AdsClass::FileExistParam() {
+    const std::string path = StandardTablePath("PARAM");
+    if (platform::FileExists(path)) return true;
+    // A SQL-kept dossier holds its tables in its database, not as files.
+    const Handle connection = DossierConnection();
+    bool exists = false;
+    return connection > 0 && connection < kEngineHandleStart &&
+           db_.TableExists(connection, path, exists) == AE_SUCCESS && exists;
 }
 
 bool AdsClass::FileExistParamIndex() const {

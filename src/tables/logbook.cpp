@@ -3,7 +3,6 @@
 #include "tables/logbook.hpp"
 
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 
 #include "platform/environment.hpp"
@@ -90,8 +89,7 @@ bool AdsClass::WriteLogInFile(std::string_view path, std::string_view line) {
 
 bool AdsClass::CreateLogbook() {
     const std::string path = StandardTablePath(kLogbookAlias);
-    const std::string folder = std::filesystem::path(path).parent_path().string();
-    const Handle connection = ConnectionForFolder(folder, false);
+    const Handle connection = DossierConnection();
     if (connection == 0) return false;
     if (TableOfAlias(kLogbookAlias) != 0) CloseAlias(kLogbookAlias);
     Handle table = 0;
@@ -132,9 +130,7 @@ bool AdsClass::AppendLogEntry(std::string_view action, std::string_view program,
     }
     if (db_.AppendRecord(table) != AE_SUCCESS) return restore(false);
 
-    const std::string folder =
-        std::filesystem::path(StandardTablePath(kLogbookAlias)).parent_path();
-    const Handle connection = ConnectionForFolder(folder, false);
+    const Handle connection = DossierConnection();
     std::uint16_t connectionType = 0;
     db_.GetConnectionType(connection, connectionType);
     const std::string user = action == "CREATE" ? "SYSTEM" : session::CurrentUser().Name;
