@@ -2,9 +2,8 @@
 
 // The embedded table engine: the operation set over DBF / FPT files in folders, run in-process.
 // It maps handles to connections and open tables and hands each call to the units below
-// (cursor/, dbf/, memo/, lock/, expr/, order/). SQL statements run through sql/. Data
-// dictionaries, encryption and the management call's server-side figures are not part of this
-// engine yet: those operations return AE_NOT_IMPLEMENTED.
+// (cursor/, dbf/, memo/, lock/, expr/, order/). SQL statements run through sql/, encryption
+// through crypt/, data dictionaries through dictionary/.
 
 #include <map>
 #include <memory>
@@ -16,6 +15,10 @@
 
 namespace fnrk::engine {
 
+namespace crypt {
+class FileCipher;
+struct EncryptionMark;
+}  // namespace crypt
 namespace order {
 class OrderRegistry;
 }
@@ -237,6 +240,7 @@ class Engine final : public Operations {
         Handle connection = 0;
         std::unique_ptr<cursor::TableCursor> cursor;
         std::uint32_t options = 0;
+        std::string password{};  // given by EnableEncryption, for EncryptTable
     };
 
     // Remembers a failure for GetLastError and returns its status (success passes through).
@@ -268,6 +272,10 @@ class Engine final : public Operations {
     order::OrderRegistry& Orders();
     Status AttachIndexes(Handle table);
     void DetachIndexes(Handle table);
+    // Rewrites a table under `cipher` (null: plain) with `mark` in its header (null: none),
+    // and its open index files with it (engine_crypt.cpp).
+    Status RecodeTable(Handle table, std::shared_ptr<const crypt::FileCipher> cipher,
+                       const crypt::EncryptionMark* mark);
     // SQL statements (engine_sql.cpp).
     sql::StatementRegistry& Statements();
     Status OnStatement(Handle statement,

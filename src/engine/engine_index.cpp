@@ -44,6 +44,8 @@ Status Engine::AttachIndexes(Handle table) {
     cursor::TableCursor* cursor = FindTable(table);
     if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
     order::TableOrders& orders = Orders().Attach(table, *cursor, settings_.dates);
+    // An encrypted table's indexes open once its password is given (EnableEncryption).
+    if (cursor->file().locked()) return AE_SUCCESS;
     std::string message;
     return Report(orders.indexes->OpenStructural(message), message);
 }

@@ -1,25 +1,8 @@
-// The operations this engine does not offer yet (see engine.hpp): encryption and data
-// dictionaries.
+// The operations this engine does not offer yet: data dictionaries.
 
 #include "engine/engine.hpp"
 
 namespace fnrk::engine {
-
-Status Engine::EnableEncryption(Handle /*table*/, std::string_view /*password*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::EncryptTable(Handle /*table*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::DecryptTable(Handle /*table*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
-
-Status Engine::IsTableEncrypted(Handle /*table*/, bool& /*encrypted*/) {
-    return Report(AE_NOT_IMPLEMENTED);
-}
 
 Status Engine::DDCreate(std::string_view /*dictionaryPath*/, std::uint16_t /*encrypt*/,
                         std::string_view /*description*/, Handle& /*dictionary*/) {

@@ -29,8 +29,9 @@ std::string TrimmedName(const std::string& key) {
 CompoundIndex::CompoundIndex(std::unique_ptr<IndexFile> file, KeyKindOf kindOf)
     : file_(std::move(file)), kindOf_(std::move(kindOf)) {}
 
-std::unique_ptr<CompoundIndex> CompoundIndex::Create(const std::filesystem::path& path) {
-    auto file = IndexFile::Create(path);
+std::unique_ptr<CompoundIndex> CompoundIndex::Create(const std::filesystem::path& path,
+                                                     const crypt::FileCipher* cipher) {
+    auto file = IndexFile::Create(path, cipher);
     TagHeader header;
     header.root = kHeaderSize;
     header.keyLength = kTagNameLength;

@@ -32,8 +32,9 @@ using KeyKindOf = std::function<KeyKind(const std::string& keyExpression)>;
 
 class CompoundIndex {
   public:
-    // A new file holding an empty directory.
-    static std::unique_ptr<CompoundIndex> Create(const std::filesystem::path& path);
+    // A new file holding an empty directory (encrypted under `cipher` when one is given).
+    static std::unique_ptr<CompoundIndex> Create(const std::filesystem::path& path,
+                                                 const crypt::FileCipher* cipher = nullptr);
     // Throws IndexCorrupt when the directory cannot be read.
     static std::unique_ptr<CompoundIndex> Open(const std::filesystem::path& path,
                                                IndexOpenMode mode, KeyKindOf kindOf = {});

@@ -32,10 +32,12 @@ IndexFile::IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMo
     }
 }
 
-std::unique_ptr<IndexFile> IndexFile::Create(const std::filesystem::path& path) {
+std::unique_ptr<IndexFile> IndexFile::Create(const std::filesystem::path& path,
+                                             const crypt::FileCipher* cipher) {
     io::PosixFile file = io::PosixFile::CreateNew(path.string());
     if (!file.valid()) ThrowErrno("cannot create", path);
-    return std::unique_ptr<IndexFile>(new IndexFile(path, std::move(file), IndexOpenMode{}));
+    return std::unique_ptr<IndexFile>(
+        new IndexFile(path, std::move(file), IndexOpenMode{.cipher = cipher}));
 }
 
 std::unique_ptr<IndexFile> IndexFile::Open(const std::filesystem::path& path, IndexOpenMode mode) {
@@ -50,10 +52,23 @@ void IndexFile::Read(std::uint64_t offset, char* out, std::size_t length) const 
                            path_.filename().string());
     if (file_.ReadAt(offset, out, length) != length)
         throw IndexCorrupt("index: cannot read " + path_.filename().string());
+    if (mode_.cipher != nullptr) ApplyCipher(offset, out, length);
+}
+
+void IndexFile::ApplyCipher(std::uint64_t offset, char* bytes, std::size_t length) const {
+    if (offset + length <= kHeaderSize) return;
+    const std::size_t skip = offset < kHeaderSize ? kHeaderSize - offset : 0;
+    mode_.cipher->Apply(crypt::CipherStream::Index, offset + skip, bytes + skip, length - skip);
 }
 
 void IndexFile::Write(std::uint64_t offset, const char* bytes, std::size_t length) {
     if (mode_.readOnly) throw std::system_error(EROFS, std::generic_category(), path_.string());
+    std::string sealed;
+    if (mode_.cipher != nullptr && offset + length > kHeaderSize) {
+        sealed.assign(bytes, length);
+        ApplyCipher(offset, sealed.data(), length);
+        bytes = sealed.data();
+    }
     if (!file_.WriteAt(offset, bytes, length)) ThrowErrno("cannot write", path_);
     if (offset + length > size_) size_ = offset + length;
 }

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+#include "engine/crypt/file_cipher.hpp"
 #include "engine/io/posix_file.hpp"
 
 namespace fnrk::engine::cdx {
@@ -17,12 +18,15 @@ namespace fnrk::engine::cdx {
 struct IndexOpenMode {
     bool readOnly = false;
     bool shared = false;  // other processes may change the file
+    // An encrypted table's cipher: everything after the file header goes through it.
+    const crypt::FileCipher* cipher = nullptr;
 };
 
 class IndexFile {
   public:
     // A new, empty file (truncated if it exists). Throws std::system_error.
-    static std::unique_ptr<IndexFile> Create(const std::filesystem::path& path);
+    static std::unique_ptr<IndexFile> Create(const std::filesystem::path& path,
+                                             const crypt::FileCipher* cipher = nullptr);
     static std::unique_ptr<IndexFile> Open(const std::filesystem::path& path, IndexOpenMode mode);
     IndexFile(const IndexFile&) = delete;
     IndexFile& operator=(const IndexFile&) = delete;
@@ -73,6 +77,8 @@ class IndexFile {
     IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMode mode);
     void Lock(short type);
     void Unlock();
+    // Encrypts or decrypts the part of a range that lies past the file header.
+    void ApplyCipher(std::uint64_t offset, char* bytes, std::size_t length) const;
     // Ends one guard; the outermost one publishes an update and unlocks.
     void Release();
     // Re-reads the change counter and file size; drops caches when another process wrote.

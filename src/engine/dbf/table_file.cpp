@@ -4,6 +4,7 @@
 #include <cstring>
 #include <ctime>
 
+#include "engine/crypt/encryption_mark.hpp"
 #include "engine/io/byte_order.hpp"
 #include "engine/lock/header_guard.hpp"
 
@@ -128,8 +129,24 @@ void TableFile::RefreshRecordCount() {
     if (file_.ReadAt(4, bytes, 4) == 4) header_.recordCount = io::ReadLe32(bytes);
 }
 
+bool TableFile::encrypted() const {
+    return crypt::IsEncrypted(header_.reserved);
+}
+
+void TableFile::SetCipher(std::shared_ptr<const crypt::FileCipher> cipher) {
+    cipher_ = std::move(cipher);
+    memo_.SetCipher(cipher_.get());
+    DropCache();
+}
+
+void TableFile::ApplyCipher(std::uint32_t record, char* bytes) const {
+    if (cipher_ != nullptr)
+        cipher_->Apply(crypt::CipherStream::Records, RecordOffset(record) + 1, bytes + 1,
+                       header_.recordLength - 1u);
+}
+
 const char* TableFile::ReadRecord(std::uint32_t record) {
-    if (record < 1 || record > header_.recordCount) return nullptr;
+    if (record < 1 || record > header_.recordCount || locked()) return nullptr;
     const std::size_t length = header_.recordLength;
     if (record >= cacheFirst_ && record < cacheFirst_ + cacheCount_)
         return cache_.data() + std::size_t{record - cacheFirst_} * length;
@@ -149,6 +166,8 @@ const char* TableFile::ReadRecord(std::uint32_t record) {
     const std::size_t got = file_.ReadAt(RecordOffset(first), cache_.data(), count * length);
     cacheFirst_ = first;
     cacheCount_ = static_cast<std::uint32_t>(got / length);
+    for (std::uint32_t i = 0; cipher_ != nullptr && i < cacheCount_; ++i)
+        ApplyCipher(first + i, cache_.data() + std::size_t{i} * length);
     if (record >= cacheFirst_ + cacheCount_) return nullptr;
     return cache_.data() + std::size_t{record - cacheFirst_} * length;
 }
@@ -156,17 +175,25 @@ const char* TableFile::ReadRecord(std::uint32_t record) {
 Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
                               std::string_view bytes) {
     if (readOnly_) return AE_TABLE_READONLY;
+    if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
     if (record < 1 || record > header_.recordCount || bytes.size() != header_.recordLength)
         return AE_INVALID_RECORD_NUMBER;
+    std::string sealed;
+    std::string_view stored = bytes;
+    if (cipher_ != nullptr) {
+        sealed.assign(bytes);
+        ApplyCipher(record, sealed.data());
+        stored = sealed;
+    }
     const bool appended = tailReserved_ && record == header_.recordCount;
     if (appended) {
-        std::string withEnd(bytes);
+        std::string withEnd(stored);
         withEnd += kEndOfFile;
         if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
             return AE_PERMISSION_DENIED;
         tailReserved_ = false;
         oldRecord = {};
-    } else if (!file_.WriteAt(RecordOffset(record), bytes.data(), bytes.size())) {
+    } else if (!file_.WriteAt(RecordOffset(record), stored.data(), stored.size())) {
         return AE_PERMISSION_DENIED;
     }
     if (record >= cacheFirst_ && record < cacheFirst_ + cacheCount_) {
@@ -181,6 +208,7 @@ Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
 Status TableFile::ReserveRecord(std::uint32_t& record) {
     if (readOnly_) return AE_TABLE_READONLY;
     if (!exclusive_ || tailReserved_) return AE_TABLE_NOT_EXCLUSIVE;
+    if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
     record = ++header_.recordCount;
     tailReserved_ = true;
     headerDirty_ = true;
@@ -190,10 +218,12 @@ Status TableFile::ReserveRecord(std::uint32_t& record) {
 Status TableFile::AppendRecord(std::string_view bytes, std::uint32_t& record) {
     if (readOnly_) return AE_TABLE_READONLY;
     if (bytes.size() != header_.recordLength) return AE_INVALID_RECORD_LENGTH;
+    if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
     std::string withEnd(bytes);
     withEnd += kEndOfFile;
     if (exclusive_) {
         record = header_.recordCount + 1;
+        ApplyCipher(record, withEnd.data());
         if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
             return AE_PERMISSION_DENIED;
         header_.recordCount = record;
@@ -203,6 +233,7 @@ Status TableFile::AppendRecord(std::string_view bytes, std::uint32_t& record) {
         if (!guard.acquired()) return AE_LOCK_FAILED;
         RefreshRecordCount();
         record = header_.recordCount + 1;
+        ApplyCipher(record, withEnd.data());
         if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
             return AE_PERMISSION_DENIED;
         header_.recordCount = record;
@@ -276,10 +307,14 @@ Status TableFile::Pack(std::string& message) {
             return AE_CORRUPT_TABLE;
         }
         for (std::uint32_t i = 0; i < count; ++i) {
-            const char* record = chunk.data() + i * length;
+            char* record = chunk.data() + i * length;
             if (record[0] == '*') continue;
             ++kept;
-            if (kept != first + i && !file_.WriteAt(RecordOffset(kept), record, length)) {
+            if (kept == first + i) continue;
+            // A record that moves takes the keystream of its new place.
+            ApplyCipher(first + i, record);
+            ApplyCipher(kept, record);
+            if (!file_.WriteAt(RecordOffset(kept), record, length)) {
                 message = "cannot write " + path_;
                 return AE_PERMISSION_DENIED;
             }
@@ -287,6 +322,49 @@ Status TableFile::Pack(std::string& message) {
     }
     if (Status status = EndAfter(kept, message); status != AE_SUCCESS) return status;
     if (observer_ != nullptr) observer_->TablePacked();
+    return AE_SUCCESS;
+}
+
+Status TableFile::Recode(std::shared_ptr<const crypt::FileCipher> cipher,
+                         const std::array<std::uint8_t, 16>& reserved, std::string& message) {
+    if (Status status = RequireExclusiveWrite("encryption", message); status != AE_SUCCESS)
+        return status;
+    if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
+    const std::size_t length = header_.recordLength;
+    std::vector<char> chunk(kPackChunkRecords * length);
+    for (std::uint32_t first = 1; first <= header_.recordCount; first += kPackChunkRecords) {
+        const std::uint32_t count =
+            std::min<std::uint32_t>(kPackChunkRecords, header_.recordCount - first + 1);
+        const std::size_t bytes = count * length;
+        if (file_.ReadAt(RecordOffset(first), chunk.data(), bytes) != bytes) {
+            message = "cannot read " + path_;
+            return AE_CORRUPT_TABLE;
+        }
+        for (std::uint32_t i = 0; i < count; ++i) {
+            char* record = chunk.data() + std::size_t{i} * length;
+            crypt::Recode(cipher_.get(), cipher.get(), crypt::CipherStream::Records,
+                          RecordOffset(first + i) + 1, record + 1, length - 1);
+        }
+        if (!file_.WriteAt(RecordOffset(first), chunk.data(), bytes)) {
+            message = "cannot write " + path_;
+            return AE_PERMISSION_DENIED;
+        }
+    }
+    if (memo_.IsOpen()) {
+        message = memo_.Recode(cipher_.get(), cipher.get());
+        if (!message.empty()) return AE_PERMISSION_DENIED;
+    }
+    // The mark goes last: until it is written the table reads as it did.
+    const std::array<std::uint8_t, 16> before = header_.reserved;
+    header_.reserved = reserved;
+    const std::string prefix = SerializeHeaderPrefix(header_);
+    if (!file_.WriteAt(crypt::kReservedOffset, prefix.data() + crypt::kReservedOffset,
+                       reserved.size())) {
+        header_.reserved = before;
+        message = "cannot write the header of " + path_;
+        return AE_PERMISSION_DENIED;
+    }
+    SetCipher(std::move(cipher));
     return AE_SUCCESS;
 }
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/crypt/file_cipher.hpp"
 #include "engine/dbf/table_header.hpp"
 #include "engine/dbf/upkeep_observer.hpp"
 #include "engine/errors.hpp"
@@ -43,6 +44,18 @@ class TableFile {
     bool readOnly() const { return readOnly_; }
     lock::FileLocks locks() const { return lock::FileLocks(file_.fd()); }
     memo::MemoFile* memo() { return memo_.IsOpen() ? &memo_ : nullptr; }
+
+    // --- encryption (see crypt/file_cipher.hpp). An encrypted table without its cipher is
+    // locked: it reads no record and refuses every write.
+    bool encrypted() const;
+    bool locked() const { return encrypted() && cipher_ == nullptr; }
+    const crypt::FileCipher* cipher() const { return cipher_.get(); }
+    // Gives an encrypted table its cipher (for this handle only).
+    void SetCipher(std::shared_ptr<const crypt::FileCipher> cipher);
+    // Exclusive use only: rewrites every record and memo under `cipher` (null: plain) and
+    // stores `reserved` as the header's reserved bytes, which carry the encryption mark.
+    Status Recode(std::shared_ptr<const crypt::FileCipher> cipher,
+                  const std::array<std::uint8_t, 16>& reserved, std::string& message);
 
     std::uint32_t recordCount() const { return header_.recordCount; }
     // Re-reads the record count from the file (other handles may have appended).
@@ -82,6 +95,9 @@ class TableFile {
     // Makes `count` the number of records: end-of-file mark, file cut after it, header updated.
     Status EndAfter(std::uint32_t count, std::string& message);
     void StampUpdateDate();
+    // XORs the bytes of record `record` after its deletion flag with their keystream, which
+    // encrypts and decrypts alike; nothing for a plain table.
+    void ApplyCipher(std::uint32_t record, char* bytes) const;
 
     std::string path_;
     io::PosixFile file_;
@@ -92,6 +108,7 @@ class TableFile {
     bool headerDirty_ = false;
     bool tailReserved_ = false;  // the last record is numbered but not yet in the file
     UpkeepObserver* observer_ = nullptr;
+    std::shared_ptr<const crypt::FileCipher> cipher_;
 
     std::vector<char> cache_;
     std::uint32_t cacheFirst_ = 0;

@@ -83,6 +83,7 @@ std::string ParseTableHeader(std::string_view bytes, std::uint64_t fileSize, Tab
     parsed.recordCount = ReadLe32(bytes.data() + 4);
     parsed.headerLength = ReadLe16(bytes.data() + 8);
     parsed.recordLength = ReadLe16(bytes.data() + 10);
+    std::copy_n(bytes.begin() + 12, parsed.reserved.size(), parsed.reserved.begin());
     parsed.flags = static_cast<std::uint8_t>(bytes[28]);
     parsed.codePage = static_cast<std::uint8_t>(bytes[29]);
 
@@ -131,6 +132,7 @@ std::string SerializeHeaderPrefix(const TableHeader& header) {
     WriteLe32(prefix.data() + 4, header.recordCount);
     WriteLe16(prefix.data() + 8, header.headerLength);
     WriteLe16(prefix.data() + 10, header.recordLength);
+    std::copy(header.reserved.begin(), header.reserved.end(), prefix.begin() + 12);
     prefix[28] = static_cast<char>(header.flags);
     prefix[29] = static_cast<char>(header.codePage);
     return prefix;

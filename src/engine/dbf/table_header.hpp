@@ -3,6 +3,7 @@
 // The fixed part of a DBF file: 32-byte header, 32-byte field descriptors, 0x0D terminator and,
 // for Visual FoxPro tables, the 263-byte backlink area.
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -30,6 +31,8 @@ struct TableHeader {
     std::uint32_t recordCount = 0;
     std::uint16_t headerLength = 0;
     std::uint16_t recordLength = 0;
+    // Bytes 12 to 27, kept as found: an encrypted table's mark lives there.
+    std::array<std::uint8_t, 16> reserved{};
     std::uint8_t flags = 0;
     std::uint8_t codePage = kCodePageWindows1252;
     std::vector<Field> fields;

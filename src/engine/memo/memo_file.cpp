@@ -1,5 +1,7 @@
 #include "engine/memo/memo_file.hpp"
 
+#include <algorithm>
+
 #include "engine/io/byte_order.hpp"
 #include "engine/lock/header_guard.hpp"
 
@@ -60,6 +62,7 @@ std::string MemoFile::ReadBlockHeader(std::uint32_t block, std::uint32_t& type,
     char header[kBlockHeaderSize];
     if (file_.ReadAt(start, header, kBlockHeaderSize) != kBlockHeaderSize)
         return "memo block past the end of the memo file";
+    ApplyCipher(start, header, kBlockHeaderSize);
     type = ReadBe32(header);
     length = ReadBe32(header + 4);
     if (length > kMaxMemoLength || start + kBlockHeaderSize + length > file_.Size())
@@ -76,6 +79,7 @@ std::string MemoFile::Read(std::uint32_t block, MemoBlock& memo) const {
     const std::uint64_t start = std::uint64_t{block} * blockSize_ + kBlockHeaderSize;
     if (file_.ReadAt(start, data.data(), length) != length)
         return "memo length runs past the end of the memo file";
+    ApplyCipher(start, data.data(), length);
     memo.type = type;
     memo.data = std::move(data);
     return {};
@@ -96,6 +100,7 @@ std::string MemoFile::Write(std::uint32_t& block, std::uint32_t type, std::strin
     std::uint32_t oldLength = 0;
     if (block != 0 && ReadBlockHeader(block, oldType, oldLength).empty() &&
         BlocksFor(oldLength) >= BlocksFor(data.size())) {
+        ApplyCipher(std::uint64_t{block} * blockSize_, bytes.data(), bytes.size());
         return file_.WriteAt(std::uint64_t{block} * blockSize_, bytes.data(), bytes.size())
                    ? std::string()
                    : "cannot write the memo file";
@@ -106,6 +111,7 @@ std::string MemoFile::Write(std::uint32_t& block, std::uint32_t type, std::strin
     const std::uint32_t start = NextFreeBlock();
     const std::uint32_t next = start + BlocksFor(data.size());
     bytes.resize(std::size_t{next - start} * blockSize_, '\0');
+    ApplyCipher(std::uint64_t{start} * blockSize_, bytes.data(), bytes.size());
     char header[4];
     WriteBe32(header, next);
     if (!file_.WriteAt(std::uint64_t{start} * blockSize_, bytes.data(), bytes.size()) ||
@@ -122,6 +128,20 @@ std::string MemoFile::Clear() {
     WriteBe32(header, firstFree);
     if (!file_.WriteAt(0, header, 4) || !file_.Truncate(std::uint64_t{firstFree} * blockSize_))
         return "cannot clear the memo file";
+    return {};
+}
+
+std::string MemoFile::Recode(const crypt::FileCipher* from, const crypt::FileCipher* to) {
+    constexpr std::size_t kChunk = 64 * 1024;
+    std::string chunk(kChunk, '\0');
+    const std::uint64_t size = file_.Size();
+    for (std::uint64_t at = kMemoHeaderSize; at < size; at += kChunk) {
+        const std::size_t length =
+            static_cast<std::size_t>(std::min<std::uint64_t>(kChunk, size - at));
+        if (file_.ReadAt(at, chunk.data(), length) != length) return "cannot read the memo file";
+        crypt::Recode(from, to, crypt::CipherStream::Memos, at, chunk.data(), length);
+        if (!file_.WriteAt(at, chunk.data(), length)) return "cannot write the memo file";
+    }
     return {};
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "engine/crypt/file_cipher.hpp"
 #include "engine/io/posix_file.hpp"
 
 namespace fnrk::engine::memo {
@@ -52,13 +53,23 @@ class MemoFile {
     // First block after the last memo, from the file header.
     std::uint32_t NextFreeBlock() const;
 
+    // The cipher of an encrypted table (null: plain); the file header stays plain.
+    void SetCipher(const crypt::FileCipher* cipher) { cipher_ = cipher; }
+    // Rewrites every byte after the header from cipher `from` to cipher `to` (null: plain),
+    // without taking the new cipher. Empty string or a message.
+    std::string Recode(const crypt::FileCipher* from, const crypt::FileCipher* to);
+
   private:
     std::uint32_t BlocksFor(std::size_t length) const {
         return static_cast<std::uint32_t>((kBlockHeaderSize + length + blockSize_ - 1) /
                                           blockSize_);
     }
+    void ApplyCipher(std::uint64_t offset, char* bytes, std::size_t length) const {
+        if (cipher_ != nullptr) cipher_->Apply(crypt::CipherStream::Memos, offset, bytes, length);
+    }
     io::PosixFile file_;
     std::uint16_t blockSize_ = kDefaultBlockSize;
+    const crypt::FileCipher* cipher_ = nullptr;
 };
 
 }  // namespace fnrk::engine::memo

@@ -77,7 +77,8 @@ Status TableIndexes::OpenFile(const std::filesystem::path& path, std::string& me
         auto file = std::make_unique<File>();
         file->path = path;
         file->index = cdx::CompoundIndex::Open(
-            path, {.readOnly = table.readOnly(), .shared = !table.exclusive()},
+            path,
+            {.readOnly = table.readOnly(), .shared = !table.exclusive(), .cipher = table.cipher()},
             [&](const std::string& expression) {
                 return KeyKindOfExpression(expression, table.header());
             });
@@ -163,7 +164,7 @@ void TableIndexes::Rebuild(File& file, const std::vector<TagRequest>& requests) 
     std::erase(tags_, nullptr);
     const bool shared = !table_.file().exclusive();
     file.index.reset();
-    auto rebuilt = cdx::CompoundIndex::Create(file.path);
+    auto rebuilt = cdx::CompoundIndex::Create(file.path, table_.file().cipher());
     const std::uint32_t records = table_.file().recordCount();
     for (std::size_t i = 0; i < requests.size(); ++i) {
         const TagRequest& request = requests[i];
@@ -174,7 +175,8 @@ void TableIndexes::Rebuild(File& file, const std::vector<TagRequest>& requests) 
     }
     rebuilt.reset();
     file.index = cdx::CompoundIndex::Open(
-        file.path, {.readOnly = false, .shared = shared}, [&](const std::string& expression) {
+        file.path, {.readOnly = false, .shared = shared, .cipher = table_.file().cipher()},
+        [&](const std::string& expression) {
             return KeyKindOfExpression(expression, table_.header());
         });
     // Tags keep their OpenTag objects (orders point at them); new tags get new ones.
@@ -209,8 +211,10 @@ Status TableIndexes::CreateTag(std::filesystem::path path, const TagRequest& req
         if (file == nullptr) {
             auto fresh = std::make_unique<File>();
             fresh->path = path;
-            cdx::CompoundIndex::Create(path);
-            fresh->index = cdx::CompoundIndex::Open(path, {.shared = !table_.file().exclusive()});
+            const crypt::FileCipher* cipher = table_.file().cipher();
+            cdx::CompoundIndex::Create(path, cipher);
+            fresh->index = cdx::CompoundIndex::Open(
+                path, {.shared = !table_.file().exclusive(), .cipher = cipher});
             files_.push_back(std::move(fresh));
             file = files_.back().get();
         }

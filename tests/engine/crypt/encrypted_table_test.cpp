@@ -1,0 +1,178 @@
+// Encrypted tables through the engine: no plaintext left in the table, memo or index file, the
+// right password reads everything back (indexes included), a wrong one is refused, and every
+// write keeps the files encrypted.
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "engine/sql/sql_fixture.hpp"
+#include "platform/codepage.hpp"
+#include "support/temp_dir.hpp"
+
+namespace fnrk::engine {
+namespace {
+
+const std::vector<std::string> kFields = {"NAME", "CODESOC", "PATH", "AMOUNT", "BORN", "NOTE"};
+
+class EncryptedTableTest : public SqlTest {
+  protected:
+    void SetUp() override {
+        SqlTest::SetUp();
+        CopyFixture("people", "people");
+    }
+
+    std::string FileBytes(const char* extension) {
+        return testing::ReadFileBytes(dir / (std::string("people") + extension));
+    }
+
+    // Field values that the fixture's files hold in plain text (Windows-1252).
+    static std::vector<std::string> Secrets() {
+        return {"C:\\DATA\\SOC018", "SOC016", platform::Utf8ToCp1252("DÉSIRÉ"),
+                std::string(40, 'x')};
+    }
+
+    int PlaintextHits(const std::string& bytes) {
+        int hits = 0;
+        for (const std::string& secret : Secrets())
+            if (bytes.find(secret) != std::string::npos) ++hits;
+        return hits;
+    }
+
+    Handle OpenWith(const std::string& password, std::uint32_t options = ADS_EXCLUSIVE) {
+        const Handle table = Open("people", options);
+        EXPECT_EQ(engine.EnableEncryption(table, password), AE_SUCCESS);
+        return table;
+    }
+
+    void Encrypt(const std::string& password) {
+        const Handle table = OpenWith(password);
+        ASSERT_EQ(engine.EncryptTable(table), AE_SUCCESS) << LastErrorText();
+        ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
+    }
+
+    // The records in the order of tag `tag` ("" for natural order), as text.
+    std::vector<std::vector<std::string>> InOrder(Handle table, const std::string& tag) {
+        Handle object = table;
+        if (!tag.empty()) {
+            EXPECT_EQ(engine.GetIndexHandle(table, tag, object), AE_SUCCESS);
+        }
+        return Rows(object, kFields);
+    }
+};
+
+TEST_F(EncryptedTableTest, FilesHoldNoPlaintextAndReadBackIdentically) {
+    for (const char* extension : {".dbf", ".fpt", ".cdx"})
+        ASSERT_GT(PlaintextHits(FileBytes(extension)), 0) << extension << " shows the fixture";
+    const Handle plain = Open("people");
+    const auto natural = InOrder(plain, "");
+    const auto byName = InOrder(plain, "NAME");
+    ASSERT_EQ(engine.CloseTable(plain), AE_SUCCESS);
+
+    Encrypt("pass phrase");
+    for (const char* extension : {".dbf", ".fpt", ".cdx"})
+        EXPECT_EQ(PlaintextHits(FileBytes(extension)), 0) << extension;
+
+    const Handle table = Open("people");
+    bool encrypted = false;
+    ASSERT_EQ(engine.IsTableEncrypted(table, encrypted), AE_SUCCESS);
+    EXPECT_TRUE(encrypted);
+    // Without its password the table shows nothing and takes nothing.
+    EXPECT_TRUE(Eof(table));
+    EXPECT_EQ(engine.AppendRecord(table), AE_ENCRYPTION_NOT_ENABLED);
+    EXPECT_EQ(engine.EnableEncryption(table, "pass phrasE"), AE_INVALID_PASSWORD);
+    EXPECT_EQ(engine.EnableEncryption(table, ""), AE_INVALID_PASSWORD);
+    EXPECT_TRUE(Eof(table));
+
+    ASSERT_EQ(engine.EnableEncryption(table, "pass phrase"), AE_SUCCESS);
+    EXPECT_EQ(InOrder(table, ""), natural);
+    EXPECT_EQ(InOrder(table, "NAME"), byName);
+    Handle index = 0;
+    ASSERT_EQ(engine.GetIndexHandle(table, "NAME", index), AE_SUCCESS);
+    bool found = false;
+    ASSERT_EQ(engine.Seek(index, "DÉSIRÉ", ADS_STRINGKEY, ADS_HARDSEEK, found), AE_SUCCESS);
+    EXPECT_TRUE(found);
+    EXPECT_EQ(String(table, "PATH"), natural[2][2]);  // record 4: record 1 is deleted
+}
+
+TEST_F(EncryptedTableTest, WritesStayEncryptedAndDecryptingRestoresThePlainFiles) {
+    const std::string original = FileBytes(".dbf");
+    const std::string originalMemo = FileBytes(".fpt");
+    Encrypt("k");
+    {
+        const Handle table = OpenWith("k");
+        ASSERT_EQ(engine.AppendRecord(table), AE_SUCCESS);
+        ASSERT_EQ(engine.SetString(table, "NAME", "ZEPHYRINE"), AE_SUCCESS);
+        ASSERT_EQ(engine.SetString(table, "NOTE", "memo of the unseen kind"), AE_SUCCESS);
+        ASSERT_EQ(engine.GotoRecord(table, 2), AE_SUCCESS);
+        ASSERT_EQ(engine.SetString(table, "CODESOC", "SOCRENAMED"), AE_SUCCESS);
+        ASSERT_EQ(engine.GotoRecord(table, 3), AE_SUCCESS);
+        ASSERT_EQ(engine.DeleteRecord(table), AE_SUCCESS);
+        ASSERT_EQ(engine.PackTable(table), AE_SUCCESS) << LastErrorText();
+        ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
+    }
+    for (const char* extension : {".dbf", ".fpt", ".cdx"}) {
+        const std::string bytes = FileBytes(extension);
+        // Index keys lose their prefix shared with the key before: look for the tail.
+        EXPECT_EQ(bytes.find("PHYRINE"), std::string::npos) << extension;
+        EXPECT_EQ(bytes.find("SOCRENAMED"), std::string::npos) << extension;
+        EXPECT_EQ(bytes.find("unseen"), std::string::npos) << extension;
+    }
+
+    const Handle table = OpenWith("k");
+    std::vector<std::vector<std::string>> natural = InOrder(table, "");
+    ASSERT_FALSE(natural.empty());
+    EXPECT_EQ(natural.back()[0], "ZEPHYRINE      ");
+    EXPECT_EQ(natural.back()[5], "memo of the unseen kind");
+    EXPECT_EQ(natural.front()[1], "SOCRENAMED     ");  // record 2 is first: 1 is deleted
+    Handle index = 0;
+    ASSERT_EQ(engine.GetIndexHandle(table, "NAME", index), AE_SUCCESS);
+    bool found = false;
+    ASSERT_EQ(engine.Seek(index, "ZEPHYRINE", ADS_STRINGKEY, ADS_HARDSEEK, found), AE_SUCCESS);
+    EXPECT_TRUE(found);
+    ASSERT_EQ(engine.Seek(index, "CHLOÉ", ADS_STRINGKEY, ADS_HARDSEEK, found), AE_SUCCESS);
+    EXPECT_FALSE(found) << "record 3 was packed away";
+
+    ASSERT_EQ(engine.DecryptTable(table), AE_SUCCESS) << LastErrorText();
+    EXPECT_EQ(InOrder(table, ""), natural);
+    ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
+    EXPECT_NE(FileBytes(".dbf").find("ZEPHYRINE"), std::string::npos);
+    EXPECT_NE(FileBytes(".cdx").find("PHYRINE"), std::string::npos);
+    EXPECT_NE(FileBytes(".fpt").find("unseen"), std::string::npos);
+    // Records and memos that were never changed are back byte for byte: record 4 is now
+    // record 2 (records 1 and 3 were packed away).
+    constexpr std::size_t kHeader = 290;
+    constexpr std::size_t kRecord = 128;
+    const std::string now = FileBytes(".dbf");
+    EXPECT_EQ(now.substr(12, 16), std::string(16, '\0'));
+    EXPECT_EQ(now.substr(kHeader + kRecord, kRecord),
+              original.substr(kHeader + 3 * kRecord, kRecord));
+    EXPECT_EQ(FileBytes(".fpt").substr(0, originalMemo.size()).substr(8), originalMemo.substr(8));
+}
+
+TEST_F(EncryptedTableTest, RefusalsChangeNothing) {
+    const std::string original = FileBytes(".dbf");
+    const Handle shared = Open("people", ADS_SHARED);
+    EXPECT_EQ(engine.EncryptTable(shared), AE_ENCRYPTION_NOT_ENABLED);
+    ASSERT_EQ(engine.EnableEncryption(shared, "k"), AE_SUCCESS);
+    EXPECT_EQ(engine.EncryptTable(shared), AE_TABLE_NOT_EXCLUSIVE);
+    EXPECT_EQ(engine.DecryptTable(shared), AE_TABLE_NOT_ENCRYPTED);
+    bool encrypted = true;
+    ASSERT_EQ(engine.IsTableEncrypted(shared, encrypted), AE_SUCCESS);
+    EXPECT_FALSE(encrypted);
+    ASSERT_EQ(engine.CloseTable(shared), AE_SUCCESS);
+    EXPECT_EQ(FileBytes(".dbf"), original);
+
+    Encrypt("k");
+    const std::string sealed = FileBytes(".dbf");
+    const Handle locked = Open("people", ADS_EXCLUSIVE);
+    EXPECT_EQ(engine.DecryptTable(locked), AE_ENCRYPTION_NOT_ENABLED);
+    EXPECT_EQ(engine.EnableEncryption(locked, "wrong"), AE_INVALID_PASSWORD);
+    EXPECT_EQ(engine.DecryptTable(locked), AE_ENCRYPTION_NOT_ENABLED);
+    EXPECT_EQ(engine.EncryptTable(locked), AE_SUCCESS);  // already encrypted: nothing to do
+    ASSERT_EQ(engine.CloseTable(locked), AE_SUCCESS);
+    EXPECT_EQ(FileBytes(".dbf").substr(32), sealed.substr(32));
+}
+
+}  // namespace
+}  // namespace fnrk::engine
