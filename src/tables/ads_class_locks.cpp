@@ -94,7 +94,11 @@ bool AdsClass::SetAllLocksInExistingDocument(std::string_view journalCode,
     // found by a locate on those two fields over the whole table, so no particular index tag is
     // needed; every one found is locked (with the user's Retry / Cancel). The lock tables
     // "CSFLOCKS", "ACFLOCKS" and "ACTLOCKS" are other screens' concern and are not touched.
-    if (!MakeCurrent("ACT")) return false;
+    // A quote would end the expression's text early.
+    if (journalCode.find('"') != std::string_view::npos ||
+        docNumber.find('"') != std::string_view::npos || !MakeCurrent("ACT")) {
+        return false;
+    }
     const std::string condition =
         "UPPER(DBKCODE)=\"" + platform::UpperCase(platform::Trim(journalCode)) +
         "\" .AND. ALLTRIM(DOCNUMBER)==\"" + platform::Trim(docNumber) + "\"";

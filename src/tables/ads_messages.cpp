@@ -92,7 +92,7 @@ constexpr CatalogueRow kCatalogue[] = {
 
 std::string CatalogueText(std::int32_t code, session::MessageLanguage language) {
     for (const CatalogueRow& row : kCatalogue) {
-        if (row.code != code && row.otherCode != code) continue;
+        if (row.code != code && (row.otherCode == 0 || row.otherCode != code)) continue;
         switch (language) {
             case session::MessageLanguage::Dutch:
                 return row.dutch;
