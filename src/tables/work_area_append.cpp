@@ -1,0 +1,87 @@
+// Work areas: appending the records of another table, and the encryption routines.
+
+#include <filesystem>
+
+#include "platform/text.hpp"
+#include "tables/work_area.hpp"
+
+namespace fnrk::tables {
+
+using namespace engine;  // option and status numbers
+
+namespace {
+
+bool IsEncryptionRefusal(Status status) {
+    return status == AE_TABLE_ENCRYPTED || status == AE_INVALID_PASSWORD ||
+           status == AE_ENCRYPTION_NOT_ENABLED;
+}
+
+}  // namespace
+
+Status WorkAreas::appendfrom(std::string_view sourcePath, std::string_view condition) {
+    // Deleted records are never appended, whatever the engine's deleted setting.
+    const std::string trimmed = platform::Trim(condition);
+    const std::string filter =
+        trimmed.empty() ? ".not. deleted()" : trimmed + " .and. .not. deleted()";
+
+    // A source that is open already is used as it stands, its own filter put back afterwards;
+    // otherwise it is opened for this call only, on the work areas' connection.
+    Handle source = 0;
+    const std::string sourceName = std::filesystem::path(platform::Trim(sourcePath)).stem();
+    const bool wasOpen = FindAlias(sourceName, source);
+    if (!wasOpen) {
+        const Status status = db_.OpenTable(connection_, sourcePath, "TEMP", ADS_CDX, ADS_ANSI,
+                                            ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS,
+                                            ADS_SHARED | ADS_READONLY, source);
+        if (status != AE_SUCCESS) {
+            ShowError((IsEncryptionRefusal(status) ? "appendfrom error encryption "
+                                                   : "appendfrom error opening ") +
+                      std::string(sourcePath));
+            return status;
+        }
+    }
+    std::string earlierFilter;
+    if (db_.GetAOF(source, earlierFilter) != AE_SUCCESS) earlierFilter.clear();
+
+    Status status = db_.SetAOF(source, filter, ADS_RESOLVE_DYNAMIC);
+    if (status == AE_SUCCESS) {
+        backend::SqlBackend* targetBackend =
+            current_ > 0 && current_ < kEngineHandleStart
+                ? db_.Backend(static_cast<BackendSlot>(current_ / backend::kBackendHandleRange))
+                : nullptr;
+        if (targetBackend != nullptr) {
+            // A SQL-kept target takes the records in one transaction, then reads its row again.
+            status = targetBackend->InitCopyTableContents(current_);
+            if (status == AE_SUCCESS)
+                status = db_.CopyTableContents(source, current_, ADS_RESPECTFILTERS);
+            const Status closed = targetBackend->CloseCopyTableContents(current_);
+            if (status == AE_SUCCESS) status = closed;
+            if (status == AE_SUCCESS) status = targetBackend->RefreshTable(current_);
+        } else {
+            status = db_.CopyTableContents(source, current_, ADS_RESPECTFILTERS);
+        }
+    }
+    if (status != AE_SUCCESS) ShowError(std::string(sourcePath) + "error copying ");
+
+    db_.ClearAOF(source);
+    if (!earlierFilter.empty()) db_.SetAOF(source, earlierFilter, ADS_RESOLVE_DYNAMIC);
+    if (!wasOpen) db_.CloseTable(source);
+    return status;
+}
+
+Status WorkAreas::sx_Encrypt(std::string_view password) {
+    const Status status = db_.EnableEncryption(current_, password);
+    return status == AE_SUCCESS ? db_.EncryptTable(current_) : status;
+}
+
+Status WorkAreas::sx_Decrypt(std::string_view password) {
+    const Status status = db_.EnableEncryption(current_, password);
+    return status == AE_SUCCESS ? db_.DecryptTable(current_) : status;
+}
+
+bool WorkAreas::sx_IsEncrypted() {
+    bool encrypted = false;
+    return db_.IsTableEncrypted(current_, encrypted) == AE_SUCCESS && encrypted;
+}
+
+}  // namespace fnrk::tables
