@@ -4,6 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <random>
 
@@ -17,7 +18,11 @@ namespace {
 
 using namespace fnrk::engine;
 
-constexpr std::uint32_t kRecords = 1'000'000;
+// FNRK_BENCH_RECORDS shrinks the table for runs under a profiler such as callgrind.
+const std::uint32_t kRecords = [] {
+    const char* records = std::getenv("FNRK_BENCH_RECORDS");
+    return records != nullptr ? static_cast<std::uint32_t>(std::stoul(records)) : 1'000'000u;
+}();
 constexpr const char* kFields = "NAME,C,20;QTY,N,8,0;DAY,D";
 
 const cursor::EngineSettings& Settings() {
@@ -144,7 +149,7 @@ void BM_AppendsWithUpkeepShared(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(BM_AppendsWithUpkeepShared)->Iterations(20000);
+BENCHMARK(BM_AppendsWithUpkeepShared)->Iterations(kRecords / 50);
 
 void BM_OptimizedFilterCount(benchmark::State& state) {
     EnsureTags();

@@ -61,24 +61,41 @@ std::unique_ptr<CompoundIndex> CompoundIndex::Open(const std::filesystem::path& 
 
 void CompoundIndex::LoadTags() {
     tags_.clear();
+    AddTagsNotKnown();
+    std::sort(tags_.begin(), tags_.end(),
+              [](const auto& a, const auto& b) { return a->headerOffset() < b->headerOffset(); });
+}
+
+std::vector<IndexTag*> CompoundIndex::AddTagsNotKnown() {
+    tagsGeneration_ = file_->generation();
     // Every tag needs at least a header and a node, which bounds an honest directory.
     const std::uint64_t limit = file_->size() / kNodeSize;
     std::uint64_t steps = 0;
+    std::vector<IndexTag*> added;
     for (TagPosition at = directory_->First(); at.valid(); at = directory_->Next(at)) {
         if (++steps > limit) throw IndexCorrupt("index: tag directory loops");
         const IndexEntry entry = directory_->EntryAt(at);
         if (entry.record % kNodeSize != 0 || entry.record < kHeaderSize ||
             entry.record + kHeaderSize > file_->size())
             throw IndexCorrupt("index: tag " + TrimmedName(entry.key) + " header outside the file");
+        const bool known = std::any_of(tags_.begin(), tags_.end(), [&](const auto& tag) {
+            return tag->headerOffset() == entry.record;
+        });
+        if (known) continue;
         char bytes[kHeaderSize];
         file_->Read(entry.record, bytes, kHeaderSize);
         const TagHeader header = TagHeader::Parse(bytes, file_->size());
         const KeyKind kind = kindOf_ ? kindOf_(header.keyExpression) : KeyKind::Character;
         tags_.push_back(
             std::make_unique<IndexTag>(*file_, entry.record, TrimmedName(entry.key), kind));
+        added.push_back(tags_.back().get());
     }
-    std::sort(tags_.begin(), tags_.end(),
-              [](const auto& a, const auto& b) { return a->headerOffset() < b->headerOffset(); });
+    return added;
+}
+
+std::vector<IndexTag*> CompoundIndex::TagsAddedElsewhere() {
+    if (file_->generation() == tagsGeneration_) return {};
+    return AddTagsNotKnown();
 }
 
 IndexTag* CompoundIndex::FindTag(std::string_view name) const {
@@ -88,8 +105,8 @@ IndexTag* CompoundIndex::FindTag(std::string_view name) const {
     return nullptr;
 }
 
-IndexTag& CompoundIndex::AddTag(const TagDefinition& definition,
-                                const std::vector<IndexEntry>& sorted, std::uint32_t recordHint) {
+IndexTag& CompoundIndex::AddTag(const TagDefinition& definition, const TagEntries& sorted,
+                                std::uint32_t recordHint) {
     const std::string name = UpperAscii(definition.name);
     if (name.empty() || name.size() > kTagNameLength || name.find(' ') != std::string::npos)
         throw std::invalid_argument("bad tag name \"" + definition.name + "\"");
@@ -97,6 +114,9 @@ IndexTag& CompoundIndex::AddTag(const TagDefinition& definition,
     if (definition.keyLength == 0 || definition.keyLength > kMaxKeyLength)
         throw std::invalid_argument("key length " + std::to_string(definition.keyLength) +
                                     " out of range");
+    if (!sorted.empty() && sorted.keyLength() != definition.keyLength)
+        throw std::invalid_argument("keys of " + std::to_string(sorted.keyLength()) +
+                                    " bytes for a tag of " + std::to_string(definition.keyLength));
     const KeyShape shape{definition.keyLength, PadByteOf(definition.kind)};
     TagHeader header;
     header.keyLength = static_cast<std::uint16_t>(definition.keyLength);
@@ -113,19 +133,6 @@ IndexTag& CompoundIndex::AddTag(const TagDefinition& definition,
     directory_->Insert(EncodeCharacterKey(name, kTagNameLength), headerOffset);
     tags_.push_back(std::make_unique<IndexTag>(*file_, headerOffset, name, definition.kind));
     return *tags_.back();
-}
-
-void SortForTag(std::vector<IndexEntry>& entries, bool unique) {
-    std::sort(entries.begin(), entries.end(), [](const IndexEntry& a, const IndexEntry& b) {
-        if (const int c = CompareKeys(a.key, b.key); c != 0) return c < 0;
-        return a.record < b.record;
-    });
-    if (unique) {
-        auto end =
-            std::unique(entries.begin(), entries.end(),
-                        [](const IndexEntry& a, const IndexEntry& b) { return a.key == b.key; });
-        entries.erase(end, entries.end());
-    }
 }
 
 }  // namespace fnrk::engine::cdx

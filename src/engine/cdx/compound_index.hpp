@@ -14,6 +14,7 @@
 #include "engine/cdx/index_file.hpp"
 #include "engine/cdx/index_key.hpp"
 #include "engine/cdx/index_tag.hpp"
+#include "engine/cdx/tag_entries.hpp"
 
 namespace fnrk::engine::cdx {
 
@@ -45,23 +46,27 @@ class CompoundIndex {
     const std::vector<std::unique_ptr<IndexTag>>& tags() const { return tags_; }
     // Case-insensitive; nullptr when absent.
     IndexTag* FindTag(std::string_view name) const;
+    // Tags that another process added since this one last looked (the change counter moved),
+    // now joined to tags(); the caller holds a guard. Throws IndexCorrupt for a bad directory.
+    std::vector<IndexTag*> TagsAddedElsewhere();
 
-    // Writes a new tag from entries in tag order (see SortForTag); the caller holds the update
-    // guard. Throws std::invalid_argument for a bad or taken name or a bad key length.
-    IndexTag& AddTag(const TagDefinition& definition, const std::vector<IndexEntry>& sorted,
+    // Writes a new tag from entries in tag order (see TagEntries::Sort); the caller holds the
+    // update guard. Throws std::invalid_argument for a bad or taken name, a bad key length, or
+    // entries of another key length.
+    IndexTag& AddTag(const TagDefinition& definition, const TagEntries& sorted,
                      std::uint32_t recordHint);
 
   private:
     CompoundIndex(std::unique_ptr<IndexFile> file, KeyKindOf kindOf);
     void LoadTags();
+    // Joins the directory's tags that tags() lacks; returns them.
+    std::vector<IndexTag*> AddTagsNotKnown();
 
     std::unique_ptr<IndexFile> file_;
     KeyKindOf kindOf_;
     std::unique_ptr<IndexTag> directory_;
     std::vector<std::unique_ptr<IndexTag>> tags_;
+    std::uint64_t tagsGeneration_ = 0;  // the file's generation when the directory was read
 };
-
-// Puts entries in tag order; a unique tag keeps the first record of each key.
-void SortForTag(std::vector<IndexEntry>& entries, bool unique);
 
 }  // namespace fnrk::engine::cdx

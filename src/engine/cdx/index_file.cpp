@@ -2,9 +2,12 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "engine/cdx/index_format.hpp"
 #include "engine/cdx/tag_header.hpp"
@@ -24,7 +27,11 @@ constexpr off_t kIndexLockOffset = 0x7FFF'FFFF'0000;
 }  // namespace
 
 IndexFile::IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMode mode)
-    : path_(std::move(path)), file_(std::move(file)), mode_(mode), size_(file_.Size()) {
+    : path_(std::move(path)),
+      file_(std::move(file)),
+      mode_(mode),
+      size_(file_.Size()),
+      diskSize_(size_) {
     if (size_ >= kHeaderSize) {
         char bytes[4];
         Read(kChangeCounterOffset, bytes, 4);
@@ -50,6 +57,22 @@ void IndexFile::Read(std::uint64_t offset, char* out, std::size_t length) const 
     if (offset + length > size_)
         throw IndexCorrupt("index: offset " + std::to_string(offset) + " past the end of " +
                            path_.filename().string());
+    if (pending_.empty()) return ReadFromDisk(offset, out, length);
+    // Pages not yet written lie past the end on disk or over older bytes there.
+    const std::size_t onDisk =
+        offset >= diskSize_ ? 0 : std::min<std::uint64_t>(length, diskSize_ - offset);
+    if (onDisk > 0) ReadFromDisk(offset, out, onDisk);
+    std::memset(out + onDisk, 0, length - onDisk);
+    const std::uint64_t end = offset + length;
+    for (auto it = pending_.lower_bound(offset - offset % kNodeSize);
+         it != pending_.end() && it->first < end; ++it) {
+        const std::uint64_t from = std::max(offset, it->first);
+        const std::uint64_t to = std::min(end, it->first + kNodeSize);
+        std::memcpy(out + (from - offset), it->second.data() + (from - it->first), to - from);
+    }
+}
+
+void IndexFile::ReadFromDisk(std::uint64_t offset, char* out, std::size_t length) const {
     if (file_.ReadAt(offset, out, length) != length)
         throw IndexCorrupt("index: cannot read " + path_.filename().string());
     if (mode_.cipher != nullptr) ApplyCipher(offset, out, length);
@@ -63,6 +86,45 @@ void IndexFile::ApplyCipher(std::uint64_t offset, char* bytes, std::size_t lengt
 
 void IndexFile::Write(std::uint64_t offset, const char* bytes, std::size_t length) {
     if (mode_.readOnly) throw std::system_error(EROFS, std::generic_category(), path_.string());
+    if (lockDepth_ == 0) return WriteToDisk(offset, bytes, length);
+    changed_ = true;
+    const std::uint64_t end = offset + length;
+    for (std::uint64_t page = offset - offset % kNodeSize; page < end; page += kNodeSize) {
+        auto [it, added] = pending_.try_emplace(page);
+        const std::uint64_t from = std::max(offset, page);
+        const std::uint64_t to = std::min(end, page + kNodeSize);
+        if (added && (from != page || to != page + kNodeSize)) {
+            // A partly written page starts from what the file holds.
+            it->second.fill(0);
+            if (page < diskSize_)
+                ReadFromDisk(page, it->second.data(),
+                             std::min<std::uint64_t>(kNodeSize, diskSize_ - page));
+        }
+        std::memcpy(it->second.data() + (from - page), bytes + (from - offset), to - from);
+    }
+    if (end > size_) size_ = end;
+}
+
+void IndexFile::Flush() {
+    // Consecutive pages go out in one write each.
+    std::vector<char> run;
+    std::uint64_t runStart = 0;
+    const auto writeRun = [&] {
+        if (!run.empty()) WriteToDisk(runStart, run.data(), run.size());
+        run.clear();
+    };
+    for (const auto& [page, bytes] : pending_) {
+        if (run.empty() || page != runStart + run.size() || run.size() >= kFlushRun) {
+            writeRun();
+            runStart = page;
+        }
+        run.insert(run.end(), bytes.begin(), bytes.end());
+    }
+    writeRun();
+    pending_.clear();
+}
+
+void IndexFile::WriteToDisk(std::uint64_t offset, const char* bytes, std::size_t length) {
     std::string sealed;
     if (mode_.cipher != nullptr && offset + length > kHeaderSize) {
         sealed.assign(bytes, length);
@@ -70,7 +132,8 @@ void IndexFile::Write(std::uint64_t offset, const char* bytes, std::size_t lengt
         bytes = sealed.data();
     }
     if (!file_.WriteAt(offset, bytes, length)) ThrowErrno("cannot write", path_);
-    if (offset + length > size_) size_ = offset + length;
+    if (offset + length > diskSize_) diskSize_ = offset + length;
+    if (diskSize_ > size_) size_ = diskSize_;
 }
 
 std::uint32_t IndexFile::AllocateNode() {
@@ -126,22 +189,36 @@ void IndexFile::Unlock() {
 
 void IndexFile::Refresh() {
     if (!mode_.shared) return;
-    size_ = file_.Size();
     char bytes[4];
-    Read(kChangeCounterOffset, bytes, 4);
+    ReadFromDisk(kChangeCounterOffset, bytes, 4);
     const std::uint32_t counter = io::ReadLe32(bytes);
-    if (counter != changeCounter_) {
-        changeCounter_ = counter;
-        ++generation_;
+    // An unchanged counter means no other process wrote: the size and nodes we know still hold.
+    if (counter == changeCounter_) return;
+    changeCounter_ = counter;
+    ++generation_;
+    size_ = diskSize_ = file_.Size();
+}
+
+void IndexFile::NoticeChanges() {
+    if (lockDepth_ == 0) Refresh();
+}
+
+void IndexFile::Enter(short lockType) {
+    if (!writeFailure_.empty())
+        throw std::system_error(EIO, std::generic_category(), writeFailure_);
+    if (lockDepth_++ != 0) return;
+    try {
+        Lock(lockType);
+        Refresh();
+    } catch (...) {
+        lockDepth_ = 0;
+        Unlock();
+        throw;
     }
 }
 
 IndexFile::UpdateGuard::UpdateGuard(IndexFile& file) : file_(file) {
-    if (file_.lockDepth_++ == 0) {
-        file_.Lock(F_WRLCK);
-        file_.Refresh();
-    }
-    file_.changed_ = true;
+    file_.Enter(F_WRLCK);
 }
 
 IndexFile::UpdateGuard::~UpdateGuard() {
@@ -149,10 +226,7 @@ IndexFile::UpdateGuard::~UpdateGuard() {
 }
 
 IndexFile::ReadGuard::ReadGuard(IndexFile& file) : file_(file) {
-    if (file_.lockDepth_++ == 0) {
-        file_.Lock(F_RDLCK);
-        file_.Refresh();
-    }
+    file_.Enter(F_RDLCK);
 }
 
 IndexFile::ReadGuard::~ReadGuard() {
@@ -160,17 +234,29 @@ IndexFile::ReadGuard::~ReadGuard() {
 }
 
 void IndexFile::Release() {
-    if (--lockDepth_ != 0) return;
-    if (changed_ && mode_.shared) {
-        ++changeCounter_;
-        char bytes[4];
-        io::WriteLe32(bytes, changeCounter_);
-        try {
-            Write(kChangeCounterOffset, bytes, 4);
-        } catch (const std::exception&) {
-            // The update itself failed and reported it; the lock must still go.
-        }
+    if (lockDepth_ > 1) {
+        --lockDepth_;
+        return;
     }
+    try {
+        if (changed_ && mode_.shared) {
+            ++changeCounter_;
+            char bytes[4];
+            io::WriteLe32(bytes, changeCounter_);
+            // Into the first page when it goes out anyway, else on its own (no read of the page).
+            if (pending_.contains(0))
+                Write(kChangeCounterOffset, bytes, 4);
+            else
+                WriteToDisk(kChangeCounterOffset, bytes, 4);
+        }
+        Flush();
+    } catch (const std::exception& error) {
+        // A guard ends in a destructor, which cannot report: the next one does, and the lock
+        // must still go now.
+        pending_.clear();
+        writeFailure_ = path_.string() + ": an update was not written (" + error.what() + ")";
+    }
+    lockDepth_ = 0;
     changed_ = false;
     Unlock();
 }

@@ -4,12 +4,15 @@
 // counter that tells readers of other processes that their cached nodes are stale, and the index
 // lock that serializes updates between processes.
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 
+#include "engine/cdx/index_format.hpp"
 #include "engine/crypt/file_cipher.hpp"
 #include "engine/io/posix_file.hpp"
 
@@ -33,10 +36,13 @@ class IndexFile {
 
     const std::filesystem::path& path() const { return path_; }
     bool readOnly() const { return mode_.readOnly; }
+    bool shared() const { return mode_.shared; }
     std::uint64_t size() const { return size_; }
 
     // Throws IndexCorrupt when the range lies outside the file.
     void Read(std::uint64_t offset, char* out, std::size_t length) const;
+    // Under a guard, written pages are kept and go to the file, in runs of consecutive pages,
+    // when the outermost guard ends; reads see them at once.
     void Write(std::uint64_t offset, const char* bytes, std::size_t length);
 
     // A node offset for a new node: the head of the free list, else the end of the file.
@@ -47,10 +53,15 @@ class IndexFile {
 
     // Bumped whenever cached nodes must be dropped; tags compare it with the value they saw.
     std::uint64_t generation() const { return generation_; }
+    // Looks, without taking the lock, whether another process changed a shared file since this
+    // one last looked, and starts a new generation if so. Under a guard it has already looked.
+    void NoticeChanges();
 
-    // Holds the index lock for an update; when the outermost guard goes, a shared file's change
-    // counter goes up by one so that other processes drop their cached nodes. Guards nest, but an
-    // update must not start inside a ReadGuard (the lock is not upgraded).
+    // Holds the index lock for an update; when the outermost guard goes, the update's pages are
+    // written and, if there were any, a shared file's change counter goes up by one so that
+    // other processes drop their cached nodes. Guards nest, but an update must not start inside a
+    // ReadGuard (the lock is not upgraded). A write that fails as the guard ends makes every later
+    // guard throw.
     class UpdateGuard {
       public:
         explicit UpdateGuard(IndexFile& file);
@@ -77,6 +88,12 @@ class IndexFile {
     IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMode mode);
     void Lock(short type);
     void Unlock();
+    // Starts a guard: the outermost one takes the lock and looks for other processes' changes.
+    void Enter(short lockType);
+    void ReadFromDisk(std::uint64_t offset, char* out, std::size_t length) const;
+    void WriteToDisk(std::uint64_t offset, const char* bytes, std::size_t length);
+    // Writes the pages kept under the guard.
+    void Flush();
     // Encrypts or decrypts the part of a range that lies past the file header.
     void ApplyCipher(std::uint64_t offset, char* bytes, std::size_t length) const;
     // Ends one guard; the outermost one publishes an update and unlocks.
@@ -87,11 +104,15 @@ class IndexFile {
     std::filesystem::path path_;
     io::PosixFile file_;
     IndexOpenMode mode_;
-    std::uint64_t size_ = 0;
+    std::uint64_t size_ = 0;      // including pages not yet written
+    std::uint64_t diskSize_ = 0;  // what the file holds
     std::uint32_t changeCounter_ = 0;
     std::uint64_t generation_ = 0;
     int lockDepth_ = 0;
-    bool changed_ = false;  // an update ran under the lock now held
+    bool changed_ = false;  // pages were written under the lock now held
+    std::map<std::uint64_t, std::array<char, kNodeSize>> pending_;
+    std::string writeFailure_;
+    static constexpr std::size_t kFlushRun = 1 << 20;
 };
 
 }  // namespace fnrk::engine::cdx

@@ -1,5 +1,6 @@
 #include "engine/cdx/index_key.hpp"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -23,14 +24,18 @@ std::size_t KeyLengthOf(KeyKind kind, std::size_t characterLength) {
     return characterLength;
 }
 
-std::string EncodeNumberKey(double value) {
+void WriteNumberKey(double value, char* out) {
     if (value == 0.0) value = 0.0;  // -0 and +0 are one key
     auto bits = std::bit_cast<std::uint64_t>(value);
     // Positive numbers get the sign bit set so they sort above negatives; negative numbers are
     // inverted so that larger magnitudes sort lower.
     bits = (bits >> 63) != 0 ? ~bits : bits | (std::uint64_t{1} << 63);
+    for (int i = 0; i < 8; ++i) out[i] = static_cast<char>((bits >> (56 - 8 * i)) & 0xFF);
+}
+
+std::string EncodeNumberKey(double value) {
     std::string key(8, '\0');
-    for (int i = 0; i < 8; ++i) key[i] = static_cast<char>((bits >> (56 - 8 * i)) & 0xFF);
+    WriteNumberKey(value, key.data());
     return key;
 }
 
@@ -46,9 +51,15 @@ std::string EncodeLogicalKey(bool value) {
     return value ? "T" : "F";
 }
 
+void WriteCharacterKey(std::string_view windows1252, std::size_t keyLength, char* out) {
+    const std::size_t used = std::min(windows1252.size(), keyLength);
+    std::memcpy(out, windows1252.data(), used);
+    std::memset(out + used, ' ', keyLength - used);
+}
+
 std::string EncodeCharacterKey(std::string_view windows1252, std::size_t keyLength) {
-    std::string key(windows1252.substr(0, keyLength));
-    key.resize(keyLength, ' ');
+    std::string key(keyLength, ' ');
+    WriteCharacterKey(windows1252, keyLength, key.data());
     return key;
 }
 

@@ -18,10 +18,14 @@ char PadByteOf(KeyKind kind);
 std::size_t KeyLengthOf(KeyKind kind, std::size_t characterLength);
 
 std::string EncodeNumberKey(double value);
+// The same key written into 8 bytes at `out`.
+void WriteNumberKey(double value, char* out);
 double DecodeNumberKey(std::string_view key);
 std::string EncodeLogicalKey(bool value);
 // Pads with blanks or cuts to the key length.
 std::string EncodeCharacterKey(std::string_view windows1252, std::size_t keyLength);
+// The same key written into keyLength bytes at `out`.
+void WriteCharacterKey(std::string_view windows1252, std::size_t keyLength, char* out);
 
 // Machine collation of two keys of the same tag.
 inline int CompareKeys(std::string_view a, std::string_view b) {

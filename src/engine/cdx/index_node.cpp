@@ -27,18 +27,34 @@ constexpr std::size_t kTrailingBitsOffset = 22;
 constexpr std::size_t kBytesPerEntryOffset = 23;
 constexpr std::size_t kLeafSpace = kNodeSize - kLeafHeaderSize;
 
-std::size_t TrailingCount(const std::string& key, char pad) {
+// Both counts run eight bytes at a time: they are the inner loop of every leaf written.
+std::uint64_t Word(const char* p) {
+    std::uint64_t word;
+    std::memcpy(&word, p, 8);
+    return word;
+}
+
+std::size_t TrailingCount(std::string_view key, char pad) {
+    const std::uint64_t pads = 0x0101010101010101ull * static_cast<unsigned char>(pad);
     std::size_t n = 0;
+    while (n + 8 <= key.size() && Word(key.data() + key.size() - n - 8) == pads) n += 8;
     while (n < key.size() && key[key.size() - 1 - n] == pad) ++n;
     return n;
 }
 
-std::size_t DuplicateCount(const std::string* previous, const std::string& key,
-                           std::size_t trailing) {
-    if (previous == nullptr) return 0;
+std::size_t DuplicateCount(std::string_view previous, std::string_view key, std::size_t trailing) {
+    const std::size_t limit = std::min(key.size() - trailing, previous.size());
     std::size_t n = 0;
-    const std::size_t limit = key.size() - trailing;
-    while (n < limit && (*previous)[n] == key[n]) ++n;
+    while (n + 8 <= limit) {
+        const std::uint64_t differ = Word(previous.data() + n) ^ Word(key.data() + n);
+        if (differ != 0) {
+            if constexpr (std::endian::native == std::endian::little)
+                return n + static_cast<std::size_t>(std::countr_zero(differ)) / 8;
+            break;
+        }
+        n += 8;
+    }
+    while (n < limit && previous[n] == key[n]) ++n;
     return n;
 }
 
@@ -120,51 +136,54 @@ LeafLayout ChooseLeafLayout(std::size_t keyLength, std::uint32_t highestRecord) 
     return layout;
 }
 
-LeafSizer::LeafSizer(const KeyShape& shape, std::uint32_t recordHint)
-    : shape_(shape), highestRecord_(recordHint) {}
+LeafWriter::LeafWriter(const KeyShape& shape, std::uint32_t recordHint)
+    : shape_(shape),
+      recordHint_(recordHint),
+      highestRecord_(recordHint),
+      layout_(ChooseLeafLayout(shape.length, recordHint)) {}
 
-bool LeafSizer::Add(const std::string& key, std::uint32_t record) {
+bool LeafWriter::Add(std::string_view key, std::uint32_t record) {
     const std::size_t trailing = TrailingCount(key, shape_.pad);
-    const std::size_t stored = key.size() - trailing - DuplicateCount(previous_, key, trailing);
-    const std::uint32_t highest = std::max(highestRecord_, record);
-    const LeafLayout layout = ChooseLeafLayout(shape_.length, highest);
-    if ((count_ + 1) * layout.bytesPerEntry + keyBytes_ + stored > kLeafSpace) return false;
-    highestRecord_ = highest;
+    const std::size_t duplicate = count_ == 0 ? 0 : DuplicateCount(previous_, key, trailing);
+    const std::size_t stored = key.size() - trailing - duplicate;
+    LeafLayout layout = layout_;
+    if (record > highestRecord_) layout = ChooseLeafLayout(shape_.length, record);
+    if (count_ == kMostEntries ||
+        (count_ + 1) * layout.bytesPerEntry + keyBytes_ + stored > kLeafSpace)
+        return false;
+    if (record > highestRecord_) {
+        highestRecord_ = record;
+        layout_ = layout;
+    }
     keyBytes_ += stored;
+    std::memcpy(keys_ + kNodeSize - keyBytes_, key.data() + duplicate, stored);
+    records_[count_] = record;
+    duplicates_[count_] = static_cast<std::uint8_t>(duplicate);
+    trailing_[count_] = static_cast<std::uint8_t>(trailing);
     ++count_;
-    previous_ = &key;
+    previous_ = key;
     return true;
 }
 
-bool EncodeLeaf(const IndexNode& node, const KeyShape& shape, std::uint32_t recordHint, char* out) {
-    std::uint32_t highest = recordHint;
-    for (const auto& entry : node.entries) highest = std::max(highest, entry.record);
-    const LeafLayout layout = ChooseLeafLayout(shape.length, highest);
-    std::memset(out, 0, kNodeSize);
-    std::size_t keyEnd = kNodeSize;
-    const std::size_t entriesEnd = kLeafHeaderSize + node.entries.size() * layout.bytesPerEntry;
-    if (entriesEnd > kNodeSize) return false;
-    const std::string* previous = nullptr;
-    for (std::size_t i = 0; i < node.entries.size(); ++i) {
-        const IndexEntry& entry = node.entries[i];
-        const std::size_t trailing = TrailingCount(entry.key, shape.pad);
-        const std::size_t duplicate = DuplicateCount(previous, entry.key, trailing);
-        const std::size_t stored = entry.key.size() - trailing - duplicate;
-        if (keyEnd < entriesEnd + stored) return false;
-        keyEnd -= stored;
-        std::memcpy(out + keyEnd, entry.key.data() + duplicate, stored);
+void LeafWriter::Finish(std::uint16_t attributes, std::uint32_t left, std::uint32_t right,
+                        char* out) {
+    const LeafLayout layout = layout_;
+    const std::size_t entriesEnd = kLeafHeaderSize + count_ * layout.bytesPerEntry;
+    const std::size_t keyEnd = kNodeSize - keyBytes_;
+    std::memset(out, 0, keyEnd);
+    std::memcpy(out + keyEnd, keys_ + keyEnd, keyBytes_);
+    for (std::size_t i = 0; i < count_; ++i) {
         const std::uint64_t packed =
-            entry.record | (std::uint64_t{duplicate} << layout.recordBits) |
-            (std::uint64_t{trailing} << (layout.recordBits + layout.countBits));
+            records_[i] | (std::uint64_t{duplicates_[i]} << layout.recordBits) |
+            (std::uint64_t{trailing_[i]} << (layout.recordBits + layout.countBits));
         char* field = out + kLeafHeaderSize + i * layout.bytesPerEntry;
         for (unsigned b = 0; b < layout.bytesPerEntry; ++b)
             field[b] = static_cast<char>((packed >> (8 * b)) & 0xFF);
-        previous = &entry.key;
     }
-    WriteLe16(out, node.attributes);
-    WriteLe16(out + 2, static_cast<std::uint16_t>(node.entries.size()));
-    WriteLe32(out + 4, node.left);
-    WriteLe32(out + 8, node.right);
+    WriteLe16(out, attributes);
+    WriteLe16(out + 2, static_cast<std::uint16_t>(count_));
+    WriteLe32(out + 4, left);
+    WriteLe32(out + 8, right);
     WriteLe16(out + kFreeSpaceOffset, static_cast<std::uint16_t>(keyEnd - entriesEnd));
     const std::uint32_t countMask = (1u << layout.countBits) - 1;
     WriteLe32(out + kRecordMaskOffset,
@@ -175,7 +194,79 @@ bool EncodeLeaf(const IndexNode& node, const KeyShape& shape, std::uint32_t reco
     out[kDuplicateBitsOffset] = static_cast<char>(layout.countBits);
     out[kTrailingBitsOffset] = static_cast<char>(layout.countBits);
     out[kBytesPerEntryOffset] = static_cast<char>(layout.bytesPerEntry);
+    highestRecord_ = recordHint_;
+    layout_ = ChooseLeafLayout(shape_.length, recordHint_);
+    keyBytes_ = 0;
+    count_ = 0;
+}
+
+bool EncodeLeaf(const IndexNode& node, const KeyShape& shape, std::uint32_t recordHint, char* out) {
+    LeafWriter writer(shape, recordHint);
+    for (const auto& entry : node.entries)
+        if (!writer.Add(entry.key, entry.record)) return false;
+    writer.Finish(node.attributes, node.left, node.right, out);
     return true;
+}
+
+namespace {
+
+// Stored key bytes and trailing count of each entry as it follows the one before.
+struct LeafSizes {
+    std::vector<std::size_t> stored;
+    std::vector<std::size_t> trailing;
+};
+
+LeafSizes SizesOf(const IndexNode& node, const KeyShape& shape) {
+    LeafSizes sizes;
+    sizes.stored.reserve(node.entries.size());
+    sizes.trailing.reserve(node.entries.size());
+    std::string_view previous;
+    for (std::size_t i = 0; i < node.entries.size(); ++i) {
+        const std::string& key = node.entries[i].key;
+        const std::size_t trailing = TrailingCount(key, shape.pad);
+        const std::size_t duplicate = i == 0 ? 0 : DuplicateCount(previous, key, trailing);
+        sizes.stored.push_back(key.size() - trailing - duplicate);
+        sizes.trailing.push_back(trailing);
+        previous = key;
+    }
+    return sizes;
+}
+
+std::size_t EntryBytes(const KeyShape& shape, std::size_t count, std::uint32_t highest) {
+    return count * ChooseLeafLayout(shape.length, highest).bytesPerEntry;
+}
+
+}  // namespace
+
+std::size_t LeafSplitPoint(const IndexNode& node, const KeyShape& shape) {
+    const std::size_t n = node.entries.size();
+    if (n < 2) return 0;
+    const LeafSizes sizes = SizesOf(node, shape);
+    // Prefix sums of stored bytes and running highest records from both ends.
+    std::vector<std::size_t> storedBefore(n + 1, 0);
+    std::vector<std::uint32_t> highestBefore(n + 1, 0);
+    std::vector<std::uint32_t> highestFrom(n + 1, 0);
+    for (std::size_t i = 0; i < n; ++i) {
+        storedBefore[i + 1] = storedBefore[i] + sizes.stored[i];
+        highestBefore[i + 1] = std::max(highestBefore[i], node.entries[i].record);
+    }
+    for (std::size_t i = n; i > 0; --i)
+        highestFrom[i - 1] = std::max(highestFrom[i], node.entries[i - 1].record);
+    const auto fits = [&](std::size_t at) {
+        const std::size_t left = storedBefore[at] + EntryBytes(shape, at, highestBefore[at]);
+        // The first key of the right half loses its duplicate compression.
+        const std::size_t right = shape.length - sizes.trailing[at] + storedBefore[n] -
+                                  storedBefore[at + 1] + EntryBytes(shape, n - at, highestFrom[at]);
+        return left <= kLeafSpace && right <= kLeafSpace;
+    };
+    const std::size_t middle = n / 2;
+    for (std::size_t distance = 0; distance < n; ++distance) {
+        for (const std::size_t at : {middle - std::min(middle, distance), middle + distance}) {
+            if (at == 0 || at >= n) continue;
+            if (fits(at)) return at;
+        }
+    }
+    return 0;
 }
 
 void EncodeInterior(const IndexNode& node, const KeyShape& shape, char* out) {

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "engine/cdx/index_format.hpp"
@@ -47,21 +48,37 @@ struct LeafLayout {
 };
 LeafLayout ChooseLeafLayout(std::size_t keyLength, std::uint32_t highestRecord);
 
-// Bytes a leaf's entries take (entry fields plus compressed keys), or 0 past the node size.
-class LeafSizer {
+// Encodes a leaf entry by entry, as a sorted build or an edit fills it: key bytes are copied once,
+// the bit-packed entry fields are written when the leaf is finished. recordHint is the highest
+// record number the leaf should be able to hold without growing.
+class LeafWriter {
   public:
-    LeafSizer(const KeyShape& shape, std::uint32_t recordHint);
-    // Adds an entry after the previous one; false (and nothing added) if it would not fit.
-    bool Add(const std::string& key, std::uint32_t record);
+    LeafWriter(const KeyShape& shape, std::uint32_t recordHint);
+    // Adds an entry after the previous one; false (and nothing added) if it would not fit. The
+    // key's bytes must stay in place until the next Add.
+    bool Add(std::string_view key, std::uint32_t record);
     std::size_t count() const { return count_; }
+    // Writes the leaf into kNodeSize bytes and starts an empty one.
+    void Finish(std::uint16_t attributes, std::uint32_t left, std::uint32_t right, char* out);
 
   private:
+    static constexpr std::size_t kMostEntries = (kNodeSize - kLeafHeaderSize) / 3;
     KeyShape shape_;
+    std::uint32_t recordHint_;
     std::uint32_t highestRecord_;
+    LeafLayout layout_;  // for highestRecord_
     std::size_t keyBytes_ = 0;
     std::size_t count_ = 0;
-    const std::string* previous_ = nullptr;
+    std::string_view previous_;
+    char keys_[kNodeSize];  // stored key bytes, filled from the end backwards
+    std::uint32_t records_[kMostEntries];
+    std::uint8_t duplicates_[kMostEntries];
+    std::uint8_t trailing_[kMostEntries];
 };
+
+// Where to cut a leaf whose entries do not fit: the middle, or the nearest place to it where both
+// halves fit (keys compress unevenly); 0 when there is none.
+std::size_t LeafSplitPoint(const IndexNode& node, const KeyShape& shape);
 
 // Writes a leaf into kNodeSize bytes; false if its entries do not fit.
 bool EncodeLeaf(const IndexNode& node, const KeyShape& shape, std::uint32_t recordHint, char* out);

@@ -1,6 +1,7 @@
 #include "engine/cdx/index_tag.hpp"
 
 #include <algorithm>
+#include <exception>
 #include <unordered_set>
 
 #include "engine/io/byte_order.hpp"
@@ -46,6 +47,10 @@ void IndexTag::SyncCache() {
 }
 
 const IndexNode& IndexTag::Node(std::uint32_t offset) {
+    return Cached(offset);
+}
+
+IndexNode& IndexTag::Cached(std::uint32_t offset) {
     SyncCache();
     if (auto it = cache_.find(offset); it != cache_.end()) return it->second;
     if (offset % kNodeSize != 0 || offset < kHeaderSize || offset + kNodeSize > file_.size())
@@ -53,20 +58,47 @@ const IndexNode& IndexTag::Node(std::uint32_t offset) {
                            " outside the file");
     char bytes[kNodeSize];
     file_.Read(offset, bytes, kNodeSize);
-    if (cache_.size() > kCachedNodes) cache_.clear();
+    // An edit holds references to cached nodes; the cache shrinks only between edits.
+    if (cache_.size() >= kCachedNodes && !editing_) DropLeaves();
     return cache_.emplace(offset, DecodeNode(bytes, shape_)).first->second;
 }
 
-void IndexTag::Store(std::uint32_t offset, const IndexNode& node) {
+void IndexTag::DropLeaves() {
+    // Interior nodes are few and on every descent's path: they stay.
+    std::erase_if(cache_, [](const auto& cached) { return cached.second.isLeaf(); });
+    if (cache_.size() >= kCachedNodes / 2) cache_.clear();
+}
+
+IndexTag::EditScope::EditScope(IndexTag& tag) : tag_(tag), exceptions_(std::uncaught_exceptions()) {
+    tag_.editing_ = true;
+}
+
+IndexTag::EditScope::~EditScope() {
+    tag_.editing_ = false;
+    // A failed edit may leave cached nodes that were changed but never written.
+    if (std::uncaught_exceptions() > exceptions_) tag_.cache_.clear();
+}
+
+bool IndexTag::TryStore(std::uint32_t offset, const IndexNode& node) {
     char bytes[kNodeSize];
     if (node.isLeaf()) {
-        if (!EncodeLeaf(node, shape_, 0, bytes))
-            throw std::logic_error("leaf does not fit after a split");
+        if (!EncodeLeaf(node, shape_, 0, bytes)) return false;
     } else {
+        if (node.entries.size() > InteriorCapacity(shape_.length)) return false;
         EncodeInterior(node, shape_, bytes);
     }
     file_.Write(offset, bytes, kNodeSize);
-    cache_[offset] = node;
+    return true;
+}
+
+void IndexTag::Store(std::uint32_t offset, const IndexNode& node) {
+    if (!TryStore(offset, node)) throw std::logic_error("tag " + name_ + ": node does not fit");
+}
+
+IndexNode& IndexTag::Place(std::uint32_t offset, IndexNode node) {
+    IndexNode& placed = cache_.insert_or_assign(offset, std::move(node)).first->second;
+    Store(offset, placed);
+    return placed;
 }
 
 void IndexTag::WriteHeader() {
@@ -89,8 +121,9 @@ IndexTag::Path IndexTag::Descend(GoesBelow goesBelow) {
         const IndexNode& node = Node(offset);
         if (node.isLeaf()) return path;
         // The first child whose last entry is not below the target; the last child otherwise.
-        std::size_t i = 0;
-        while (i + 1 < node.entries.size() && goesBelow(node.entries[i])) ++i;
+        const auto below = std::partition_point(node.entries.begin(), node.entries.end() - 1,
+                                                [&](const IndexEntry& e) { return goesBelow(e); });
+        const auto i = static_cast<std::size_t>(below - node.entries.begin());
         path.indexes.push_back(i);
         offset = node.entries[i].child;
     }
@@ -105,56 +138,42 @@ bool IndexTag::Insert(const std::string& key, std::uint32_t record) {
         const TagPosition found = LowerBound(key);
         if (found.valid() && EntryAt(found).key == key) return false;
     }
+    EditScope edit(*this);
     Path path = DescendTo(key, record);
-    IndexNode leaf = Node(path.offsets.back());
+    IndexNode& leaf = Cached(path.offsets.back());
     auto at = std::lower_bound(
         leaf.entries.begin(), leaf.entries.end(), 0,
         [&](const IndexEntry& e, int) { return CompareEntry(e, key, record) < 0; });
     if (at != leaf.entries.end() && at->key == key && at->record == record) return false;
     leaf.entries.insert(at, IndexEntry{key, record, 0});
-    Put(path, path.offsets.size() - 1, std::move(leaf));
+    Put(path, path.offsets.size() - 1);
     return true;
 }
 
-bool IndexTag::Fits(const IndexNode& node) const {
-    if (!node.isLeaf()) return node.entries.size() <= InteriorCapacity(shape_.length);
-    char scratch[kNodeSize];
-    return EncodeLeaf(node, shape_, 0, scratch);
-}
-
-// The middle, or the nearest place to it where both halves fit (leaf keys compress unevenly).
 std::size_t IndexTag::SplitPoint(const IndexNode& node) const {
-    const std::size_t middle = node.entries.size() / 2;
-    for (std::size_t distance = 0; distance < node.entries.size(); ++distance) {
-        for (const std::size_t at : {middle - std::min(middle, distance), middle + distance}) {
-            if (at == 0 || at >= node.entries.size()) continue;
-            IndexNode left = node;
-            left.entries.resize(at);
-            IndexNode right = node;
-            right.entries.erase(right.entries.begin(),
-                                right.entries.begin() + static_cast<std::ptrdiff_t>(at));
-            if (Fits(left) && Fits(right)) return at;
-        }
-    }
-    throw std::logic_error("tag " + name_ + ": no split point");
+    if (!node.isLeaf()) return node.entries.size() / 2;
+    const std::size_t at = LeafSplitPoint(node, shape_);
+    if (at == 0) throw std::logic_error("tag " + name_ + ": no split point");
+    return at;
 }
 
-void IndexTag::Put(Path& path, std::size_t depth, IndexNode node) {
-    if (!Fits(node)) return Split(path, depth, std::move(node));
+void IndexTag::Put(Path& path, std::size_t depth) {
     const std::uint32_t offset = path.offsets[depth];
-    Store(offset, node);
+    IndexNode& node = Cached(offset);
+    if (!TryStore(offset, node)) return Split(path, depth);
     if (depth == 0) return;
-    IndexNode parent = Node(path.offsets[depth - 1]);
+    IndexNode& parent = Cached(path.offsets[depth - 1]);
     IndexEntry& entry = parent.entries[path.indexes[depth - 1]];
     if (SameLast(entry, node)) return;
     entry.key = node.entries.back().key;
     entry.record = node.entries.back().record;
-    Put(path, depth - 1, std::move(parent));
+    Put(path, depth - 1);
 }
 
-void IndexTag::Split(Path& path, std::size_t depth, IndexNode node) {
+void IndexTag::Split(Path& path, std::size_t depth) {
     const std::uint32_t offset = path.offsets[depth];
     const std::uint32_t newOffset = file_.AllocateNode();
+    IndexNode& node = Cached(offset);
     IndexNode right;
     right.attributes = static_cast<std::uint16_t>(node.attributes & ~kNodeRoot);
     const auto half = static_cast<std::ptrdiff_t>(SplitPoint(node));
@@ -166,62 +185,66 @@ void IndexTag::Split(Path& path, std::size_t depth, IndexNode node) {
     right.right = node.right;
     node.right = newOffset;
     if (right.right != kNoNode) {
-        IndexNode neighbour = Node(right.right);
+        IndexNode& neighbour = Cached(right.right);
         neighbour.left = newOffset;
         Store(right.right, neighbour);
     }
     Store(offset, node);
-    Store(newOffset, right);
     IndexEntry leftEntry{node.entries.back().key, node.entries.back().record, offset};
     IndexEntry rightEntry{right.entries.back().key, right.entries.back().record, newOffset};
+    Place(newOffset, std::move(right));
     if (depth == 0) {
         IndexNode root;
         root.attributes = kNodeRoot;
         root.entries = {std::move(leftEntry), std::move(rightEntry)};
         header_.root = file_.AllocateNode();
-        Store(header_.root, root);
+        Place(header_.root, std::move(root));
         WriteHeader();
         return;
     }
-    IndexNode parent = Node(path.offsets[depth - 1]);
+    IndexNode& parent = Cached(path.offsets[depth - 1]);
     const std::size_t i = path.indexes[depth - 1];
     parent.entries[i] = std::move(leftEntry);
     parent.entries.insert(parent.entries.begin() + static_cast<std::ptrdiff_t>(i) + 1,
                           std::move(rightEntry));
-    Put(path, depth - 1, std::move(parent));
+    Put(path, depth - 1);
 }
 
 bool IndexTag::Remove(const std::string& key, std::uint32_t record) {
+    EditScope edit(*this);
     Path path = DescendTo(key, record);
-    IndexNode leaf = Node(path.offsets.back());
+    IndexNode& leaf = Cached(path.offsets.back());
     auto at = std::find_if(leaf.entries.begin(), leaf.entries.end(),
                            [&](const IndexEntry& e) { return e.key == key && e.record == record; });
     if (at == leaf.entries.end()) return false;
     leaf.entries.erase(at);
-    Shrink(path, path.offsets.size() - 1, std::move(leaf));
+    Shrink(path, path.offsets.size() - 1);
     return true;
 }
 
-void IndexTag::Shrink(Path& path, std::size_t depth, IndexNode node) {
+void IndexTag::Shrink(Path& path, std::size_t depth) {
     const std::uint32_t offset = path.offsets[depth];
+    IndexNode& node = Cached(offset);
     if (node.entries.empty() && depth > 0) {
         // An empty node leaves the tree: its neighbours link past it and it goes to the free list.
-        if (node.left != kNoNode) {
-            IndexNode neighbour = Node(node.left);
-            neighbour.right = node.right;
-            Store(node.left, neighbour);
+        const std::uint32_t left = node.left;
+        const std::uint32_t right = node.right;
+        if (left != kNoNode) {
+            IndexNode& neighbour = Cached(left);
+            neighbour.right = right;
+            Store(left, neighbour);
         }
-        if (node.right != kNoNode) {
-            IndexNode neighbour = Node(node.right);
-            neighbour.left = node.left;
-            Store(node.right, neighbour);
+        if (right != kNoNode) {
+            IndexNode& neighbour = Cached(right);
+            neighbour.left = left;
+            Store(right, neighbour);
         }
         cache_.erase(offset);
         file_.FreeNode(offset);
-        IndexNode parent = Node(path.offsets[depth - 1]);
+        IndexNode& parent = Cached(path.offsets[depth - 1]);
         parent.entries.erase(parent.entries.begin() +
                              static_cast<std::ptrdiff_t>(path.indexes[depth - 1]));
-        return Shrink(path, depth - 1, std::move(parent));
+        return Shrink(path, depth - 1);
     }
     if (depth == 0 && !node.isLeaf() && node.entries.empty()) {
         node.attributes = kNodeRoot | kNodeLeaf;  // the last key went: an empty root leaf
@@ -230,7 +253,7 @@ void IndexTag::Shrink(Path& path, std::size_t depth, IndexNode node) {
     if (depth == 0 && !node.isLeaf() && node.entries.size() == 1) {
         // A root with one child hands the root over to that child.
         const std::uint32_t child = node.entries.front().child;
-        IndexNode childNode = Node(child);
+        IndexNode& childNode = Cached(child);
         childNode.attributes |= kNodeRoot;
         Store(child, childNode);
         header_.root = child;
@@ -239,7 +262,7 @@ void IndexTag::Shrink(Path& path, std::size_t depth, IndexNode node) {
         file_.FreeNode(offset);
         return;
     }
-    Put(path, depth, std::move(node));
+    Put(path, depth);
 }
 
 TagPosition IndexTag::First() {
@@ -259,9 +282,12 @@ TagPosition IndexTag::LowerBound(std::string_view probe) {
     probe = probe.substr(0, shape_.length);
     Path path = Descend([&](const IndexEntry& e) { return ComparePrefix(e.key, probe) < 0; });
     const IndexNode& leaf = Node(path.offsets.back());
-    for (std::size_t i = 0; i < leaf.entries.size(); ++i)
-        if (ComparePrefix(leaf.entries[i].key, probe) >= 0)
-            return TagPosition{path.offsets.back(), i};
+    const auto at =
+        std::partition_point(leaf.entries.begin(), leaf.entries.end(),
+                             [&](const IndexEntry& e) { return ComparePrefix(e.key, probe) < 0; });
+    if (at != leaf.entries.end())
+        return TagPosition{path.offsets.back(),
+                           static_cast<std::size_t>(at - leaf.entries.begin())};
     // Every key of the leaf is below: the answer, if any, starts the next leaf.
     if (leaf.entries.empty()) return {};
     TagPosition next = Next(TagPosition{path.offsets.back(), leaf.entries.size() - 1});
@@ -273,9 +299,12 @@ TagPosition IndexTag::LastNotAbove(std::string_view probe) {
     probe = probe.substr(0, shape_.length);
     Path path = Descend([&](const IndexEntry& e) { return ComparePrefix(e.key, probe) <= 0; });
     const IndexNode& leaf = Node(path.offsets.back());
-    for (std::size_t i = leaf.entries.size(); i > 0; --i)
-        if (ComparePrefix(leaf.entries[i - 1].key, probe) <= 0)
-            return TagPosition{path.offsets.back(), i - 1};
+    const auto after =
+        std::partition_point(leaf.entries.begin(), leaf.entries.end(),
+                             [&](const IndexEntry& e) { return ComparePrefix(e.key, probe) <= 0; });
+    if (after != leaf.entries.begin())
+        return TagPosition{path.offsets.back(),
+                           static_cast<std::size_t>(after - leaf.entries.begin()) - 1};
     if (leaf.entries.empty()) return {};
     TagPosition previous = Previous(TagPosition{path.offsets.back(), 0});
     if (previous.valid() && ComparePrefix(EntryAt(previous).key, probe) > 0) return {};

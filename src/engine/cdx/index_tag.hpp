@@ -71,12 +71,32 @@ class IndexTag {
     template <typename GoesBelow>
     Path Descend(GoesBelow goesBelow);
     Path DescendTo(const std::string& key, std::uint32_t record);
-    void Put(Path& path, std::size_t depth, IndexNode node);
-    void Split(Path& path, std::size_t depth, IndexNode node);
+    // Edits change cached nodes in place and write each changed node; a failed edit drops the
+    // cache (its nodes may no longer match the file).
+    class EditScope {
+      public:
+        explicit EditScope(IndexTag& tag);
+        ~EditScope();
+        EditScope(const EditScope&) = delete;
+        EditScope& operator=(const EditScope&) = delete;
+
+      private:
+        IndexTag& tag_;
+        int exceptions_;
+    };
+    IndexNode& Cached(std::uint32_t offset);
+    void DropLeaves();
+    // The node at path.offsets[depth] has changed: write it, splitting it if it no longer fits.
+    void Put(Path& path, std::size_t depth);
+    void Split(Path& path, std::size_t depth);
     std::size_t SplitPoint(const IndexNode& node) const;
-    bool Fits(const IndexNode& node) const;
-    void Shrink(Path& path, std::size_t depth, IndexNode node);
+    // The node at path.offsets[depth] has lost an entry.
+    void Shrink(Path& path, std::size_t depth);
+    // Writes a node; false (nothing written) when its entries do not fit in one.
+    bool TryStore(std::uint32_t offset, const IndexNode& node);
     void Store(std::uint32_t offset, const IndexNode& node);
+    // Caches a new node and writes it.
+    IndexNode& Place(std::uint32_t offset, IndexNode node);
     void WriteHeader();
     void SyncCache();
 
@@ -88,6 +108,7 @@ class IndexTag {
     KeyShape shape_;
     std::unordered_map<std::uint32_t, IndexNode> cache_;
     std::uint64_t cacheGeneration_ = 0;
+    bool editing_ = false;
 };
 
 // Composite order of tag entries: key bytes, then record number.

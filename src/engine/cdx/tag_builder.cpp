@@ -1,12 +1,13 @@
 #include "engine/cdx/tag_builder.hpp"
 
-#include <optional>
+#include <string_view>
+#include <vector>
 
 namespace fnrk::engine::cdx {
 
 namespace {
 
-struct Level {
+struct InteriorLevel {
     std::uint32_t offset = kNoNode;
     IndexNode node;
 };
@@ -14,23 +15,27 @@ struct Level {
 class TreeWriter {
   public:
     TreeWriter(IndexFile& file, const KeyShape& shape, std::uint32_t recordHint)
-        : file_(file), shape_(shape), recordHint_(recordHint), sizer_(shape, recordHint) {
-        levels_.push_back(Level{file_.AllocateNode(), IndexNode{}});
-    }
+        : file_(file), shape_(shape), leaf_(shape, recordHint), leafOffset_(file_.AllocateNode()) {}
 
-    void AddLeafEntry(const IndexEntry& entry) {
-        if (!sizer_.Add(entry.key, entry.record)) {
-            CloseNode(0);
-            sizer_ = LeafSizer(shape_, recordHint_);
-            sizer_.Add(entry.key, entry.record);
+    void AddLeafEntry(std::string_view key, std::uint32_t record) {
+        if (!leaf_.Add(key, record)) {
+            CloseLeaf();
+            leaf_.Add(key, record);
         }
-        levels_[0].node.entries.push_back(IndexEntry{entry.key, entry.record, 0});
+        lastKey_ = key;
+        lastRecord_ = record;
     }
 
     std::uint32_t Finish() {
-        for (std::size_t level = 0;; ++level) {
-            Level& current = levels_[level];
-            if (level + 1 == levels_.size()) {
+        char bytes[kNodeSize];
+        const bool leafIsRoot = levels_.empty();
+        leaf_.Finish(leafIsRoot ? kNodeRoot | kNodeLeaf : kNodeLeaf, leafLeft_, kNoNode, bytes);
+        file_.Write(leafOffset_, bytes, kNodeSize);
+        if (leafIsRoot) return leafOffset_;
+        Push(1, IndexEntry{std::string(lastKey_), lastRecord_, leafOffset_});
+        for (std::size_t level = 1;; ++level) {
+            InteriorLevel& current = levels_[level - 1];
+            if (level == levels_.size()) {
                 current.node.attributes |= kNodeRoot;
                 Write(current);
                 return current.offset;
@@ -41,56 +46,68 @@ class TreeWriter {
     }
 
   private:
-    // The node of a level is full: start its right neighbour, write it, pass its last key up.
-    void CloseNode(std::size_t level) {
-        Level& current = levels_[level];
+    // The leaf is full: start its right neighbour, write it, pass its last key up.
+    void CloseLeaf() {
+        const std::uint32_t next = file_.AllocateNode();
+        char bytes[kNodeSize];
+        leaf_.Finish(kNodeLeaf, leafLeft_, next, bytes);
+        file_.Write(leafOffset_, bytes, kNodeSize);
+        leafLeft_ = leafOffset_;
+        leafOffset_ = next;
+        Push(1, IndexEntry{std::string(lastKey_), lastRecord_, leafLeft_});
+    }
+
+    // The same for an interior level (1 is the level above the leaves).
+    void CloseInterior(std::size_t level) {
+        InteriorLevel& current = levels_[level - 1];
         const std::uint32_t next = file_.AllocateNode();
         current.node.right = next;
         Write(current);
-        Level closed = std::move(current);
-        levels_[level] = Level{next, IndexNode{}};
-        levels_[level].node.attributes = closed.node.attributes;
-        levels_[level].node.left = closed.offset;
+        InteriorLevel closed = std::move(current);
+        levels_[level - 1] = InteriorLevel{next, IndexNode{}};
+        levels_[level - 1].node.attributes = 0;
+        levels_[level - 1].node.left = closed.offset;
         Push(level + 1, LastOf(closed));
     }
 
-    static IndexEntry LastOf(const Level& level) {
+    static IndexEntry LastOf(const InteriorLevel& level) {
         const IndexEntry& last = level.node.entries.back();
         return IndexEntry{last.key, last.record, level.offset};
     }
 
     void Push(std::size_t level, IndexEntry entry) {
-        if (level == levels_.size()) {
-            levels_.push_back(Level{file_.AllocateNode(), IndexNode{}});
+        if (level > levels_.size()) {
+            levels_.push_back(InteriorLevel{file_.AllocateNode(), IndexNode{}});
             levels_.back().node.attributes = 0;
-        } else if (levels_[level].node.entries.size() == InteriorCapacity(shape_.length)) {
-            CloseNode(level);
+        } else if (levels_[level - 1].node.entries.size() == InteriorCapacity(shape_.length)) {
+            CloseInterior(level);
         }
-        levels_[level].node.entries.push_back(std::move(entry));
+        levels_[level - 1].node.entries.push_back(std::move(entry));
     }
 
-    void Write(const Level& level) {
+    void Write(const InteriorLevel& level) {
         char bytes[kNodeSize];
-        if (level.node.isLeaf())
-            EncodeLeaf(level.node, shape_, recordHint_, bytes);
-        else
-            EncodeInterior(level.node, shape_, bytes);
+        EncodeInterior(level.node, shape_, bytes);
         file_.Write(level.offset, bytes, kNodeSize);
     }
 
     IndexFile& file_;
     KeyShape shape_;
-    std::uint32_t recordHint_;
-    LeafSizer sizer_;
-    std::vector<Level> levels_;
+    LeafWriter leaf_;
+    std::uint32_t leafOffset_;
+    std::uint32_t leafLeft_ = kNoNode;
+    std::string_view lastKey_;
+    std::uint32_t lastRecord_ = 0;
+    std::vector<InteriorLevel> levels_;  // interior levels, lowest first
 };
 
 }  // namespace
 
 std::uint32_t BuildTree(IndexFile& file, const KeyShape& shape, std::uint32_t recordHint,
-                        const std::vector<IndexEntry>& sorted) {
+                        const TagEntries& sorted) {
     TreeWriter writer(file, shape, recordHint);
-    for (const auto& entry : sorted) writer.AddLeafEntry(entry);
+    for (std::size_t i = 0; i < sorted.size(); ++i)
+        writer.AddLeafEntry(sorted.KeyAt(i), sorted.RecordAt(i));
     return writer.Finish();
 }
 

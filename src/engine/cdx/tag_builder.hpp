@@ -5,15 +5,15 @@
 // file in the order a sorted build needs them, which gives the same file as other engines write.
 
 #include <cstdint>
-#include <vector>
 
 #include "engine/cdx/index_file.hpp"
 #include "engine/cdx/index_node.hpp"
+#include "engine/cdx/tag_entries.hpp"
 
 namespace fnrk::engine::cdx {
 
 // Returns the root node's offset. recordHint is the highest record number of the table.
 std::uint32_t BuildTree(IndexFile& file, const KeyShape& shape, std::uint32_t recordHint,
-                        const std::vector<IndexEntry>& sorted);
+                        const TagEntries& sorted);
 
 }  // namespace fnrk::engine::cdx

@@ -2,7 +2,7 @@
 
 #include <strings.h>
 #include <algorithm>
-
+#include <optional>
 #include <system_error>
 
 #include "engine/cdx/tag_check.hpp"
@@ -84,6 +84,7 @@ Status TableIndexes::OpenFile(const std::filesystem::path& path, std::string& me
             });
         AdoptTags(*file);
         files_.push_back(std::move(file));
+        ++fileChanges_;
         return AE_SUCCESS;
     } catch (const std::exception&) {
         const Status status = FailureStatus(message);
@@ -93,10 +94,16 @@ Status TableIndexes::OpenFile(const std::filesystem::path& path, std::string& me
 }
 
 void TableIndexes::AdoptTags(File& file) {
-    for (const auto& tag : file.index->tags()) {
+    std::vector<cdx::IndexTag*> tags;
+    for (const auto& tag : file.index->tags()) tags.push_back(tag.get());
+    AdoptTags(file, tags);
+}
+
+void TableIndexes::AdoptTags(File& file, const std::vector<cdx::IndexTag*>& tags) {
+    for (cdx::IndexTag* tag : tags) {
         auto open = std::make_unique<OpenTag>();
         open->file = file.index.get();
-        open->tag = tag.get();
+        open->tag = tag;
         try {
             open->keys = std::make_unique<TagKeys>(
                 tag->header().keyExpression, tag->header().forExpression, table_.header(), dates_);
@@ -113,6 +120,7 @@ void TableIndexes::CloseFileOf(const OpenTag* tag) {
     cdx::CompoundIndex* index = tag->file;
     std::erase_if(tags_, [&](const auto& open) { return open->file == index; });
     std::erase_if(files_, [&](const auto& file) { return file->index.get() == index; });
+    ++fileChanges_;
 }
 
 OpenTag* TableIndexes::FindTag(std::string_view name) const {
@@ -121,23 +129,23 @@ OpenTag* TableIndexes::FindTag(std::string_view name) const {
     return nullptr;
 }
 
-std::vector<cdx::IndexEntry> TableIndexes::CollectEntries(TagKeys& keys, bool unique) {
+cdx::TagEntries TableIndexes::CollectEntries(TagKeys& keys, bool unique) {
     dbf::TableFile& table = table_.file();
     table.RefreshRecordCount();
     const std::uint32_t count = table.recordCount();
     const std::size_t recordLength = table.header().recordLength;
-    std::vector<cdx::IndexEntry> entries;
-    entries.reserve(count);
+    cdx::TagEntries entries(keys.keyLength());
+    entries.Reserve(count);
+    std::string key(keys.keyLength(), '\0');
     for (std::uint32_t record = 1; record <= count; ++record) {
         const char* bytes = table.ReadRecord(record);
         if (bytes == nullptr)
             throw std::runtime_error("cannot read record " + std::to_string(record));
-        if (auto key = keys.KeyOf({bytes, recordLength}, record))
-            entries.push_back(cdx::IndexEntry{std::move(*key), record, 0});
+        if (keys.WriteKey({bytes, recordLength}, record, key.data())) entries.Add(key, record);
         if (progress_ && record % 65536 == 0) progress_(record, count);
     }
     if (progress_) progress_(count, count);
-    cdx::SortForTag(entries, unique);
+    entries.Sort(unique);
     return entries;
 }
 
@@ -163,15 +171,20 @@ void TableIndexes::Rebuild(File& file, const std::vector<TagRequest>& requests) 
         if (open->file == file.index.get()) kept.emplace_back(open->tag->name(), std::move(open));
     std::erase(tags_, nullptr);
     const bool shared = !table_.file().exclusive();
+    ++fileChanges_;
     file.index.reset();
     auto rebuilt = cdx::CompoundIndex::Create(file.path, table_.file().cipher());
     const std::uint32_t records = table_.file().recordCount();
-    for (std::size_t i = 0; i < requests.size(); ++i) {
-        const TagRequest& request = requests[i];
-        const cdx::TagDefinition definition{
-            request.name,         request.keyExpression, request.forExpression, keys[i]->kind(),
-            keys[i]->keyLength(), request.unique,        request.descending};
-        rebuilt->AddTag(definition, CollectEntries(*keys[i], request.unique), records);
+    {
+        // Under a guard the new file's pages go out in a few large writes.
+        cdx::IndexFile::UpdateGuard guard(rebuilt->file());
+        for (std::size_t i = 0; i < requests.size(); ++i) {
+            const TagRequest& request = requests[i];
+            const cdx::TagDefinition definition{
+                request.name,         request.keyExpression, request.forExpression, keys[i]->kind(),
+                keys[i]->keyLength(), request.unique,        request.descending};
+            rebuilt->AddTag(definition, CollectEntries(*keys[i], request.unique), records);
+        }
     }
     rebuilt.reset();
     file.index = cdx::CompoundIndex::Open(
@@ -216,6 +229,7 @@ Status TableIndexes::CreateTag(std::filesystem::path path, const TagRequest& req
             fresh->index = cdx::CompoundIndex::Open(
                 path, {.shared = !table_.file().exclusive(), .cipher = cipher});
             files_.push_back(std::move(fresh));
+            ++fileChanges_;
             file = files_.back().get();
         }
         std::vector<TagRequest> requests = RequestsOf(*file);
@@ -299,16 +313,49 @@ std::vector<std::string> TableIndexes::Check() {
     return problems;
 }
 
+TableIndexes::ChangeStampValue TableIndexes::ChangeStamp() {
+    ChangeStampValue stamp{fileChanges_, 0};
+    for (const auto& file : files_) {
+        file->index->file().NoticeChanges();
+        stamp.generations += file->index->file().generation();
+    }
+    return stamp;
+}
+
+void TableIndexes::RefreshTags() {
+    for (const auto& file : files_) {
+        if (!file->index->file().shared()) continue;
+        try {
+            cdx::IndexFile::ReadGuard guard(file->index->file());
+            AdoptTags(*file, file->index->TagsAddedElsewhere());
+        } catch (const std::exception&) {
+            // A directory that cannot be read now leaves the known tags as they are.
+        }
+    }
+}
+
 void TableIndexes::RecordWritten(std::uint32_t record, std::string_view oldRecord,
                                  std::string_view newRecord) {
-    for (const auto& open : tags_) {
-        if (!open->keys) continue;
-        const auto oldKey = oldRecord.empty() ? std::nullopt : open->keys->KeyOf(oldRecord, record);
-        const auto newKey = open->keys->KeyOf(newRecord, record);
-        if (oldKey == newKey && !oldRecord.empty()) continue;
-        cdx::IndexFile::UpdateGuard guard(open->file->file());
-        if (oldKey) open->tag->Remove(*oldKey, record);
-        if (newKey) open->tag->Insert(*newKey, record);
+    // One lock per index file for all of its tags: other processes see the whole change at once.
+    for (const auto& file : files_) {
+        std::optional<cdx::IndexFile::UpdateGuard> guard;
+        if (file->index->file().shared()) {
+            // A tag that another process added is kept up to date from now on.
+            guard.emplace(file->index->file());
+            AdoptTags(*file, file->index->TagsAddedElsewhere());
+        }
+        for (const auto& open : tags_) {
+            if (open->file != file->index.get() || !open->keys) continue;
+            oldKey_.resize(open->keys->keyLength());
+            newKey_.resize(open->keys->keyLength());
+            const bool hadKey =
+                !oldRecord.empty() && open->keys->WriteKey(oldRecord, record, oldKey_.data());
+            const bool hasKey = open->keys->WriteKey(newRecord, record, newKey_.data());
+            if (!oldRecord.empty() && hadKey == hasKey && (!hasKey || oldKey_ == newKey_)) continue;
+            if (!guard) guard.emplace(file->index->file());
+            if (hadKey) open->tag->Remove(oldKey_, record);
+            if (hasKey) open->tag->Insert(newKey_, record);
+        }
     }
     if (listener_) listener_(record, newRecord);
 }

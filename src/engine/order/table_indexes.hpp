@@ -66,6 +66,16 @@ class TableIndexes final : public dbf::UpkeepObserver {
     using WriteListener = std::function<void(std::uint32_t record, std::string_view bytes)>;
     void SetWriteListener(WriteListener listener) { listener_ = std::move(listener); }
     OpenTag* FindTag(std::string_view name) const;
+    // Joins tags that other processes added to a shared index file since it was last read.
+    void RefreshTags();
+    // Moves when another process changed a shared index file (looked at without the lock), or
+    // when index files were opened, closed or rebuilt here.
+    struct ChangeStampValue {
+        std::uint64_t files = 0;
+        std::uint64_t generations = 0;
+        bool operator==(const ChangeStampValue&) const = default;
+    };
+    ChangeStampValue ChangeStamp();
 
     // Structure and contents of every tag; one sentence per problem.
     std::vector<std::string> Check();
@@ -83,9 +93,10 @@ class TableIndexes final : public dbf::UpkeepObserver {
     File* FileAt(const std::filesystem::path& path);
     // Writes `file` anew with these tags (in this order) built from the records.
     void Rebuild(File& file, const std::vector<TagRequest>& requests);
-    std::vector<cdx::IndexEntry> CollectEntries(TagKeys& keys, bool unique);
+    cdx::TagEntries CollectEntries(TagKeys& keys, bool unique);
     std::vector<TagRequest> RequestsOf(const File& file) const;
     void AdoptTags(File& file);
+    void AdoptTags(File& file, const std::vector<cdx::IndexTag*>& tags);
     void SetStructuralFlag();
 
     cursor::TableCursor& table_;
@@ -94,6 +105,8 @@ class TableIndexes final : public dbf::UpkeepObserver {
     std::vector<std::unique_ptr<OpenTag>> tags_;
     BuildProgress progress_;
     WriteListener listener_;
+    std::string oldKey_, newKey_;    // scratch of RecordWritten, kept to spare allocations
+    std::uint64_t fileChanges_ = 0;  // files opened, closed or rebuilt
 };
 
 }  // namespace fnrk::engine::order

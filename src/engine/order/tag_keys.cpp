@@ -54,21 +54,31 @@ TagKeys::TagKeys(std::string_view keyExpression, std::string_view forExpression,
     }
 }
 
-std::optional<std::string> TagKeys::KeyOf(std::string_view record, std::uint32_t recordNumber) {
+bool TagKeys::WriteKey(std::string_view record, std::uint32_t recordNumber, char* out) {
     const std::string_view records[] = {record};
     const expr::EvaluationContext context{records, recordNumber, dates_};
-    if (condition_ && !condition_->EvaluateLogical(context)) return std::nullopt;
+    if (condition_ && !condition_->EvaluateLogical(context)) return false;
     switch (kind_) {
         case cdx::KeyKind::Numeric:
-            return cdx::EncodeNumberKey(key_.EvaluateNumber(context));
+            cdx::WriteNumberKey(key_.EvaluateNumber(context), out);
+            return true;
         case cdx::KeyKind::Date:
-            return cdx::EncodeNumberKey(key_.EvaluateDate(context));
+            cdx::WriteNumberKey(key_.EvaluateDate(context), out);
+            return true;
         case cdx::KeyKind::Logical:
-            return cdx::EncodeLogicalKey(key_.EvaluateLogical(context));
+            out[0] = cdx::EncodeLogicalKey(key_.EvaluateLogical(context))[0];
+            return true;
         case cdx::KeyKind::Character:
             break;
     }
-    return cdx::EncodeCharacterKey(key_.EvaluateKey(context), keyLength_);
+    cdx::WriteCharacterKey(key_.EvaluateKey(context), keyLength_, out);
+    return true;
+}
+
+std::optional<std::string> TagKeys::KeyOf(std::string_view record, std::uint32_t recordNumber) {
+    std::string key(keyLength_, '\0');
+    if (!WriteKey(record, recordNumber, key.data())) return std::nullopt;
+    return key;
 }
 
 }  // namespace fnrk::engine::order

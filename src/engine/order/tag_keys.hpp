@@ -27,6 +27,9 @@ class TagKeys {
     // The record's key, or nothing when it does not satisfy the FOR condition. `record` holds the
     // deletion flag byte first, so keys over DELETED() follow deletes and recalls.
     std::optional<std::string> KeyOf(std::string_view record, std::uint32_t recordNumber);
+    // The same key written into keyLength() bytes at `out`, without allocating; false when the
+    // record does not satisfy the FOR condition.
+    bool WriteKey(std::string_view record, std::uint32_t recordNumber, char* out);
 
   private:
     expr::Expression key_;

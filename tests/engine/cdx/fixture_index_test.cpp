@@ -97,10 +97,12 @@ TEST(FixtureIndex, RebuildingEveryTagGivesTheSameFile) {
                                      tag->header().keyLength,
                                      tag->header().unique(),
                                      tag->header().descending};
-            auto entries = EntriesInOrder(*tag);
+            auto inOrder = EntriesInOrder(*tag);
             // Build from scrambled input so that the sort is part of what is compared.
-            std::reverse(entries.begin(), entries.end());
-            SortForTag(entries, definition.unique);
+            std::reverse(inOrder.begin(), inOrder.end());
+            TagEntries entries(definition.keyLength);
+            for (const auto& entry : inOrder) entries.Add(entry.key, entry.record);
+            entries.Sort(definition.unique);
             rebuilt->AddTag(definition, entries, records);
         }
         const std::string want = ReadFileBytes(Fixture(table + ".cdx"));

@@ -24,11 +24,10 @@ struct DamagedIndex {
 
     DamagedIndex() {
         auto index = CompoundIndex::Create(path);
-        std::vector<IndexEntry> entries;
+        TagEntries entries(30);
         for (std::uint32_t r = 1; r <= 2000; ++r)
-            entries.push_back(
-                {EncodeCharacterKey("K" + std::to_string(r * 7919 % 2000), 30), r, 0});
-        SortForTag(entries, false);
+            entries.Add(EncodeCharacterKey("K" + std::to_string(r * 7919 % 2000), 30), r);
+        entries.Sort(false);
         IndexTag& tag =
             index->AddTag({"T", "K", "", KeyKind::Character, 30, false, false}, entries, 2000);
         headerOffset = tag.headerOffset();

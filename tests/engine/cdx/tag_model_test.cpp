@@ -113,8 +113,11 @@ INSTANTIATE_TEST_SUITE_P(KeyLengths, TagModelTest, ::testing::Values(1, 6, 30, 1
 TEST(TagModel, UniqueTagKeepsOneRecordPerKeyAndSortedBuildKeepsTheFirst) {
     fnrk::testing::TempDir dir;
     auto index = CompoundIndex::Create(dir / "unique.cdx");
-    std::vector<IndexEntry> entries{{"B ", 4, 0}, {"A ", 9, 0}, {"B ", 2, 0}, {"A ", 3, 0}};
-    SortForTag(entries, true);
+    TagEntries entries(2);
+    for (const auto& [key, record] :
+         {std::pair<std::string, std::uint32_t>{"B ", 4}, {"A ", 9}, {"B ", 2}, {"A ", 3}})
+        entries.Add(key, record);
+    entries.Sort(true);
     IndexTag& tag = index->AddTag({"U", "K", "", KeyKind::Character, 2, true, false}, entries, 9);
     EXPECT_EQ(Walk(tag, false),
               (std::vector<std::pair<std::string, std::uint32_t>>{{"A ", 3}, {"B ", 2}}));
@@ -139,6 +142,44 @@ TEST(TagModel, TagNamesAreCheckedAndFoundWithoutRegardToCase) {
     ASSERT_NE(index->FindTag("NaMe"), nullptr);
     EXPECT_EQ(index->FindTag("NaMe")->name(), "NAME");
     EXPECT_EQ(index->tags().size(), 1u);
+}
+
+TEST(TagModel, BuildSortOrdersLikeTheModelAndKeepsTheFirstRecordOfUniqueKeys) {
+    std::mt19937 random(11);
+    for (const std::size_t keyLength : {1, 8, 12, 30}) {
+        SCOPED_TRACE(keyLength);
+        // Keys that differ first in their first byte and then only past their eighth leave ties
+        // that the rest of the key must settle.
+        std::vector<std::pair<std::string, std::uint32_t>> added;
+        TagEntries entries(keyLength);
+        for (std::uint32_t i = 0; i < 3000; ++i) {
+            std::string key = RandomKey(random, 1);
+            if (keyLength > 1) {
+                const std::size_t fill = keyLength > 5 ? keyLength - 5 : 0;
+                key += std::string(fill, 'P') + RandomKey(random, keyLength - 1 - fill);
+            }
+            const std::uint32_t record = 5000 - i * 7 % 4999;
+            entries.Add(key, record);
+            added.emplace_back(std::move(key), record);
+        }
+        for (const bool unique : {false, true}) {
+            TagEntries sorted = entries;
+            sorted.Sort(unique);
+            auto model = added;
+            std::sort(model.begin(), model.end());
+            if (unique)
+                model.erase(
+                    std::unique(model.begin(), model.end(),
+                                [](const auto& a, const auto& b) { return a.first == b.first; }),
+                    model.end());
+            std::vector<std::pair<std::string, std::uint32_t>> got;
+            for (std::size_t i = 0; i < sorted.size(); ++i)
+                got.emplace_back(std::string(sorted.KeyAt(i)), sorted.RecordAt(i));
+            EXPECT_EQ(got, model) << (unique ? "unique" : "all");
+        }
+    }
+    TagEntries wrongLength(4);
+    EXPECT_THROW(wrongLength.Add("toolong", 1), std::invalid_argument);
 }
 
 }  // namespace
