@@ -108,6 +108,7 @@ Status Engine::GetIndexHandle(Handle table, std::string_view orderName, Handle& 
     index = 0;
     order::TableOrders* orders = Orders().FindTable(table);
     if (orders == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
+    orders->indexes->RefreshTags();
     order::OpenTag* tag = orders->indexes->FindTag(platform::Utf8ToCp1252(orderName));
     if (tag == nullptr)
         return Report(AE_INVALID_INDEX_ORDER_NAME, "no tag " + std::string(orderName));
@@ -119,6 +120,7 @@ Status Engine::GetIndexHandleByOrder(Handle table, std::uint16_t order, Handle& 
     index = 0;
     order::TableOrders* orders = Orders().FindTable(table);
     if (orders == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
+    orders->indexes->RefreshTags();
     const auto& tags = orders->indexes->tags();
     if (order == 0 || order > tags.size()) return Report(AE_INVALID_INDEX_ORDER);
     index = Orders().HandleOf(table, tags[order - 1].get(), nextHandle_);
@@ -138,7 +140,9 @@ Status Engine::GetIndexOrderByHandle(Handle index, std::uint16_t& order) {
 
 Status Engine::GetAllIndexes(Handle table, std::vector<Handle>& indexes) {
     indexes.clear();
-    if (Orders().FindTable(table) == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
+    order::TableOrders* orders = Orders().FindTable(table);
+    if (orders == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
+    orders->indexes->RefreshTags();
     indexes = Orders().HandlesOf(table, nextHandle_);
     return AE_SUCCESS;
 }

@@ -52,13 +52,22 @@ OptimizedFilter::OptimizedFilter(std::string_view condition, TableIndexes& index
                                  cursor::TableCursor& table, const expr::DateSettings& dates)
     : text_(condition),
       indexes_(indexes),
+      table_(table),
       dates_(dates),
       whole_(
           expr::Expression::Compile(condition, cursor::TableResolver(table.header(), ""), dates)) {
     if (whole_.type() != ValueType::Logical)
         throw std::invalid_argument("the filter is not a logical expression");
-    table.file().RefreshRecordCount();
-    records_ = table.file().recordCount();
+    ResolveFromTags();
+}
+
+void OptimizedFilter::ResolveFromTags() {
+    seen_ = indexes_.ChangeStamp();
+    exact_ = false;
+    level_ = ADS_OPTIMIZED_NONE;
+    nonOptimized_.clear();
+    table_.file().RefreshRecordCount();
+    records_ = table_.file().recordCount();
     if (auto resolved = Resolve(whole_.tree())) {
         candidates_ = std::move(resolved->bits);
         exact_ = resolved->exact;
@@ -75,6 +84,8 @@ bool OptimizedFilter::Evaluate(std::uint32_t record, std::string_view bytes) {
 }
 
 bool OptimizedFilter::Admits(std::uint32_t record, std::string_view bytes) {
+    // Keys that another process changed make the bitmap stale: it is resolved again.
+    if (indexes_.ChangeStamp() != seen_) ResolveFromTags();
     // Records appended since the filter was set have no bit yet: they are judged on the spot.
     if (record > candidates_.records()) return Evaluate(record, bytes);
     if (!candidates_.test(record)) return false;
@@ -102,53 +113,36 @@ OpenTag* OptimizedFilter::TagFor(const expr::Node& operand, ValueType type) {
     return nullptr;
 }
 
-OptimizedFilter::Resolved OptimizedFilter::Range(OpenTag& open, Operator op, const std::string& key,
-                                                 bool partial) {
+OptimizedFilter::Resolved OptimizedFilter::Walk(OpenTag& open, const std::optional<KeyBound>& lower,
+                                                const std::optional<KeyBound>& upper) {
     cdx::IndexTag& tag = *open.tag;
     cdx::IndexFile::ReadGuard guard(open.file->file());
     Resolved result{RecordBitmap(records_), true};
-    const std::string probe = partial ? key : key.substr(0, tag.shape().length);
-    std::uint64_t steps = 0;
-    auto take = [&](cdx::TagPosition from, auto keep) {
-        for (cdx::TagPosition at = from; at.valid(); at = tag.Next(at)) {
-            if (++steps > tag.WalkLimit()) throw cdx::IndexCorrupt("tag " + tag.name() + " loops");
-            const cdx::IndexEntry& entry = tag.EntryAt(at);
-            const int c = cdx::ComparePrefix(entry.key, probe);
-            if (!keep(c)) {
-                if (c > 0) break;
-                continue;
-            }
-            result.bits.set(entry.record);
-        }
+    // A character constant compares on its own length; other keys on the whole key.
+    const auto probeOf = [&](const KeyBound& bound) {
+        return bound.partial ? bound.key : bound.key.substr(0, tag.shape().length);
     };
-    switch (op) {
-        case Operator::Equal:
-            take(tag.LowerBound(probe), [](int c) { return c == 0; });
-            break;
-        case Operator::NotEqual:
-            take(tag.LowerBound(probe), [](int c) { return c == 0; });
-            result.bits.Flip();
-            break;
-        case Operator::Greater:
-            take(tag.LowerBound(probe), [](int c) { return c > 0; });
-            break;
-        case Operator::GreaterOrEqual:
-            take(tag.LowerBound(probe), [](int c) { return c >= 0; });
-            break;
-        case Operator::Less:
-            take(tag.First(), [](int c) { return c < 0; });
-            break;
-        case Operator::LessOrEqual:
-            take(tag.First(), [](int c) { return c <= 0; });
-            break;
-        default:
-            break;
+    const std::string low = lower ? probeOf(*lower) : std::string();
+    const std::string high = upper ? probeOf(*upper) : std::string();
+    std::uint64_t steps = 0;
+    for (cdx::TagPosition at = lower ? tag.LowerBound(low) : tag.First(); at.valid();
+         at = tag.Next(at)) {
+        if (++steps > tag.WalkLimit()) throw cdx::IndexCorrupt("tag " + tag.name() + " loops");
+        const cdx::IndexEntry& entry = tag.EntryAt(at);
+        if (upper) {
+            const int c = cdx::ComparePrefix(entry.key, high);
+            if (upper->op == Operator::Less ? c >= 0 : c > 0) break;
+        }
+        if (lower && lower->op == Operator::Greater && cdx::ComparePrefix(entry.key, low) == 0)
+            continue;
+        result.bits.set(entry.record);
     }
     return result;
 }
 
-std::optional<OptimizedFilter::Resolved> OptimizedFilter::ResolveComparison(
+std::optional<OptimizedFilter::KeyCondition> OptimizedFilter::KeyConditionOf(
     const expr::Node& node) {
+    if (node.kind != NodeKind::Binary || !expr::IsComparison(node.op)) return std::nullopt;
     const expr::Node* operand = &node.operands[0];
     const expr::Node* constant = &node.operands[1];
     Operator op = node.op;
@@ -158,28 +152,69 @@ std::optional<OptimizedFilter::Resolved> OptimizedFilter::ResolveComparison(
     }
     if (constant->kind != NodeKind::Constant) return std::nullopt;
     const ValueType type = operand->type;
-    // Character keys: only "=" has the prefix meaning that a key range gives exactly.
-    if (type == ValueType::Character && (op != Operator::Equal || operand != &node.operands[0]))
-        return std::nullopt;
+    // Character comparisons measure on the right operand's length: with the key on the left
+    // that is a prefix of the key, which a walk of the tag answers exactly.
+    if (type == ValueType::Character && operand != &node.operands[0]) return std::nullopt;
     if (op != Operator::Equal && op != Operator::NotEqual && op != Operator::Less &&
         op != Operator::LessOrEqual && op != Operator::Greater && op != Operator::GreaterOrEqual)
         return std::nullopt;
     OpenTag* tag = TagFor(*operand, type);
     if (tag == nullptr) return std::nullopt;
-    const auto key = ConstantKey(constant->constant, tag->keys->kind());
+    auto key = ConstantKey(constant->constant, tag->keys->kind());
     if (!key) return std::nullopt;
-    return Range(*tag, op, *key, type == ValueType::Character);
+    return KeyCondition{tag, KeyBound{op, std::move(*key), type == ValueType::Character}};
+}
+
+std::optional<OptimizedFilter::Resolved> OptimizedFilter::ResolveComparison(
+    const expr::Node& node) {
+    auto condition = KeyConditionOf(node);
+    if (!condition) return std::nullopt;
+    KeyBound& bound = condition->bound;
+    switch (bound.op) {
+        case Operator::Greater:
+        case Operator::GreaterOrEqual:
+            return Walk(*condition->tag, bound, std::nullopt);
+        case Operator::Less:
+        case Operator::LessOrEqual:
+            return Walk(*condition->tag, std::nullopt, bound);
+        default:
+            break;
+    }
+    const KeyBound from{Operator::GreaterOrEqual, bound.key, bound.partial};
+    const KeyBound to{Operator::LessOrEqual, bound.key, bound.partial};
+    Resolved equal = Walk(*condition->tag, from, to);
+    if (bound.op == Operator::NotEqual) equal.bits.Flip();
+    return equal;
+}
+
+std::optional<OptimizedFilter::Resolved> OptimizedFilter::ResolveRange(const expr::Node& node) {
+    auto first = KeyConditionOf(node.operands[0]);
+    auto second = KeyConditionOf(node.operands[1]);
+    if (!first || !second || first->tag != second->tag) return std::nullopt;
+    const auto isLower = [](Operator op) {
+        return op == Operator::Greater || op == Operator::GreaterOrEqual;
+    };
+    const auto isUpper = [](Operator op) {
+        return op == Operator::Less || op == Operator::LessOrEqual;
+    };
+    if (isUpper(first->bound.op) && isLower(second->bound.op)) std::swap(first, second);
+    if (!isLower(first->bound.op) || !isUpper(second->bound.op)) return std::nullopt;
+    return Walk(*first->tag, first->bound, second->bound);
 }
 
 std::optional<OptimizedFilter::Resolved> OptimizedFilter::ResolveLogicalKey(
     const expr::Node& node) {
     OpenTag* tag = TagFor(node, ValueType::Logical);
     if (tag == nullptr) return std::nullopt;
-    return Range(*tag, Operator::Equal, cdx::EncodeLogicalKey(true), false);
+    const KeyBound isTrue{Operator::GreaterOrEqual, cdx::EncodeLogicalKey(true), false};
+    return Walk(*tag, isTrue, KeyBound{Operator::LessOrEqual, isTrue.key, false});
 }
 
 std::optional<OptimizedFilter::Resolved> OptimizedFilter::Resolve(const expr::Node& node) {
     if (node.kind == NodeKind::Binary && (node.op == Operator::And || node.op == Operator::Or)) {
+        // A lower and an upper bound on one tag: one walk between them.
+        if (node.op == Operator::And)
+            if (auto range = ResolveRange(node)) return range;
         auto left = Resolve(node.operands[0]);
         auto right = Resolve(node.operands[1]);
         if (node.op == Operator::And) {

@@ -42,16 +42,37 @@ class OptimizedFilter {
         RecordBitmap bits;
         bool exact = false;
     };
+    // One side of a key range: the comparison and the constant's key bytes (partial for a
+    // character constant, which compares on its own length).
+    struct KeyBound {
+        expr::Operator op;
+        std::string key;
+        bool partial = false;
+    };
+    // A comparison of a tag's key expression with a constant.
+    struct KeyCondition {
+        OpenTag* tag = nullptr;
+        KeyBound bound;
+    };
     std::optional<Resolved> Resolve(const expr::Node& node);
     std::optional<Resolved> ResolveComparison(const expr::Node& node);
+    // Two bounds on one tag joined by .AND.
+    std::optional<Resolved> ResolveRange(const expr::Node& node);
     std::optional<Resolved> ResolveLogicalKey(const expr::Node& node);
+    std::optional<KeyCondition> KeyConditionOf(const expr::Node& node);
     OpenTag* TagFor(const expr::Node& operand, expr::ValueType type);
-    Resolved Range(OpenTag& tag, expr::Operator op, const std::string& key, bool partial);
+    // The records whose keys lie within the bounds (> or >= below, < or <= above; either may be
+    // missing), in one walk of the tag.
+    Resolved Walk(OpenTag& tag, const std::optional<KeyBound>& lower,
+                  const std::optional<KeyBound>& upper);
     bool Evaluate(std::uint32_t record, std::string_view bytes);
+    // Builds the bitmap from the tags (again, when they changed).
+    void ResolveFromTags();
     void CollectUnresolved(const expr::Node& node);
 
     std::string text_;
     TableIndexes& indexes_;
+    cursor::TableCursor& table_;
     const expr::DateSettings& dates_;
     expr::Expression whole_;
     std::uint32_t records_ = 0;
@@ -59,6 +80,7 @@ class OptimizedFilter {
     bool exact_ = false;
     std::uint16_t level_ = ADS_OPTIMIZED_NONE;
     std::string nonOptimized_;
+    TableIndexes::ChangeStampValue seen_;  // of the index files when the bitmap was read
 };
 
 }  // namespace fnrk::engine::order

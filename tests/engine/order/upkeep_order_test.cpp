@@ -238,6 +238,10 @@ TEST_F(UpkeepOrderTest, OptimizedFiltersGiveWhatPerRecordEvaluationGives) {
     const std::pair<const char*, std::uint16_t> conditions[] = {
         {"QTY = 7", ADS_OPTIMIZED_FULL},
         {"QTY >= 5 .AND. QTY < 9", ADS_OPTIMIZED_FULL},
+        {"QTY < 12 .AND. QTY > 3", ADS_OPTIMIZED_FULL},
+        {"NAME >= 'B' .AND. NAME <= 'C'", ADS_OPTIMIZED_FULL},
+        {"NAME > 'A' .AND. NAME < 'C' .AND. QTY >= 6", ADS_OPTIMIZED_FULL},
+        {"'B' <= NAME .AND. NAME < 'D'", ADS_OPTIMIZED_PART},
         {"NAME = 'B' .OR. 3 > QTY", ADS_OPTIMIZED_FULL},
         {".NOT. (QTY <= 10)", ADS_OPTIMIZED_FULL},
         {"QTY <> 4 .AND. ACTIVE", ADS_OPTIMIZED_PART},

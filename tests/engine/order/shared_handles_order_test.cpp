@@ -1,0 +1,111 @@
+// Two engines on one table in SHARED mode stand for two workstations: each must see the other's
+// committed index changes, a tag the other added, and records the other changed under a dynamic
+// optimized filter.
+
+#include <gtest/gtest.h>
+
+#include "engine/table/engine_fixture.hpp"
+
+namespace fnrk::engine {
+namespace {
+
+class SharedHandlesTest : public EngineTest {
+  protected:
+    void SetUp() override {
+        EngineTest::SetUp();
+        Create("stock", "NAME,C,10;QTY,N,6,0");
+        Handle setup = Open("stock", ADS_EXCLUSIVE);
+        for (int i = 0; i < 60; ++i) {
+            ASSERT_EQ(engine.AppendRecord(setup), AE_SUCCESS);
+            ASSERT_EQ(engine.SetString(setup, "NAME", "N" + std::to_string(i)), AE_SUCCESS);
+            ASSERT_EQ(engine.SetDouble(setup, "QTY", i % 30), AE_SUCCESS);
+        }
+        Handle index = 0;
+        ASSERT_EQ(engine.CreateIndex(setup, "", "QTY", "QTY", "", "", ADS_COMPOUND, index),
+                  AE_SUCCESS);
+        ASSERT_EQ(engine.CloseTable(setup), AE_SUCCESS);
+        ASSERT_EQ(other.Connect26(dir.path().string(), ADS_LOCAL_SERVER, otherConnection), 0);
+        mine = Open("stock", ADS_SHARED);
+        ASSERT_EQ(other.OpenTable(otherConnection, "stock", "", ADS_CDX, ADS_ANSI,
+                                  ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, ADS_SHARED, theirs),
+                  AE_SUCCESS);
+    }
+
+    void Write(Engine& by, Handle table, std::uint32_t record, double qty) {
+        ASSERT_EQ(by.GotoRecord(table, record), AE_SUCCESS);
+        ASSERT_EQ(by.SetDouble(table, "QTY", qty), AE_SUCCESS);
+        ASSERT_EQ(by.FlushFileBuffers(table), AE_SUCCESS);
+    }
+
+    bool Found(Engine& by, Handle table, const std::string& tag, const std::string& key,
+               std::uint16_t type) {
+        Handle index = 0;
+        EXPECT_EQ(by.GetIndexHandle(table, tag, index), AE_SUCCESS);
+        bool found = false;
+        EXPECT_EQ(by.Seek(index, key, type, ADS_HARDSEEK, found), AE_SUCCESS);
+        return found;
+    }
+
+    Engine other;
+    Handle otherConnection = 0;
+    Handle mine = 0;
+    Handle theirs = 0;
+};
+
+TEST_F(SharedHandlesTest, ATagAddedByOneIsSeenAndKeptUpToDateByTheOther) {
+    Handle byName = 0;
+    ASSERT_EQ(engine.CreateIndex(mine, "", "NAME", "upper(NAME)", "", "", ADS_COMPOUND, byName),
+              AE_SUCCESS);
+    // The other side opened the file before the tag existed.
+    Handle seen = 0;
+    ASSERT_EQ(other.GetIndexHandle(theirs, "NAME", seen), AE_SUCCESS);
+    std::vector<Handle> all;
+    ASSERT_EQ(other.GetAllIndexes(theirs, all), AE_SUCCESS);
+    EXPECT_EQ(all.size(), 2u);
+    EXPECT_TRUE(Found(other, theirs, "NAME", "N42", ADS_STRINGKEY));
+    // Its appends and writes reach the new tag, and this side finds them.
+    ASSERT_EQ(other.AppendRecord(theirs), AE_SUCCESS);
+    ASSERT_EQ(other.SetString(theirs, "NAME", "zulu"), AE_SUCCESS);
+    ASSERT_EQ(other.FlushFileBuffers(theirs), AE_SUCCESS);
+    ASSERT_EQ(other.GotoRecord(theirs, 7), AE_SUCCESS);
+    ASSERT_EQ(other.SetString(theirs, "NAME", "yankee"), AE_SUCCESS);
+    ASSERT_EQ(other.FlushFileBuffers(theirs), AE_SUCCESS);
+    EXPECT_TRUE(Found(engine, mine, "NAME", "ZULU", ADS_STRINGKEY));
+    EXPECT_TRUE(Found(engine, mine, "NAME", "YANKEE", ADS_STRINGKEY));
+    EXPECT_FALSE(Found(engine, mine, "NAME", "N6 ", ADS_STRINGKEY));
+    std::uint32_t keys = 0;
+    ASSERT_EQ(engine.GetKeyCount(byName, ADS_IGNOREFILTERS, keys), AE_SUCCESS);
+    EXPECT_EQ(keys, 61u);
+}
+
+TEST_F(SharedHandlesTest, DynamicFilterJudgesRecordsTheOtherChanged) {
+    const char* condition = "QTY >= 10 .AND. QTY <= 20";
+    ASSERT_EQ(engine.SetAOF(mine, condition, ADS_RESOLVE_DYNAMIC), AE_SUCCESS);
+    std::uint16_t level = 0;
+    std::string rest;
+    ASSERT_EQ(engine.GetAOFOptLevel(mine, level, rest), AE_SUCCESS);
+    EXPECT_EQ(level, ADS_OPTIMIZED_FULL);
+    EXPECT_EQ(Count(mine, ADS_RESPECTFILTERS), 22u);
+    // Record 3 moves into the range, record 12 out of it, and a new record lands in it.
+    Write(other, theirs, 3, 15);
+    Write(other, theirs, 12, 50);
+    ASSERT_EQ(other.AppendRecord(theirs), AE_SUCCESS);
+    ASSERT_EQ(other.SetDouble(theirs, "QTY", 12), AE_SUCCESS);
+    ASSERT_EQ(other.FlushFileBuffers(theirs), AE_SUCCESS);
+    std::vector<std::uint32_t> records;
+    ASSERT_EQ(engine.GotoTop(mine), AE_SUCCESS);
+    while (!Eof(mine) && records.size() <= 61) {
+        records.push_back(Recno(mine));
+        ASSERT_EQ(engine.Skip(mine, 1), AE_SUCCESS);
+    }
+    std::vector<std::uint32_t> expected;
+    for (std::uint32_t r = 1; r <= 60; ++r) {
+        const int qty = r == 3 ? 15 : r == 12 ? 50 : static_cast<int>((r - 1) % 30);
+        if (qty >= 10 && qty <= 20) expected.push_back(r);
+    }
+    expected.push_back(61);
+    EXPECT_EQ(records, expected);
+}
+
+}  // namespace
+}  // namespace fnrk::engine
