@@ -37,7 +37,15 @@ std::uint64_t Word(const char* p) {
 std::size_t TrailingCount(std::string_view key, char pad) {
     const std::uint64_t pads = 0x0101010101010101ull * static_cast<unsigned char>(pad);
     std::size_t n = 0;
-    while (n + 8 <= key.size() && Word(key.data() + key.size() - n - 8) == pads) n += 8;
+    while (n + 8 <= key.size()) {
+        const std::uint64_t differ = Word(key.data() + key.size() - n - 8) ^ pads;
+        if (differ != 0) {
+            if constexpr (std::endian::native == std::endian::little)
+                return n + static_cast<std::size_t>(std::countl_zero(differ)) / 8;
+            break;
+        }
+        n += 8;
+    }
     while (n < key.size() && key[key.size() - 1 - n] == pad) ++n;
     return n;
 }
@@ -170,16 +178,22 @@ void LeafWriter::Finish(std::uint16_t attributes, std::uint32_t left, std::uint3
     const LeafLayout layout = layout_;
     const std::size_t entriesEnd = kLeafHeaderSize + count_ * layout.bytesPerEntry;
     const std::size_t keyEnd = kNodeSize - keyBytes_;
-    std::memset(out, 0, keyEnd);
-    std::memcpy(out + keyEnd, keys_ + keyEnd, keyBytes_);
     for (std::size_t i = 0; i < count_; ++i) {
         const std::uint64_t packed =
             records_[i] | (std::uint64_t{duplicates_[i]} << layout.recordBits) |
             (std::uint64_t{trailing_[i]} << (layout.recordBits + layout.countBits));
         char* field = out + kLeafHeaderSize + i * layout.bytesPerEntry;
-        for (unsigned b = 0; b < layout.bytesPerEntry; ++b)
-            field[b] = static_cast<char>((packed >> (8 * b)) & 0xFF);
+        // Eight bytes at once where they fit: the next field, the free space and the keys that
+        // the spare bytes cover are written after this one.
+        if (std::endian::native == std::endian::little && field + 8 <= out + kNodeSize) {
+            std::memcpy(field, &packed, 8);
+        } else {
+            for (unsigned b = 0; b < layout.bytesPerEntry; ++b)
+                field[b] = static_cast<char>((packed >> (8 * b)) & 0xFF);
+        }
     }
+    std::memset(out + entriesEnd, 0, keyEnd - entriesEnd);
+    std::memcpy(out + keyEnd, keys_ + keyEnd, keyBytes_);
     WriteLe16(out, attributes);
     WriteLe16(out + 2, static_cast<std::uint16_t>(count_));
     WriteLe32(out + 4, left);
