@@ -85,7 +85,17 @@ bool OptimizedFilter::Evaluate(std::uint32_t record, std::string_view bytes) {
 
 bool OptimizedFilter::Admits(std::uint32_t record, std::string_view bytes) {
     // Keys that another process changed make the bitmap stale: it is resolved again.
-    if (indexes_.ChangeStamp() != seen_) ResolveFromTags();
+    if (indexes_.ChangeStamp() != seen_) {
+        try {
+            ResolveFromTags();
+        } catch (const std::exception&) {
+            // A tag that cannot be read now: every record is judged by the whole condition.
+            candidates_ = RecordBitmap(records_, true);
+            exact_ = false;
+            level_ = ADS_OPTIMIZED_NONE;
+            nonOptimized_ = text_;
+        }
+    }
     // Records appended since the filter was set have no bit yet: they are judged on the spot.
     if (record > candidates_.records()) return Evaluate(record, bytes);
     if (!candidates_.test(record)) return false;

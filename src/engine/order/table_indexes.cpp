@@ -316,7 +316,11 @@ std::vector<std::string> TableIndexes::Check() {
 TableIndexes::ChangeStampValue TableIndexes::ChangeStamp() {
     ChangeStampValue stamp{fileChanges_, 0};
     for (const auto& file : files_) {
-        file->index->file().NoticeChanges();
+        try {
+            file->index->file().NoticeChanges();
+        } catch (const std::exception&) {
+            // The next guarded read of the file reports what is wrong with it.
+        }
         stamp.generations += file->index->file().generation();
     }
     return stamp;
