@@ -121,80 +121,80 @@ bool WorkAreas::Resolve(std::string_view reference, Handle& table, std::string& 
     return true;
 }
 
-std::string WorkAreas::sx_GetString(std::string_view reference) {
+template <class Value, class Read>
+Value WorkAreas::ReadField(std::string_view reference, Value fallback, Read read) {
     Handle table = 0;
     std::string field;
-    std::string value;
-    if (!Resolve(reference, table, field) ||
-        db_.GetString(table, field, value, ADS_RTRIM) != AE_SUCCESS)
-        return {};
+    Value value{};
+    if (!Resolve(reference, table, field) || read(table, field, value) != AE_SUCCESS)
+        return fallback;
     return value;
+}
+
+template <class Write>
+Status WorkAreas::WriteField(std::string_view reference, Write write) {
+    Handle table = 0;
+    std::string field;
+    return Resolve(reference, table, field) ? write(table, field) : AE_TABLE_NOT_FOUND;
+}
+
+std::string WorkAreas::sx_GetString(std::string_view reference) {
+    return ReadField(reference, std::string(),
+                     [&](Handle table, const std::string& field, std::string& value) {
+                         return db_.GetString(table, field, value, ADS_RTRIM);
+                     });
 }
 
 double WorkAreas::sx_GetDouble(std::string_view reference) {
-    Handle table = 0;
-    std::string field;
-    double value = 0;
-    if (!Resolve(reference, table, field) || db_.GetDouble(table, field, value) != AE_SUCCESS)
-        return 0;
-    return value;
+    return ReadField(reference, 0.0, [&](Handle table, const std::string& field, double& value) {
+        return db_.GetDouble(table, field, value);
+    });
 }
 
 bool WorkAreas::sx_GetLogical(std::string_view reference) {
-    Handle table = 0;
-    std::string field;
-    bool value = false;
-    return Resolve(reference, table, field) && db_.GetLogical(table, field, value) == AE_SUCCESS &&
-           value;
+    return ReadField(reference, false, [&](Handle table, const std::string& field, bool& value) {
+        return db_.GetLogical(table, field, value);
+    });
 }
 
 std::string WorkAreas::sx_GetDate(std::string_view reference) {
-    Handle table = 0;
-    std::string field;
-    std::string value;
-    if (!Resolve(reference, table, field) || db_.GetDate(table, field, value) != AE_SUCCESS ||
-        value.find_first_of("0123456789") == std::string::npos)
-        return std::string(kEmptyDate);
-    return value;
+    const std::string date = ReadField(
+        reference, std::string(), [&](Handle table, const std::string& field, std::string& value) {
+            return db_.GetDate(table, field, value);
+        });
+    return date.find_first_of("0123456789") == std::string::npos ? std::string(kEmptyDate) : date;
 }
 
 std::string WorkAreas::sx_GetMemo(std::string_view reference) {
-    Handle table = 0;
-    std::string field;
-    std::string value;
-    if (!Resolve(reference, table, field) ||
-        db_.GetString(table, field, value, ADS_NONE) != AE_SUCCESS)
-        return {};
-    return value;
+    return ReadField(reference, std::string(),
+                     [&](Handle table, const std::string& field, std::string& value) {
+                         return db_.GetString(table, field, value, ADS_NONE);
+                     });
 }
 
 Status WorkAreas::sx_PutString(std::string_view reference, std::string_view value) {
-    Handle table = 0;
-    std::string field;
-    if (!Resolve(reference, table, field)) return AE_TABLE_NOT_FOUND;
-    return db_.SetString(table, field, value);
+    return WriteField(reference, [&](Handle table, const std::string& field) {
+        return db_.SetString(table, field, value);
+    });
 }
 
 Status WorkAreas::sx_PutDouble(std::string_view reference, double value) {
-    Handle table = 0;
-    std::string field;
-    if (!Resolve(reference, table, field)) return AE_TABLE_NOT_FOUND;
-    return db_.SetDouble(table, field, value);
+    return WriteField(reference, [&](Handle table, const std::string& field) {
+        return db_.SetDouble(table, field, value);
+    });
 }
 
 Status WorkAreas::sx_PutLogical(std::string_view reference, bool value) {
-    Handle table = 0;
-    std::string field;
-    if (!Resolve(reference, table, field)) return AE_TABLE_NOT_FOUND;
-    return db_.SetLogical(table, field, value);
+    return WriteField(reference, [&](Handle table, const std::string& field) {
+        return db_.SetLogical(table, field, value);
+    });
 }
 
 Status WorkAreas::sx_PutDate(std::string_view reference, std::string_view date) {
-    Handle table = 0;
-    std::string field;
-    if (!Resolve(reference, table, field)) return AE_TABLE_NOT_FOUND;
     // Blanks and bare separators are the empty date to the engine.
-    return db_.SetDate(table, field, platform::Trim(date).empty() ? kEmptyDate : date);
+    return WriteField(reference, [&](Handle table, const std::string& field) {
+        return db_.SetDate(table, field, platform::Trim(date).empty() ? kEmptyDate : date);
+    });
 }
 
 Status WorkAreas::sx_PutMemo(std::string_view reference, std::string_view text) {

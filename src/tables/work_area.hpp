@@ -41,6 +41,8 @@ class WorkAreas {
     // connection set here.
     void SetConnection(Handle connection) { connection_ = connection; }
     Handle Connection() const { return connection_; }
+    // The password of the dossier's encrypted tables, for the sources appendfrom reads.
+    void SetPassword(std::string password) { password_ = std::move(password); }
 
     // Opens `path` under `alias` ("SHARED", "EXCLUSIVE" or "READONLY"; empty means shared) and
     // makes it the current work area. With an index file, that file is opened too and its first
@@ -114,7 +116,7 @@ class WorkAreas {
     // Creates the table `newPath` from the structure table at `structurePath`.
     Status SXCREATEFR(std::string_view newPath, std::string_view structurePath);
     // Appends the records of `sourcePath` that meet `condition` (xBase, may be empty) and are
-    // not deleted to the current work area.
+    // not deleted to the current work area. An encrypted source needs the password set above.
     Status appendfrom(std::string_view sourcePath, std::string_view condition = {});
 
     // --- encryption of the current work area's table
@@ -128,6 +130,13 @@ class WorkAreas {
     bool Resolve(std::string_view reference, Handle& table, std::string& field);
     // The table open under `alias`, on the work areas' connection or any other.
     bool FindAlias(std::string_view alias, Handle& table);
+    // A read of a field reference: `read(table, field, value)`; `fallback` when the reference
+    // names no table or the read fails.
+    template <class Value, class Read>
+    Value ReadField(std::string_view reference, Value fallback, Read read);
+    // A write of a field reference: `write(table, field)`, after the reference is resolved.
+    template <class Write>
+    Status WriteField(std::string_view reference, Write write);
     // The handle navigation goes through: the order's index, else the table.
     Handle NavigationHandle() const;
     // The tag that will be the order: refuses a descending one with its message.
@@ -137,6 +146,7 @@ class WorkAreas {
 
     SqlDatabase& db_;
     Handle connection_ = 0;
+    std::string password_;
     Handle current_ = 0;
     // The order of each table opened or selected here (index handle; absent: natural order).
     std::map<Handle, Handle> orders_;

@@ -30,9 +30,17 @@ Status WorkAreas::appendfrom(std::string_view sourcePath, std::string_view condi
     const std::string sourceName = std::filesystem::path(platform::Trim(sourcePath)).stem();
     const bool wasOpen = FindAlias(sourceName, source);
     if (!wasOpen) {
-        const Status status = db_.OpenTable(connection_, sourcePath, "TEMP", ADS_CDX, ADS_ANSI,
-                                            ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS,
-                                            ADS_SHARED | ADS_READONLY, source);
+        Status status = db_.OpenTable(connection_, sourcePath, "TEMP", ADS_CDX, ADS_ANSI,
+                                      ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS,
+                                      ADS_SHARED | ADS_READONLY, source);
+        bool encrypted = false;
+        // An encrypted source cannot be read without the password: that is an open failure too.
+        if (status == AE_SUCCESS && db_.IsTableEncrypted(source, encrypted) == AE_SUCCESS &&
+            encrypted) {
+            status = password_.empty() ? AE_ENCRYPTION_NOT_ENABLED
+                                       : db_.EnableEncryption(source, password_);
+            if (status != AE_SUCCESS) db_.CloseTable(source);
+        }
         if (status != AE_SUCCESS) {
             ShowError((IsEncryptionRefusal(status) ? "appendfrom error encryption "
                                                    : "appendfrom error opening ") +
