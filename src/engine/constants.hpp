@@ -100,6 +100,18 @@ inline constexpr std::uint16_t ADS_TIMESTAMP = 14;
 inline constexpr std::uint16_t ADS_CURDOUBLE = 17;
 inline constexpr std::uint16_t ADS_MONEY = 18;
 
+// Data dictionary properties (DDSetDatabaseProperty / DDSetUserProperty).
+inline constexpr std::uint16_t ADS_DD_COMMENT = 1;
+inline constexpr std::uint16_t ADS_DD_USER_DEFINED_PROP = 3;
+inline constexpr std::uint16_t ADS_DD_DEFAULT_TABLE_PATH = 100;
+inline constexpr std::uint16_t ADS_DD_ADMIN_PASSWORD = 101;
+inline constexpr std::uint16_t ADS_DD_ENCRYPT_TABLE_PASSWORD = 105;
+inline constexpr std::uint16_t ADS_DD_MAX_FAILED_ATTEMPTS = 109;
+inline constexpr std::uint16_t ADS_DD_LAST_DATABASE_PROPERTY = 199;
+inline constexpr std::uint16_t ADS_DD_USER_PASSWORD = 1101;
+inline constexpr std::uint16_t ADS_DD_USER_GROUP_MEMBERSHIP = 1102;
+inline constexpr std::uint16_t ADS_DD_LAST_USER_PROPERTY = 1199;
+
 // SQL cursor settings (StmtSetTableReadOnly).
 inline constexpr std::uint16_t ADS_CURSOR_READONLY = 1;
 inline constexpr std::uint16_t ADS_CURSOR_READWRITE = 2;

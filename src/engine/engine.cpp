@@ -61,9 +61,13 @@ Status Engine::Connect26(std::string_view serverPath, std::uint16_t serverTypes,
 }
 
 Status Engine::Connect60(std::string_view serverPath, std::uint16_t serverTypes,
-                         std::string_view /*userName*/, std::string_view /*password*/,
+                         std::string_view userName, std::string_view password,
                          std::uint32_t /*options*/, Handle& connection) {
-    // Local folders carry no users: the credentials are accepted as given.
+    // A ".add" file is a data dictionary, whose users log in; plain folders carry no users and
+    // take the credentials as given.
+    const std::string path = platform::Trim(serverPath);
+    if (platform::EqualsNoCase(std::filesystem::path(path).extension().string(), ".add"))
+        return ConnectDictionary(path, userName, password, connection);
     return Connect26(serverPath, serverTypes, connection);
 }
 
@@ -222,6 +226,10 @@ Status Engine::OpenPath(Handle connection, std::string_view name, std::string& p
         folder = found->second.folder;
     }
     if (platform::Trim(name).empty()) return Report(AE_INVALID_PATH, "no table name");
+    if (std::optional<std::string> listed = DictionaryTablePath(connection, name)) {
+        path = *listed;
+        return AE_SUCCESS;
+    }
     path = ResolveTablePath(folder, platform::Trim(name));
     return AE_SUCCESS;
 }
@@ -314,6 +322,7 @@ Status Engine::OpenTable(Handle connection, std::string_view name, std::string_v
         table = 0;
         return Report(status, text);
     }
+    ApplyConnectionPassword(table);
     return AE_SUCCESS;
 }
 

@@ -5,8 +5,10 @@
 // (cursor/, dbf/, memo/, lock/, expr/, order/). SQL statements run through sql/, encryption
 // through crypt/, data dictionaries through dictionary/.
 
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "engine/cursor/engine_settings.hpp"
@@ -19,6 +21,9 @@ namespace crypt {
 class FileCipher;
 struct EncryptionMark;
 }  // namespace crypt
+namespace dictionary {
+class DataDictionary;
+}
 namespace order {
 class OrderRegistry;
 }
@@ -235,6 +240,9 @@ class Engine final : public Operations {
     struct Connection {
         std::string folder;
         std::uint16_t serverTypes = ADS_LOCAL_SERVER;
+        std::string dictionary{};  // the data dictionary's file, for a connection to one
+        std::string user{};
+        std::string password{};  // also opens the dictionary's encrypted tables
     };
     struct OpenedTable {
         Handle connection = 0;
@@ -276,6 +284,16 @@ class Engine final : public Operations {
     // and its open index files with it (engine_crypt.cpp).
     Status RecodeTable(Handle table, std::shared_ptr<const crypt::FileCipher> cipher,
                        const crypt::EncryptionMark* mark);
+    // Data dictionaries (engine_dictionary.cpp): connections to them, their tables opening by
+    // name, their views in statements.
+    Status ConnectDictionary(std::string_view path, std::string_view user,
+                             std::string_view password, Handle& connection);
+    std::optional<std::string> DictionaryTablePath(Handle connection, std::string_view name);
+    std::optional<std::string> DictionaryView(Handle connection, std::string_view name);
+    void ApplyConnectionPassword(Handle table);
+    Status OnDictionary(
+        Handle dictionary,
+        const std::function<Status(dictionary::DataDictionary&, std::string&)>& body);
     // SQL statements (engine_sql.cpp).
     sql::StatementRegistry& Statements();
     Status OnStatement(Handle statement,

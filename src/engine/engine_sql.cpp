@@ -27,7 +27,12 @@ std::function<Status(sql::StatementSettings&)> Choice(
 }  // namespace
 
 sql::StatementRegistry& Engine::Statements() {
-    if (!statements_) statements_ = std::make_shared<sql::StatementRegistry>(*this, nullptr);
+    if (!statements_) {
+        statements_ = std::make_shared<sql::StatementRegistry>(
+            *this, [this](Handle connection, std::string_view name) {
+                return DictionaryView(connection, name);
+            });
+    }
     return *statements_;
 }
 

@@ -1,11 +1,12 @@
 #include "engine/crypt/encryption_mark.hpp"
 
 #include <openssl/crypto.h>
-#include <openssl/evp.h>
 #include <openssl/rand.h>
 
 #include <algorithm>
 #include <stdexcept>
+
+#include "engine/crypt/password_hash.hpp"
 
 namespace fnrk::engine::crypt {
 
@@ -23,10 +24,7 @@ struct Derived {
 
 Derived Derive(std::string_view password, const std::array<std::uint8_t, 8>& salt) {
     std::array<unsigned char, 32 + 7> out{};
-    if (PKCS5_PBKDF2_HMAC(password.data(), static_cast<int>(password.size()), salt.data(),
-                          static_cast<int>(salt.size()), kKeyIterations, EVP_sha256(),
-                          static_cast<int>(out.size()), out.data()) != 1)
-        throw std::runtime_error("PBKDF2 failed");
+    DeriveBytes(password, salt.data(), salt.size(), out.data(), out.size());
     Derived derived;
     std::copy_n(out.begin(), 32, derived.key.begin());
     std::copy_n(out.begin() + 32, 7, derived.verifier.begin());
