@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "engine/engine.hpp"
 
 namespace fnrk::engine {
@@ -43,18 +45,22 @@ Status Engine::CopyTableContents(Handle from, Handle to, std::uint16_t filterOpt
     const std::uint32_t start = source->recordNumber();
     std::uint32_t total = 0;
     if (Status status = source->Count(false, total); status != AE_SUCCESS) return Report(status);
-    for (std::uint32_t recno = 1; recno <= total; ++recno) {
-        if (Status status = source->GotoRecord(recno); status != AE_SUCCESS) return Report(status);
-        if (respect && !source->IsVisible()) continue;
-        if (Status status = target->Append(); status != AE_SUCCESS) return Report(status);
-        if (Status status = CopyFields(*source, *target); status != AE_SUCCESS)
-            return Report(status);
+    // Respecting filters, the records come as navigation shows them: through an index handle
+    // in its order and scope. Otherwise every record, in record order.
+    std::uint32_t done = 0;
+    Status status = respect ? GotoTop(from) : source->GotoRecord(1);
+    while (status == AE_SUCCESS && !source->atEof()) {
+        if ((status = target->Append()) != AE_SUCCESS) break;
+        if ((status = CopyFields(*source, *target)) != AE_SUCCESS) break;
+        ++done;
         if (progress_ &&
-            progress_(static_cast<std::uint16_t>(recno * 100ULL / total), progressId_) != 0)
+            progress_(static_cast<std::uint16_t>(std::min(done, total) * 100ULL / total),
+                      progressId_) != 0)
             break;
+        status = respect ? Skip(from, 1) : source->GotoRecord(source->recordNumber() + 1);
     }
     source->GotoRecord(start);
-    return AE_SUCCESS;
+    return Report(status);
 }
 
 }  // namespace fnrk::engine

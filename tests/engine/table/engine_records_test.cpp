@@ -272,7 +272,7 @@ TEST_F(EngineRecords, FiltersLocateAndContinue) {
     EXPECT_EQ(engine.Locate(table, "OTHER->QTY = 1", true, found), AE_INVALID_EXPRESSION);
 }
 
-TEST_F(EngineRecords, PackZapReadOnlyAndAnOperationNotOffered) {
+TEST_F(EngineRecords, PackZapAndReadOnly) {
     StockWith(6);
     ASSERT_EQ(engine.CloseAllTables(), AE_SUCCESS);
     const Handle table = Open("stock", ADS_EXCLUSIVE);
@@ -295,7 +295,8 @@ TEST_F(EngineRecords, PackZapReadOnlyAndAnOperationNotOffered) {
     const Handle readOnly = Open("stock", ADS_READONLY);
     EXPECT_EQ(engine.AppendRecord(readOnly), AE_TABLE_READONLY);
     EXPECT_EQ(engine.LockTable(readOnly), AE_TABLE_READONLY);
-    EXPECT_EQ(engine.EnableEncryption(readOnly, "secret"), AE_NOT_IMPLEMENTED);
+    ASSERT_EQ(engine.EnableEncryption(readOnly, "secret"), AE_SUCCESS);
+    EXPECT_EQ(engine.EncryptTable(readOnly), AE_TABLE_READONLY);
 }
 
 TEST_F(EngineRecords, ReadsFixtureTablesWithTheirIndexFlag) {
