@@ -1,4 +1,5 @@
 // fennrick invoice --profile basic|efff|peppol3 [--credit-note] --in INVOICE.json --out FILE.xml
+//                  [--dossier DIR]
 
 #include <filesystem>
 #include <iostream>
@@ -7,8 +8,10 @@
 #include <string>
 
 #include "cli/command_registry.hpp"
+#include "cli/dossier_tables.hpp"
 #include "cli/invoice_json.hpp"
 #include "cli/json_fields.hpp"
+#include "einvoice/table_invoice_lookups.hpp"
 
 namespace fnrk::cli {
 namespace {
@@ -20,12 +23,21 @@ struct InvoiceOptions {
     bool creditNote = false;
     std::string in;
     std::string out;
+    std::string dossier;
 };
 
 // The whole description is read before the writer starts, so a bad one leaves no file.
 void WriteInvoiceFile(const InvoiceOptions& options) {
     const nlohmann::json description = ReadJsonFile(options.in);
     ei::FixedInvoiceLookups lookups;
+    // What the description does not give, the dossier's tables answer.
+    std::unique_ptr<DossierTables> dossier;
+    std::unique_ptr<ei::TableInvoiceLookups> dossierLookups;
+    if (!options.dossier.empty()) {
+        dossier = std::make_unique<DossierTables>(options.dossier);
+        dossierLookups = std::make_unique<ei::TableInvoiceLookups>(dossier->tables());
+        lookups.SetFallback(dossierLookups.get());
+    }
     ei::SalesDocument document;
     try {
         document = ReadSalesDocument(description,
@@ -60,6 +72,9 @@ void SetUpInvoiceCommands(CLI::App& app) {
                       "write a credit note (also set by \"creditNote\" in the JSON file)");
     command->add_option("--in", options->in, "the sales document described in JSON")->required();
     command->add_option("--out", options->out, "the XML file to write")->required();
+    command->add_option("--dossier", options->dossier,
+                        "company folder whose parameter, VAT-code and country tables answer what "
+                        "the description's \"parameters\" and \"lookups\" do not");
     command->callback([options] { WriteInvoiceFile(*options); });
 }
 

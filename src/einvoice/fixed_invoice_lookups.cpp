@@ -9,12 +9,14 @@ std::string UpperKey(std::string_view key) {
     return platform::UpperCase(platform::Trim(key));
 }
 
-std::string Find(const std::map<std::string, std::string>& values, const std::string& key) {
-    const auto found = values.find(key);
-    return found == values.end() ? std::string() : found->second;
-}
-
 }  // namespace
+
+template <typename Ask>
+std::string FixedInvoiceLookups::Find(const std::map<std::string, std::string>& values,
+                                      const std::string& key, Ask askFallback) const {
+    if (const auto found = values.find(key); found != values.end()) return found->second;
+    return fallback_ != nullptr ? askFallback(*fallback_) : std::string();
+}
 
 void FixedInvoiceLookups::SetParam(std::string_view key, std::string_view value) {
     params_[UpperKey(key)] = std::string(value);
@@ -29,16 +31,20 @@ void FixedInvoiceLookups::SetEasScheme(std::string_view countryCode, std::string
 }
 
 std::string FixedInvoiceLookups::ParamValue(std::string_view key) const {
-    return Find(params_, UpperKey(key));
+    return Find(params_, UpperKey(key),
+                [&](const InvoiceLookups& other) { return other.ParamValue(key); });
 }
 
 std::string FixedInvoiceLookups::UblVatCategory(std::string_view vatCode) const {
     const std::string code = platform::Trim(vatCode);
-    return code.empty() ? std::string() : Find(vatCategories_, code);
+    if (code.empty()) return {};
+    return Find(vatCategories_, code,
+                [&](const InvoiceLookups& other) { return other.UblVatCategory(code); });
 }
 
 std::string FixedInvoiceLookups::EasScheme(std::string_view countryCode) const {
-    return Find(easSchemes_, UpperKey(countryCode));
+    return Find(easSchemes_, UpperKey(countryCode),
+                [&](const InvoiceLookups& other) { return other.EasScheme(countryCode); });
 }
 
 }  // namespace fnrk::einvoice
