@@ -1,15 +1,16 @@
-// Demo step: the sample dossier's entries written and read through the dispatch, once kept as
-// files (the embedded engine) and once kept in SQL (the SQL backend), with the same answers.
+// Demo step: the sample company "SOC1" built through the table-access class (a parameter table,
+// accounts and a few entries), then opened and read back through it, once kept as files (the
+// embedded engine) and once kept in SQL (the SQL backend), with the same answers.
 
 #include <fstream>
 #include <string>
 
-#include "backend/connection_xml.hpp"
 #include "backend/frc_database.hpp"
 #include "cli/command_registry.hpp"
 #include "cli/demo_steps.hpp"
 #include "engine/engine.hpp"
 #include "platform/text.hpp"
+#include "tables/ads_class.hpp"
 #include "tables/sql_database.hpp"
 
 namespace fnrk::cli {
@@ -17,103 +18,140 @@ namespace {
 
 using namespace engine;  // option and status numbers
 
-void Check(Status status, const char* what) {
-    if (status != AE_SUCCESS) {
-        throw CommandFailure(std::string(what) + " failed with status " + std::to_string(status));
-    }
+void Check(bool done, tables::AdsClass& ads, const char* what) {
+    if (!done) throw CommandFailure(std::string(what) + " failed: " + ads.GetAdsLastError());
 }
 
-struct Entry {
-    const char* account;
-    double amount;
-    const char* booked;
+struct Table {
+    const char* alias;
+    const char* fields;
+    const char* tag;  // tag name and expression
 };
 
-constexpr Entry kEntries[] = {{"700000", 1200.50, "15/01/2024"},
-                              {"400000", -300.00, "20/02/2024"},
-                              {"700100", 99.50, "31/12/2024"},
-                              {"604000", -45.25, "02/03/2024"}};
+constexpr Table kTables[] = {
+    {"PARAM", "KEY,C,25,0;VALUE,C,60,0", "KEY"},
+    {"ACF", "NUMBER,C,10,0;NAME1,C,40,0", "NUMBER"},
+    {"ACT", "DBKCODE,C,4,0;DOCNUMBER,C,10,0;ACCOUNTGL,C,10,0;AMOUNT,N,12,2;DOCDATE,D,8,0",
+     "ACCOUNTGL"},
+};
 
-// Writes the entries table of the dossier in `folder` on `connection`, then answers: sales
-// (accounts 7...) in account order, the number of entries, the last booking date.
-std::string WriteAndRead(tables::SqlDatabase& db, Handle connection, const std::string& folder) {
-    Handle table = 0;
-    Check(db.CreateTable(connection, folder + "/DEMO_act.dbf", "ACT", ADS_CDX, ADS_ANSI,
-                         ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0,
-                         "ACCOUNT,C,10,0;AMOUNT,N,12,2;BOOKED,D", table),
-          "CreateTable");
+struct Entry {
+    const char* journal;
+    const char* document;
+    const char* account;
+    double amount;
+    const char* date;
+};
+
+constexpr Entry kEntries[] = {{"VEN", "1", "400000", 1210.00, "15/01/2024"},
+                              {"VEN", "1", "700000", -1210.00, "15/01/2024"},
+                              {"ACH", "1", "604000", 99.50, "31/12/2024"},
+                              {"ACH", "1", "400000", -99.50, "31/12/2024"}};
+
+// Adds one record to the current table with the given field values.
+void AddRecord(tables::AdsClass& ads, const char* alias,
+               std::initializer_list<std::pair<const char*, tables::FieldValue>> values) {
+    Check(ads.ActivateAlias(alias) == AE_SUCCESS, ads, "ActivateAlias");
+    Check(ads.RecordAdd() == AE_SUCCESS, ads, "RecordAdd");
+    for (const auto& [field, value] : values) {
+        Check(ads.PutFieldValue(field, value), ads, "PutFieldValue");
+    }
+    Check(ads.FlushAndUnlock(alias) == AE_SUCCESS, ads, "FlushAndUnlock");
+}
+
+void BuildDossier(tables::AdsClass& ads) {
+    for (const Table& table : kTables) {
+        Handle created = 0;
+        Check(
+            ads.Database().CreateTable(ads.DossierConnection(), ads.StandardTablePath(table.alias),
+                                       table.alias, ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
+                                       ADS_IGNORERIGHTS, 0, table.fields, created) == AE_SUCCESS,
+            ads, "CreateTable");
+        Handle index = 0;
+        Check(ads.Database().CreateIndex(created, "", table.tag, table.tag, "", "", ADS_COMPOUND,
+                                         index) == AE_SUCCESS,
+              ads, "CreateIndex");
+        ads.Database().CloseTable(created);
+    }
+    Check(ads.FileOpenParam() == AE_SUCCESS, ads, "FileOpenParam");
+    AddRecord(ads, "PARAM", {{"KEY", std::string("COMPANY")}, {"VALUE", std::string("SOC1 sprl")}});
+    AddRecord(ads, "PARAM", {{"KEY", std::string("BOOKYEAR")}, {"VALUE", std::string("2024")}});
+    Check(ads.FileOpen("ACF") == AE_SUCCESS, ads, "FileOpen ACF");
+    AddRecord(ads, "ACF", {{"NUMBER", std::string("700000")}, {"NAME1", std::string("Ventes")}});
+    AddRecord(ads, "ACF", {{"NUMBER", std::string("400000")}, {"NAME1", std::string("Clients")}});
+    AddRecord(ads, "ACF", {{"NUMBER", std::string("604000")}, {"NAME1", std::string("Achats")}});
+    Check(ads.FileOpen("ACT") == AE_SUCCESS, ads, "FileOpen ACT");
     for (const Entry& entry : kEntries) {
-        Check(db.AppendRecord(table), "AppendRecord");
-        Check(db.SetString(table, "ACCOUNT", entry.account), "SetString");
-        Check(db.SetDouble(table, "AMOUNT", entry.amount), "SetDouble");
-        Check(db.SetDate(table, "BOOKED", entry.booked), "SetDate");
+        AddRecord(ads, "ACT",
+                  {{"DBKCODE", std::string(entry.journal)},
+                   {"DOCNUMBER", std::string(entry.document)},
+                   {"ACCOUNTGL", std::string(entry.account)},
+                   {"AMOUNT", entry.amount},
+                   {"DOCDATE", std::string(entry.date)}});
     }
-    Handle byAccount = 0;
-    Check(db.CreateIndex(table, "", "ACCOUNT", "ACCOUNT", "", "", ADS_COMPOUND, byAccount),
-          "CreateIndex");
-    Handle byDate = 0;
-    Check(db.CreateIndex(table, "", "BOOKED", "DTOS(BOOKED)", "", "", ADS_COMPOUND, byDate),
-          "CreateIndex");
+    Check(ads.FileCloseAll(false) == AE_SUCCESS, ads, "FileCloseAll");
+}
 
-    Check(db.SetScope(byAccount, ADS_TOP, "7", ADS_STRINGKEY), "SetScope");
-    Check(db.SetScope(byAccount, ADS_BOTTOM, "7", ADS_STRINGKEY), "SetScope");
-    std::string sales;
-    double total = 0;
-    bool atEof = false;
-    for (Check(db.GotoTop(byAccount), "GotoTop"); db.AtEOF(table, atEof) == AE_SUCCESS && !atEof;
-         Check(db.Skip(byAccount, 1), "Skip")) {
-        std::string account;
-        double amount = 0;
-        Check(db.GetString(table, "ACCOUNT", account, ADS_RTRIM), "GetString");
-        Check(db.GetDouble(table, "AMOUNT", amount), "GetDouble");
-        sales += account + " ";
-        total += amount;
+// Opens the dossier again and answers: company and book year, the accounts in record order,
+// the number of entries, their balance and the last booking date.
+std::string ReadDossier(tables::AdsClass& ads) {
+    Check(ads.FileOpenParam() == AE_SUCCESS, ads, "FileOpenParam");
+    std::string answer;
+    for (const char* key : {"COMPANY", "BOOKYEAR"}) {
+        Check(ads.MoveTop() == AE_SUCCESS, ads, "MoveTop");
+        Check(ads.LocateInCurrentAlias(std::string("KEY = \"") + key + "\""), ads, "Locate");
+        answer += ads.GetStringValue("VALUE") + ", ";
     }
-    std::uint32_t count = 0;
-    Check(db.GetRecordCount(table, ADS_IGNOREFILTERS, count), "GetRecordCount");
+    Check(ads.FileOpen("ACF") == AE_SUCCESS, ads, "FileOpen ACF");
+    answer += "accounts";
+    for (ads.MoveTop(); !ads.SelectionEof(); ads.moveNext()) {
+        answer += " " + ads.GetStringValue("NUMBER") + " " + ads.GetStringValue("NAME1");
+    }
+    Check(ads.FileOpen("ACT") == AE_SUCCESS, ads, "FileOpen ACT");
+    double balance = 0;
     std::string last;
-    Check(db.GotoBottom(byDate), "GotoBottom");
-    Check(db.GetDate(table, "BOOKED", last), "GetDate");
-    Check(db.CloseTable(table), "CloseTable");
-    return "sales accounts " + sales + "total " + platform::FormatNumber(total, "#0.00") +
-           ", entries " + std::to_string(count) + ", last booked " + last;
+    for (ads.MoveTop(); !ads.SelectionEof(); ads.moveNext()) {
+        balance += ads.GetDoubleValue("AMOUNT");
+        last = ads.GetDateValue("DOCDATE");
+    }
+    answer += ", entries " + std::to_string(ads.SelectionRecCount()) + ", balance " +
+              platform::FormatNumber(balance, "#0.00") + ", last booked " + last;
+    ads.FileCloseAll(false);
+    return answer;
+}
+
+std::string BuildAndRead(tables::SqlDatabase& db, const std::filesystem::path& folder) {
+    std::filesystem::create_directories(folder);
+    tables::AdsClass ads(db);
+    ads.SetInteractive(false);
+    ads.SetDossierPrefix((folder / "SOC1").string());
+    // Date format, epoch and hidden deleted records for the engine and every backend.
+    Check(ads.Initialize() == AE_SUCCESS, ads, "Initialize");
+    BuildDossier(ads);
+    const std::string answer = ReadDossier(ads);
+    ads.disconnect();
+    return answer;
 }
 
 void RunDossierTablesStep(DemoContext& context) {
     Engine engine;
     tables::SqlDatabase db(engine, [] { return std::make_unique<backend::FRCDatabase>(); });
-    Check(db.SetDateFormat("DD/MM/YYYY"), "SetDateFormat");
-    Check(db.SetEpoch(2000), "SetEpoch");
-    Check(db.ShowDeleted(false), "ShowDeleted");
 
-    const std::string files = context.dossierFolder.string();
-    Handle local = 0;
-    Check(db.Connect26(files, ADS_LOCAL_SERVER, local), "Connect26");
-    const std::string fromFiles = WriteAndRead(db, local, files);
-    context.out << "  kept as files (connection " << local << "): " << fromFiles << "\n";
+    const auto data = context.dossierFolder.parent_path();
+    const std::string fromFiles = BuildAndRead(db, data / "SOC1");
+    context.out << "  SOC1 kept as files: " << fromFiles << "\n";
 
-    // The same dossier kept in SQL: a folder marked by FRSQL.DBF whose "folder.data" names
-    // the database.
-    const auto sqlFolder = context.dossierFolder.parent_path() / "DEMOSQL";
+    // The same company kept in SQL: a folder marked by FRSQL.DBF whose "folder.data" names the
+    // database.
+    const auto sqlFolder = data / "SOC1SQL";
     std::filesystem::create_directories(sqlFolder);
     std::ofstream(sqlFolder / "FRSQL.DBF").flush();
     std::ofstream(sqlFolder / "folder.data")
-        << "<connection><Driver>SQLite</Driver><Database>demo.sqlite</Database></connection>\n";
-    backend::FolderXml description;
-    if (!description.Load((sqlFolder / "folder.data").string())) {
-        throw CommandFailure(description.LoadError());
-    }
-    db.SetDossierFolder(sqlFolder.string());
-    Handle sql = 0;
-    Check(db.Connect26("<SQL>" + description.GetConnectionString() + "<DIR>" + sqlFolder.string(),
-                       ADS_LOCAL_SERVER, sql),
-          "Connect26");
-    const std::string fromSql = WriteAndRead(db, sql, sqlFolder.string());
-    context.out << "  kept in SQL   (connection " << sql << "): " << fromSql << "\n"
+        << "<connection><Driver>SQLite</Driver><Database>soc1.sqlite</Database></connection>\n";
+    const std::string fromSql = BuildAndRead(db, sqlFolder);
+    context.out << "  SOC1 kept in SQL:   " << fromSql << "\n"
                 << "  same answers: " << (fromSql == fromFiles ? "yes" : "NO") << "\n";
     if (fromSql != fromFiles) throw CommandFailure("the two dossiers answer differently");
-    db.Disconnect(local);
-    db.Disconnect(sql);
 }
 
 const DemoStepRegistration kDossierTablesStep("20-dossier-tables", RunDossierTablesStep);

@@ -91,18 +91,21 @@ Status AdsClass::BuildDataDictionnary() {
         status =
             db_.DDSetUserProperty(administrator, "SYSTEM", kUserPassword, dossier_.tablePassword);
     }
+    // A dossier need not have every table of the list (nor every journal): those it has go in.
+    auto add = [&](const std::string& alias) {
+        const std::string path = StandardTablePath(alias);
+        if (status != AE_SUCCESS || !std::filesystem::exists(path)) return;
+        const std::string index = StandardIndexPath(alias);
+        status = db_.DDAddTable(administrator, alias, path, ADS_CDX, ADS_ANSI,
+                                std::filesystem::exists(index) ? index : std::string(), "");
+    };
     for (const std::string& name : DictionaryTableNames()) {
-        if (status != AE_SUCCESS) break;
         if (name != "DBK") {
-            status = db_.DDAddTable(administrator, name, StandardTablePath(name), ADS_CDX, ADS_ANSI,
-                                    StandardIndexPath(name), "");
+            add(name);
             continue;
         }
-        for (int journal = 1; journal <= kJournalCount && status == AE_SUCCESS; ++journal) {
-            const std::string alias = "DBK_0" + std::to_string(journal);
-            if (!std::filesystem::exists(StandardTablePath(alias))) continue;
-            status = db_.DDAddTable(administrator, alias, StandardTablePath(alias), ADS_CDX,
-                                    ADS_ANSI, StandardIndexPath(alias), "");
+        for (int journal = 1; journal <= kJournalCount; ++journal) {
+            add("DBK_0" + std::to_string(journal));
         }
     }
     if (status == AE_SUCCESS) {

@@ -145,13 +145,7 @@ TEST_P(AdsTest, ANumericAliasIsTheTableHandle) {
     ASSERT_TRUE(ads.PutFieldValue("NUMBER", std::string("A1")));
     ads.FlushAndUnlock("ACF");
     ASSERT_EQ(ads.FileOpen("CSF"), AE_SUCCESS);
-    std::vector<Handle> tables;
-    db.GetAllTables(tables);
-    Handle acf = 0;
-    for (Handle table : tables) {
-        std::string alias;
-        if (db.GetTableAlias(table, alias) == AE_SUCCESS && alias == "ACF") acf = table;
-    }
+    const Handle acf = TableHandle("ACF");
     ASSERT_NE(acf, 0);
     ASSERT_EQ(ads.ActivateAlias(std::to_string(acf)), AE_SUCCESS);
     ASSERT_EQ(ads.MoveTop(), AE_SUCCESS);

@@ -92,6 +92,17 @@ class AdsTest : public ::testing::TestWithParam<Keeping> {
         ASSERT_EQ(ads.FlushAndUnlock("ACT"), engine::AE_SUCCESS);
     }
 
+    // The handle of the table open under `alias` in the dispatch; 0 when none is.
+    engine::Handle TableHandle(const std::string& alias) {
+        std::vector<engine::Handle> tables;
+        db.GetAllTables(tables);
+        for (engine::Handle table : tables) {
+            std::string name;
+            if (db.GetTableAlias(table, name) == engine::AE_SUCCESS && name == alias) return table;
+        }
+        return 0;
+    }
+
     // The texts shown so far, joined with " | ".
     std::string Shown() const {
         std::string joined;
