@@ -210,6 +210,26 @@ TEST_P(AdsTest, AFailedOpenIsReported) {
     EXPECT_NE(ads.GetAdsLastErrorNumber(), AE_SUCCESS);
 }
 
+TEST_P(AdsTest, FileOpenAllOpensTheStandardSetAndReportsWhatIsMissing) {
+    for (const char* alias : {"ZIPCODE", "CURRENCY", "OPERCODA"}) {
+        CreateStandard(alias, "CODE,C,10,0");
+    }
+    EXPECT_EQ(ads.FileOpenAll(), AE_FILE_NOT_FOUND);
+    auto aliases = ads.EnumerateAlias();
+    std::sort(aliases.begin(), aliases.end());
+    EXPECT_EQ(aliases, (std::vector<std::string>{"CURRENCY", "OPERCODA", "ZIPCODE"}));
+    // One report for each of the twelve tables the dossier lacks.
+    EXPECT_EQ(messages.shown().size(), 12u);
+}
+
+TEST_P(AdsTest, FindConnectionFindsTheDriveConnection) {
+    const Handle connected = ads.LocalConnection();
+    AdsClass second(db);
+    EXPECT_EQ(second.LocalConnection(), 0);
+    EXPECT_EQ(second.FindConnection(), AE_SUCCESS);
+    EXPECT_EQ(second.LocalConnection(), connected);
+}
+
 INSTANTIATE_TEST_SUITE_P(Keepings, AdsTest, ::testing::Values(Keeping::Files, Keeping::Sql),
                          KeepingName);
 

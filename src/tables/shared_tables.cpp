@@ -1,0 +1,36 @@
+#include "tables/shared_tables.hpp"
+
+#include <memory>
+
+#include "backend/frc_database.hpp"
+#include "engine/engine.hpp"
+#include "tables/ads_users_locator.hpp"
+
+namespace fnrk::tables {
+namespace {
+
+struct SharedDispatch {
+    engine::Engine engine;
+    SqlDatabase db{engine, [] { return std::make_unique<backend::FRCDatabase>(); }};
+};
+
+struct SharedAccess {
+    SharedAccess() { session::SetUsersTableLocator(&locator); }
+    ~SharedAccess() { session::SetUsersTableLocator(nullptr); }
+    AdsClass ads{SharedSqlDatabase()};
+    AdsUsersTableLocator locator{ads};
+};
+
+}  // namespace
+
+SqlDatabase& SharedSqlDatabase() {
+    static SharedDispatch dispatch;
+    return dispatch.db;
+}
+
+AdsClass& SharedAdsClass() {
+    static SharedAccess access;
+    return access.ads;
+}
+
+}  // namespace fnrk::tables
