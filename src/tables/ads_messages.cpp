@@ -92,18 +92,24 @@ constexpr CatalogueRow kCatalogue[] = {
 
 std::string CatalogueText(std::int32_t code, session::MessageLanguage language) {
     for (const CatalogueRow& row : kCatalogue) {
-        if (row.code != code && (row.otherCode == 0 || row.otherCode != code)) continue;
-        switch (language) {
-            case session::MessageLanguage::Dutch:
-                return row.dutch;
-            case session::MessageLanguage::English:
-                return row.english;
-            case session::MessageLanguage::French:
-                break;
+        if (row.code == code || (row.otherCode != 0 && row.otherCode == code)) {
+            return InLanguage(language, row.french, row.dutch, row.english);
         }
-        return row.french;
     }
     return {};
+}
+
+const char* InLanguage(session::MessageLanguage language, const char* french, const char* dutch,
+                       const char* english) {
+    switch (language) {
+        case session::MessageLanguage::Dutch:
+            return dutch;
+        case session::MessageLanguage::English:
+            return english;
+        case session::MessageLanguage::French:
+            break;
+    }
+    return french;
 }
 
 std::string CatalogueText(std::int32_t code) {

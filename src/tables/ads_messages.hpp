@@ -16,6 +16,9 @@ namespace fnrk::tables {
 std::string CatalogueText(std::int32_t code, session::MessageLanguage language);
 // The same in the process's message language.
 std::string CatalogueText(std::int32_t code);
+// The one of three texts that `language` reads.
+const char* InLanguage(session::MessageLanguage language, const char* french, const char* dutch,
+                       const char* english);
 
 // The lines that describe an engine failure: "Code error ADS: " + status, "Description error: "
 // + text and, when a file is named, "File: " + file, separated by line breaks.

@@ -3,6 +3,7 @@
 #include "platform/text.hpp"
 #include "session/session_user.hpp"
 #include "tables/ads_class.hpp"
+#include "tables/ads_messages.hpp"
 
 namespace fnrk::tables {
 namespace {
@@ -61,16 +62,10 @@ constexpr Caption kCaptions[] = {
 std::string AdsClass::GetFieldDescription(std::string_view field) {
     const std::string name = platform::UpperCase(platform::Trim(field));
     for (const Caption& caption : kCaptions) {
-        if (name != caption.field) continue;
-        switch (session::CurrentMessageLanguage()) {
-            case session::MessageLanguage::Dutch:
-                return caption.dutch;
-            case session::MessageLanguage::English:
-                return caption.english;
-            case session::MessageLanguage::French:
-                break;
+        if (name == caption.field) {
+            return InLanguage(session::CurrentMessageLanguage(), caption.french, caption.dutch,
+                              caption.english);
         }
-        return caption.french;
     }
     return name;
 }
