@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cli/command_registry.hpp"
+#include "cli/engine_status.hpp"
 #include "engine/engine.hpp"
 #include "engine/sql/field_values.hpp"
 #include "platform/text.hpp"
@@ -24,34 +25,27 @@ struct SqlOptions {
     bool deleted = false;
 };
 
-void Check(engine::Engine& engine, Status status, const std::string& doing) {
-    if (status == AE_SUCCESS) return;
-    Status code = status;
-    std::string text;
-    engine.GetLastError(code, text);
-    throw CommandFailure(doing + ": " + text + " (" + std::to_string(status) + ")");
-}
-
 // Text without its padding, numbers as numbers, dates as "YYYY-MM-DD"; blanks are null.
 nlohmann::ordered_json FieldJson(engine::Engine& engine, Handle cursor,
                                  const engine::sql::FieldInfo& field) {
     std::string text;
     if (field.type == engine::ADS_LOGICAL) {
         bool value = false;
-        Check(engine, engine.GetLogical(cursor, field.name, value), field.name);
+        CheckEngineStatus(engine, engine.GetLogical(cursor, field.name, value), field.name);
         return value;
     }
     if (field.type == engine::ADS_DATE) {
         std::int32_t julian = 0;
-        Check(engine, engine.GetJulian(cursor, field.name, julian), field.name);
+        CheckEngineStatus(engine, engine.GetJulian(cursor, field.name, julian), field.name);
         if (julian == 0) return nullptr;
         return engine::sql::IsoDate(julian);
     }
-    Check(engine, engine.GetString(cursor, field.name, text, engine::ADS_RTRIM), field.name);
+    CheckEngineStatus(engine, engine.GetString(cursor, field.name, text, engine::ADS_RTRIM),
+                      field.name);
     if (field.type != engine::ADS_NUMERIC) return text;
     if (platform::Trim(text).empty()) return nullptr;
     double number = 0;
-    Check(engine, engine.GetDouble(cursor, field.name, number), field.name);
+    CheckEngineStatus(engine, engine.GetDouble(cursor, field.name, number), field.name);
     if (field.decimals == 0) return static_cast<std::int64_t>(number);
     return number;
 }
@@ -59,18 +53,19 @@ nlohmann::ordered_json FieldJson(engine::Engine& engine, Handle cursor,
 void Run(const SqlOptions& options) {
     engine::Engine engine;
     Handle connection = 0, statement = 0, cursor = 0;
-    Check(engine, engine.Connect26(options.folder, engine::ADS_LOCAL_SERVER, connection),
-          "cannot use folder " + options.folder);
-    Check(engine, engine.ShowDeleted(options.deleted), "settings");
-    Check(engine, engine.CreateSQLStatement(connection, statement), "statement");
-    Check(engine, engine.ExecuteSQLDirect(statement, options.statement, cursor), "SQL");
+    CheckEngineStatus(engine,
+                      engine.Connect26(options.folder, engine::ADS_LOCAL_SERVER, connection),
+                      "cannot use folder " + options.folder);
+    CheckEngineStatus(engine, engine.ShowDeleted(options.deleted), "settings");
+    CheckEngineStatus(engine, engine.CreateSQLStatement(connection, statement), "statement");
+    CheckEngineStatus(engine, engine.ExecuteSQLDirect(statement, options.statement, cursor), "SQL");
     if (cursor == 0) return;
     std::vector<engine::sql::FieldInfo> fields;
-    Check(engine, engine::sql::ReadFieldInfos(engine, cursor, fields), "cursor");
+    CheckEngineStatus(engine, engine::sql::ReadFieldInfos(engine, cursor, fields), "cursor");
     bool eof = false;
-    for (Check(engine, engine.GotoTop(cursor), "cursor");
+    for (CheckEngineStatus(engine, engine.GotoTop(cursor), "cursor");
          engine.AtEOF(cursor, eof) == AE_SUCCESS && !eof;
-         Check(engine, engine.Skip(cursor, 1), "cursor")) {
+         CheckEngineStatus(engine, engine.Skip(cursor, 1), "cursor")) {
         nlohmann::ordered_json row = nlohmann::ordered_json::object();
         for (const auto& field : fields) row[field.name] = FieldJson(engine, cursor, field);
         std::cout << row.dump() << '\n';

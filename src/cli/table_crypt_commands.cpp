@@ -8,6 +8,7 @@
 #include <string>
 
 #include "cli/command_registry.hpp"
+#include "cli/engine_status.hpp"
 #include "engine/engine.hpp"
 
 namespace fnrk::cli {
@@ -31,31 +32,24 @@ std::string ReadPassword(const std::string& path) {
     return password;
 }
 
-void Check(engine::Engine& engine, Status status, const std::string& doing) {
-    if (status == AE_SUCCESS) return;
-    Status code = status;
-    std::string text;
-    engine.GetLastError(code, text);
-    throw CommandFailure(doing + ": " + text + " (" + std::to_string(status) + ")");
-}
-
 void Convert(const CryptOptions& options, bool encrypt) {
     const std::string password = ReadPassword(options.passwordFile);
     const std::filesystem::path path = std::filesystem::absolute(options.file);
     engine::Engine engine;
     Handle connection = 0;
-    Check(engine,
-          engine.Connect26(path.parent_path().string(), engine::ADS_LOCAL_SERVER, connection),
-          "connect");
+    CheckEngineStatus(
+        engine, engine.Connect26(path.parent_path().string(), engine::ADS_LOCAL_SERVER, connection),
+        "connect");
     Handle table = 0;
-    Check(engine,
-          engine.OpenTable(connection, path.string(), "", engine::ADS_CDX, engine::ADS_ANSI,
-                           engine::ADS_COMPATIBLE_LOCKING, engine::ADS_IGNORERIGHTS,
-                           engine::ADS_EXCLUSIVE, table),
-          "open " + options.file);
-    Check(engine, engine.EnableEncryption(table, password), options.file);
-    Check(engine, encrypt ? engine.EncryptTable(table) : engine.DecryptTable(table), options.file);
-    Check(engine, engine.CloseTable(table), "close " + options.file);
+    CheckEngineStatus(engine,
+                      engine.OpenTable(connection, path.string(), "", engine::ADS_CDX,
+                                       engine::ADS_ANSI, engine::ADS_COMPATIBLE_LOCKING,
+                                       engine::ADS_IGNORERIGHTS, engine::ADS_EXCLUSIVE, table),
+                      "open " + options.file);
+    CheckEngineStatus(engine, engine.EnableEncryption(table, password), options.file);
+    CheckEngineStatus(engine, encrypt ? engine.EncryptTable(table) : engine.DecryptTable(table),
+                      options.file);
+    CheckEngineStatus(engine, engine.CloseTable(table), "close " + options.file);
 }
 
 void SetUpTableCryptCommands(CLI::App& app) {

@@ -26,26 +26,33 @@ Status Engine::ConnectDictionary(std::string_view path, std::string_view user,
     return AE_SUCCESS;
 }
 
-std::optional<std::string> Engine::DictionaryTablePath(Handle connection, std::string_view name) {
-    const auto found = connections_.find(connection);
-    if (found == connections_.end() || found->second.dictionary.empty()) return std::nullopt;
+namespace {
+
+// The dictionary of a connection to one, as its file holds it now.
+std::optional<dictionary::DataDictionary> LoadDictionary(const std::string& path) {
     dictionary::DataDictionary loaded;
     std::string message;
-    if (dictionary::DataDictionary::Load(found->second.dictionary, loaded, message) != AE_SUCCESS)
+    if (path.empty() || dictionary::DataDictionary::Load(path, loaded, message) != AE_SUCCESS)
         return std::nullopt;
-    const dictionary::DictionaryTable* table = loaded.FindTable(name);
+    return loaded;
+}
+
+}  // namespace
+
+std::optional<std::string> Engine::DictionaryTablePath(Handle connection, std::string_view name) {
+    const auto found = connections_.find(connection);
+    if (found == connections_.end()) return std::nullopt;
+    const auto loaded = LoadDictionary(found->second.dictionary);
+    const dictionary::DictionaryTable* table = loaded ? loaded->FindTable(name) : nullptr;
     if (table == nullptr) return std::nullopt;
-    return loaded.TablePath(*table);
+    return loaded->TablePath(*table);
 }
 
 std::optional<std::string> Engine::DictionaryView(Handle connection, std::string_view name) {
     const auto found = connections_.find(connection);
-    if (found == connections_.end() || found->second.dictionary.empty()) return std::nullopt;
-    dictionary::DataDictionary loaded;
-    std::string message;
-    if (dictionary::DataDictionary::Load(found->second.dictionary, loaded, message) != AE_SUCCESS)
-        return std::nullopt;
-    const dictionary::DictionaryView* view = loaded.FindView(name);
+    if (found == connections_.end()) return std::nullopt;
+    const auto loaded = LoadDictionary(found->second.dictionary);
+    const dictionary::DictionaryView* view = loaded ? loaded->FindView(name) : nullptr;
     if (view == nullptr) return std::nullopt;
     return view->sql;
 }

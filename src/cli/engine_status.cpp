@@ -1,0 +1,15 @@
+#include "cli/engine_status.hpp"
+
+#include "cli/command_registry.hpp"
+
+namespace fnrk::cli {
+
+void CheckEngineStatus(engine::Engine& engine, engine::Status status, const std::string& doing) {
+    if (status == engine::AE_SUCCESS) return;
+    engine::Status code = status;
+    std::string text;
+    engine.GetLastError(code, text);
+    throw CommandFailure(doing + ": " + text + " (" + std::to_string(status) + ")");
+}
+
+}  // namespace fnrk::cli

@@ -1,0 +1,15 @@
+#pragma once
+
+// Commands that drive the engine end with its own words when an operation fails.
+
+#include <string>
+
+#include "engine/engine.hpp"
+
+namespace fnrk::cli {
+
+// Throws CommandFailure with `doing`, the engine's last error text and the status, unless the
+// status is success.
+void CheckEngineStatus(engine::Engine& engine, engine::Status status, const std::string& doing);
+
+}  // namespace fnrk::cli
