@@ -12,10 +12,13 @@
 //   ads_class_encryption.cpp   encryption switches and the data dictionary
 //   ads_class_navigation.cpp   moving through the current table and record tests
 //   ads_class_fields.cpp       field reads, writes, record buffers and structure facts
+//                              (conversions in field_values.cpp, captions in field_captions.cpp)
 //   ads_class_locks.cpp        record and table locks, flushing, document locks
 //   logbook.cpp                the dossier's logbook
 //   ads_messages.cpp           the three-language message catalogue and the boxes built from it
 //   ads_class_queries*.cpp     named queries, filters and SQL cursors (see the marked section)
+// The standard tables' files are listed in standard_tables.cpp; the process's shared instance is
+// SharedAdsClass() (shared_tables.hpp).
 
 #include <cstdint>
 #include <map>
