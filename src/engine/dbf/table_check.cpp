@@ -67,6 +67,10 @@ std::vector<std::string> CheckTable(const std::string& path) {
         if (memoEnd > FileSize(MemoPathFor(path)))
             problems.push_back("memo next free block beyond the end of the memo file");
     }
+    if (table.locked()) {
+        problems.push_back("records and memos are encrypted: checking them needs the password");
+        return problems;
+    }
     CheckRecords(table, problems);
     return problems;
 }

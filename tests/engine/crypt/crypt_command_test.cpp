@@ -36,6 +36,11 @@ TEST_F(CryptCommandTest, EncryptsAndDecryptsWithThePasswordOfTheFile) {
     EXPECT_EQ(String(table, "NAME"), "BOB            ");
     ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
 
+    // The check cannot look into an encrypted table, and says why.
+    const auto check = RunFennrick({"table", "check", (dir / "people.dbf").string()});
+    EXPECT_NE(check.exitCode, 0);
+    EXPECT_NE(check.err.find("encrypted"), std::string::npos) << check.err;
+
     const std::string sealed = testing::ReadFileBytes(dir / "people.dbf");
     const auto refused = Run("decrypt", "wrong.txt");
     EXPECT_NE(refused.exitCode, 0);
