@@ -207,9 +207,11 @@ std::optional<OptimizedFilter::Resolved> OptimizedFilter::ResolveRange(const exp
     const auto isUpper = [](Operator op) {
         return op == Operator::Less || op == Operator::LessOrEqual;
     };
-    if (isUpper(first->bound.op) && isLower(second->bound.op)) std::swap(first, second);
-    if (!isLower(first->bound.op) || !isUpper(second->bound.op)) return std::nullopt;
-    return Walk(*first->tag, first->bound, second->bound);
+    const KeyBound* lower = &first->bound;
+    const KeyBound* upper = &second->bound;
+    if (isUpper(lower->op) && isLower(upper->op)) std::swap(lower, upper);
+    if (!isLower(lower->op) || !isUpper(upper->op)) return std::nullopt;
+    return Walk(*first->tag, *lower, *upper);
 }
 
 std::optional<OptimizedFilter::Resolved> OptimizedFilter::ResolveLogicalKey(

@@ -45,7 +45,7 @@ class OptimizedFilter {
     // One side of a key range: the comparison and the constant's key bytes (partial for a
     // character constant, which compares on its own length).
     struct KeyBound {
-        expr::Operator op;
+        expr::Operator op = expr::Operator::Equal;
         std::string key;
         bool partial = false;
     };
