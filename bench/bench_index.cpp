@@ -36,11 +36,21 @@ std::string NameOf(std::uint32_t n) {
     return name;
 }
 
+// The run's folder goes when the program ends: a million-record table is too big to leave.
+struct RunFolder {
+    std::filesystem::path path =
+        std::filesystem::temp_directory_path() / ("fnrk_bench_index_" + std::to_string(::getpid()));
+    ~RunFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path, ignored);
+    }
+};
+
 // The table, written once per run, in a folder of its own.
 const std::filesystem::path& TablePath() {
+    static const RunFolder runFolder;
     static const std::filesystem::path path = [] {
-        const auto folder = std::filesystem::temp_directory_path() /
-                            ("fnrk_bench_index_" + std::to_string(::getpid()));
+        const auto& folder = runFolder.path;
         std::filesystem::create_directories(folder);
         const auto table = folder / "big.dbf";
         std::vector<dbf::Field> fields;
