@@ -21,10 +21,10 @@ Status Engine::EnableEncryption(Handle table, std::string_view password) {
     if (password.empty() && !file.locked()) return AE_SUCCESS;
     auto cipher = crypt::Unlock(crypt::ReadMark(file.header().reserved), password);
     if (cipher == nullptr) return Report(AE_INVALID_PASSWORD, "wrong password for " + file.path());
-    const bool wasLocked = file.locked();
-    file.SetCipher(std::move(cipher));
     found->second.password = std::string(password);
-    if (!wasLocked) return AE_SUCCESS;
+    // An open table keeps its cipher: its index files use it.
+    if (!file.locked()) return AE_SUCCESS;
+    file.SetCipher(std::move(cipher));
     std::string message;
     order::TableOrders* orders = Orders().FindTable(table);
     if (orders != nullptr) {
@@ -61,6 +61,7 @@ Status Engine::RecodeTable(Handle table, std::shared_ptr<const crypt::FileCipher
     if (Status status = cursor.Flush(); status != AE_SUCCESS) return Report(status);
     dbf::TableFile& file = cursor.file();
     std::string message;
+    const auto previous = file.sharedCipher();  // the open index files' until they are rebuilt
     const crypt::ReservedBytes reserved = crypt::WithMark(file.header().reserved, mark);
     if (Status status = file.Recode(std::move(cipher), reserved, message); status != AE_SUCCESS)
         return Report(status, message);

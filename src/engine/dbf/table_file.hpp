@@ -50,6 +50,9 @@ class TableFile {
     bool encrypted() const;
     bool locked() const { return encrypted() && cipher_ == nullptr; }
     const crypt::FileCipher* cipher() const { return cipher_.get(); }
+    // Index files hold the cipher by address: whoever replaces it keeps this copy alive until
+    // they are written anew.
+    std::shared_ptr<const crypt::FileCipher> sharedCipher() const { return cipher_; }
     // Gives an encrypted table its cipher (for this handle only).
     void SetCipher(std::shared_ptr<const crypt::FileCipher> cipher);
     // Exclusive use only: rewrites every record and memo under `cipher` (null: plain) and

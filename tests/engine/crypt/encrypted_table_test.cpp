@@ -93,6 +93,11 @@ TEST_F(EncryptedTableTest, FilesHoldNoPlaintextAndReadBackIdentically) {
     ASSERT_EQ(engine.Seek(index, "DÉSIRÉ", ADS_STRINGKEY, ADS_HARDSEEK, found), AE_SUCCESS);
     EXPECT_TRUE(found);
     EXPECT_EQ(String(table, "PATH"), natural[2][2]);  // record 4: record 1 is deleted
+
+    // Once open, a wrong password is refused and the right one given again changes nothing.
+    EXPECT_EQ(engine.EnableEncryption(table, "pass"), AE_INVALID_PASSWORD);
+    ASSERT_EQ(engine.EnableEncryption(table, "pass phrase"), AE_SUCCESS);
+    EXPECT_EQ(InOrder(table, "NAME"), byName);
 }
 
 TEST_F(EncryptedTableTest, WritesStayEncryptedAndDecryptingRestoresThePlainFiles) {
