@@ -2,14 +2,11 @@
 // encrypted (argument 1), scanned in record order with a field read, and searched by key.
 
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <memory>
 #include <random>
 #include <string>
 
-#include "engine/engine.hpp"
+#include "engine_folder.hpp"
 
 namespace {
 
@@ -22,12 +19,8 @@ std::string NameOf(std::uint32_t i) {
 }
 
 // A folder with the table twice, the second copy encrypted, both open with their index.
-struct BenchTables {
-    BenchTables() {
-        folder = std::filesystem::temp_directory_path() /
-                 ("fnrk-bench-crypt-" + std::to_string(::getpid()));
-        std::filesystem::create_directories(folder);
-        engine.Connect26(folder.string(), ADS_LOCAL_SERVER, connection);
+struct BenchTables : EngineFolder {
+    BenchTables() : EngineFolder("crypt") {
         for (int encrypted = 0; encrypted < 2; ++encrypted) {
             const std::string name = encrypted ? "sealed" : "plain";
             Handle created = 0;
@@ -50,15 +43,7 @@ struct BenchTables {
             if (encrypted) engine.EnableEncryption(tables[encrypted], "bench password");
         }
     }
-    ~BenchTables() {
-        engine.CloseAllTables();
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
-    }
 
-    std::filesystem::path folder;
-    Engine engine;
-    Handle connection = 0;
     Handle tables[2] = {0, 0};
 };
 

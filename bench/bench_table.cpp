@@ -7,7 +7,7 @@
 #include <random>
 #include <string>
 
-#include "engine/engine.hpp"
+#include "engine_folder.hpp"
 
 namespace {
 
@@ -17,12 +17,8 @@ constexpr std::uint32_t kRecords = 1'000'000;
 constexpr const char* kFields = "ID,N,10,0;NAME,C,20;AMOUNT,N,12,2;BOOKED,D;PAID,L";
 
 // One folder, one engine and the big table, built on first use and removed at exit.
-struct BenchTable {
-    BenchTable() {
-        folder = std::filesystem::temp_directory_path() /
-                 ("fnrk-bench-table-" + std::to_string(::getpid()));
-        std::filesystem::create_directories(folder);
-        engine.Connect26(folder.string(), ADS_LOCAL_SERVER, connection);
+struct BenchTable : EngineFolder {
+    BenchTable() : EngineFolder("table") {
         Handle created = 0;
         engine.CreateTable(connection, "big", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
                            ADS_IGNORERIGHTS, 0, kFields, created);
@@ -36,15 +32,7 @@ struct BenchTable {
         engine.OpenTable(connection, "big", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
                          ADS_IGNORERIGHTS, ADS_SHARED, table);
     }
-    ~BenchTable() {
-        engine.CloseAllTables();
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
-    }
 
-    std::filesystem::path folder;
-    Engine engine;
-    Handle connection = 0;
     Handle table = 0;
 };
 
