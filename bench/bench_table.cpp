@@ -3,7 +3,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <filesystem>
 #include <random>
 #include <string>
 
