@@ -79,6 +79,10 @@ Status AdsClass::disconnect() {
         if (first == AE_SUCCESS) first = status;
         connection = 0;
     };
+    // The tables this object opened are closed first, each by itself, so that nothing of them
+    // outlives its connection.
+    for (const auto& [table, index] : activeIndex_) db_.CloseTable(table);
+    activeIndex_.clear();
     for (auto& [folder, connection] : folderConnections_) {
         if (connection != localConnection_ && connection != usersConnection_) drop(connection);
     }

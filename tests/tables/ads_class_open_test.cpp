@@ -170,6 +170,8 @@ TEST_P(AdsTest, InitializeConnectsOnce) {
     EXPECT_FALSE(ads.IsInternetServer());
     ASSERT_EQ(ads.disconnect(), AE_SUCCESS);
     EXPECT_EQ(ads.LocalConnection(), 0);
+    // Its tables go with its connections.
+    EXPECT_FALSE(ads.FileIsOpen("ACF"));
     EXPECT_FALSE(ads.IsClientServer());
 }
 
