@@ -92,6 +92,8 @@ Status Engine::Disconnect(Handle connection) {
     for (auto it = tables_.begin(); it != tables_.end();) {
         if (connection == 0 || it->second.connection == connection) {
             handleLongs_.erase(it->first);
+            // The orders refer to the table's files: they go first.
+            DetachIndexes(it->first);
             it = tables_.erase(it);
         } else {
             ++it;

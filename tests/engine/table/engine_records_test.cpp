@@ -318,5 +318,32 @@ TEST_F(EngineRecords, ReadsFixtureTablesWithTheirIndexFlag) {
     EXPECT_EQ(Count(table, ADS_RESPECTFILTERS), 600u - 86u);
 }
 
+TEST_F(EngineRecords, DisconnectDropsTheTablesAndOrdersOfItsConnectionOnly) {
+    Create("kept", "CODE,C,4,0");
+    Create("dropped", "CODE,C,4,0");
+    Handle other = 0;
+    ASSERT_EQ(engine.Connect26(dir.path().string(), ADS_LOCAL_SERVER, other), AE_SUCCESS);
+    const Handle kept = Open("kept");
+    Handle dropped = 0;
+    ASSERT_EQ(engine.OpenTable(other, "dropped", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
+                               ADS_IGNORERIGHTS, ADS_SHARED, dropped),
+              AE_SUCCESS);
+    Handle keptOrder = 0;
+    Handle droppedOrder = 0;
+    ASSERT_EQ(engine.CreateIndex(kept, "", "CODE", "CODE", "", "", ADS_COMPOUND, keptOrder),
+              AE_SUCCESS);
+    ASSERT_EQ(engine.CreateIndex(dropped, "", "CODE", "CODE", "", "", ADS_COMPOUND, droppedOrder),
+              AE_SUCCESS);
+
+    ASSERT_EQ(engine.Disconnect(other), AE_SUCCESS);
+    std::string name;
+    EXPECT_NE(engine.GetIndexName(droppedOrder, name), AE_SUCCESS);
+    EXPECT_NE(engine.GetTableAlias(dropped, name), AE_SUCCESS);
+    ASSERT_EQ(engine.GetIndexName(keptOrder, name), AE_SUCCESS);
+    EXPECT_EQ(name, "CODE");
+    EXPECT_EQ(engine.GotoTop(keptOrder), AE_SUCCESS);
+    // The engine ends with the kept table still open: nothing of the dropped one may be touched.
+}
+
 }  // namespace
 }  // namespace fnrk::engine
