@@ -248,8 +248,18 @@ Status SqlDatabase::GetDeleted(bool& showDeleted) {
 }
 Status SqlDatabase::GetVersion(std::uint32_t& major, std::uint32_t& minor, std::string& letter,
                                std::string& description) {
-    return Broadcast(
-        [&](engine::Operations& o) { return o.GetVersion(major, minor, letter, description); });
+    // The library's version is the engine's: the backends are asked for their status only.
+    Status first = engine_.GetVersion(major, minor, letter, description);
+    for (backend::SqlBackend* backend : BroadcastOrder()) {
+        std::uint32_t backendMajor = 0;
+        std::uint32_t backendMinor = 0;
+        std::string backendLetter;
+        std::string backendDescription;
+        const Status status =
+            backend->GetVersion(backendMajor, backendMinor, backendLetter, backendDescription);
+        if (first == engine::AE_SUCCESS) first = status;
+    }
+    return first;
 }
 Status SqlDatabase::GetErrorString(Status errorCode, std::string& text) {
     return Broadcast([&](engine::Operations& o) { return o.GetErrorString(errorCode, text); });

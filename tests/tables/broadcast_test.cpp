@@ -33,6 +33,17 @@ TEST_F(BroadcastTest, GoesToEngineThenOrgUserFolderOriginAndArchivesReportingFir
     EXPECT_EQ(Calls().size(), 7u);
 }
 
+TEST_F(BroadcastTest, VersionIsTheEnginesWhateverTheBackendsAnswer) {
+    Recorder(BackendSlot::Folder).answer = engine::AE_INVALID_VALUE;
+    std::uint32_t major = 0;
+    std::uint32_t minor = 0;
+    std::string letter;
+    std::string description;
+    EXPECT_EQ(db.GetVersion(major, minor, letter, description), engine::AE_INVALID_VALUE);
+    EXPECT_EQ(description, "engine");
+    EXPECT_EQ(Calls().size(), 7u);
+}
+
 TEST_F(BroadcastTest, AllTablesCollectsEveryBackendThroughGetAllTable) {
     engine.openTables = {2'400'010};
     Recorder(BackendSlot::Org).openTables = {600'005};

@@ -80,7 +80,11 @@ class RecordingBackend final : public backend::SqlBackend {
     Status SetEpoch(std::uint16_t) override { return Record("SetEpoch"); }
     Status ShowDeleted(bool) override { return Record("ShowDeleted"); }
     Status GetDeleted(bool&) override { return Record("GetDeleted"); }
-    Status GetVersion(std::uint32_t&, std::uint32_t&, std::string&, std::string&) override {
+    // Answers its own name, so that a test sees whose answer the caller got.
+    Status GetVersion(std::uint32_t& major, std::uint32_t&, std::string&,
+                      std::string& description) override {
+        major = 1;
+        description = name_;
         return Record("GetVersion");
     }
     Status GetErrorString(Status, std::string&) override { return Record("GetErrorString"); }
