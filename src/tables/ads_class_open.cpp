@@ -12,6 +12,7 @@
 #include "session/api_ini.hpp"
 #include "tables/ads_class.hpp"
 #include "tables/ads_messages.hpp"
+#include "tables/open_modes.hpp"
 #include "tables/standard_tables.hpp"
 
 namespace fnrk::tables {
@@ -21,21 +22,6 @@ using namespace engine;  // status and option numbers
 namespace {
 
 constexpr const char* kParameterError = "Parameter error";
-
-// The engine open options of an open mode; false for a mode that is not one of the three.
-bool OpenOptionsOf(std::string_view mode, std::uint32_t& options) {
-    const std::string upper = platform::UpperCase(platform::Trim(mode));
-    if (upper == "SHARED") {
-        options = ADS_SHARED;
-    } else if (upper == "EXCLUSIVE") {
-        options = ADS_EXCLUSIVE;
-    } else if (upper == "READONLY") {
-        options = ADS_READONLY;
-    } else {
-        return false;
-    }
-    return true;
-}
 
 // "Connection" settings of the shared configuration file.
 struct ConnectionSettings {

@@ -7,6 +7,7 @@
 
 #include "platform/messages.hpp"
 #include "platform/text.hpp"
+#include "tables/open_modes.hpp"
 
 namespace fnrk::tables {
 
@@ -24,20 +25,6 @@ bool ParseHandle(std::string_view text, Handle& handle) {
 
 }  // namespace
 
-bool OpenOptionsOfMode(std::string_view mode, std::uint32_t& options) {
-    const std::string upper = platform::UpperCase(platform::Trim(mode));
-    if (upper.empty() || upper == "SHARED") {
-        options = ADS_SHARED;
-    } else if (upper == "EXCLUSIVE") {
-        options = ADS_EXCLUSIVE;
-    } else if (upper == "READONLY") {
-        options = ADS_SHARED | ADS_READONLY;
-    } else {
-        return false;
-    }
-    return true;
-}
-
 WorkAreas::WorkAreas(SqlDatabase& db) : db_(db) {}
 
 void WorkAreas::ShowError(const std::string& text) {
@@ -47,7 +34,9 @@ void WorkAreas::ShowError(const std::string& text) {
 Status WorkAreas::sx_use(std::string_view path, std::string_view alias, std::string_view openMode,
                          std::string_view indexFile) {
     std::uint32_t options = 0;
-    Status status = OpenOptionsOfMode(openMode, options) ? AE_SUCCESS : AE_INVALID_OPTION;
+    // No mode opens shared.
+    const std::string_view mode = platform::Trim(openMode).empty() ? "SHARED" : openMode;
+    Status status = OpenOptionsOf(mode, options) ? AE_SUCCESS : AE_INVALID_OPTION;
     Handle table = 0;
     if (status == AE_SUCCESS) {
         status = db_.OpenTable(connection_, path, alias, ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,

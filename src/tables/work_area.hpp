@@ -156,10 +156,6 @@ class WorkAreas {
     int definedFields_ = 0;
 };
 
-// The open options of a mode text ("SHARED", "EXCLUSIVE", "READONLY", any case; empty is
-// shared); false for any other text.
-bool OpenOptionsOfMode(std::string_view mode, std::uint32_t& options);
-
 // The full name of the first tag of `table` whose name starts with `name` (both trimmed, any
 // case), or "tag_err" when none does. An empty name names no tag and gives "".
 std::string IndexTagName(SqlDatabase& db, engine::Handle table, std::string_view name);
