@@ -8,6 +8,7 @@
 #include "backend/frc_database.hpp"
 #include "cli/command_registry.hpp"
 #include "cli/demo_steps.hpp"
+#include "company/soc_param_col_class_api.hpp"
 #include "engine/engine.hpp"
 #include "platform/text.hpp"
 #include "tables/ads_class.hpp"
@@ -29,7 +30,7 @@ struct Table {
 };
 
 constexpr Table kTables[] = {
-    {"PARAM", "KEY,C,25,0;VALUE,C,60,0", "KEY"},
+    {"PARAM", "ID,C,25,0;VALUE,C,60,0;VALUEEXT,C,60,0", "ID"},
     {"ACF", "NUMBER,C,10,0;NAME1,C,40,0", "NUMBER"},
     {"ACT", "DBKCODE,C,4,0;DOCNUMBER,C,10,0;ACCOUNTGL,C,10,0;AMOUNT,N,12,2;DOCDATE,D,8,0",
      "ACCOUNTGL"},
@@ -74,8 +75,11 @@ void BuildDossier(tables::AdsClass& ads) {
         ads.Database().CloseTable(created);
     }
     Check(ads.FileOpenParam() == AE_SUCCESS, ads, "FileOpenParam");
-    AddRecord(ads, "PARAM", {{"KEY", std::string("COMPANY")}, {"VALUE", std::string("SOC1 sprl")}});
-    AddRecord(ads, "PARAM", {{"KEY", std::string("BOOKYEAR")}, {"VALUE", std::string("2024")}});
+    AddRecord(ads, "PARAM", {{"ID", std::string("SOCNAME")}, {"VALUE", std::string("SOC1 sprl")}});
+    AddRecord(ads, "PARAM",
+              {{"ID", std::string("BOOKYEAR1.LONGLABEL")},
+               {"VALUE", std::string("Exercice 2024")},
+               {"VALUEEXT", std::string(" (01/01 - 31/12)")}});
     Check(ads.FileOpen("ACF") == AE_SUCCESS, ads, "FileOpen ACF");
     AddRecord(ads, "ACF", {{"NUMBER", std::string("700000")}, {"NAME1", std::string("Ventes")}});
     AddRecord(ads, "ACF", {{"NUMBER", std::string("400000")}, {"NAME1", std::string("Clients")}});
@@ -92,15 +96,15 @@ void BuildDossier(tables::AdsClass& ads) {
     Check(ads.FileCloseAll(false) == AE_SUCCESS, ads, "FileCloseAll");
 }
 
-// Opens the dossier again and answers: company and book year, the accounts in record order,
-// the number of entries, their balance and the last booking date.
+// Opens the dossier again and answers: company name and book-year label (parameters read by
+// key), the accounts in record order, the number of entries, their balance and the last booking
+// date.
 std::string ReadDossier(tables::AdsClass& ads) {
     Check(ads.FileOpenParam() == AE_SUCCESS, ads, "FileOpenParam");
     std::string answer;
-    for (const char* key : {"COMPANY", "BOOKYEAR"}) {
-        Check(ads.MoveTop() == AE_SUCCESS, ads, "MoveTop");
-        Check(ads.LocateInCurrentAlias(std::string("KEY = \"") + key + "\""), ads, "Locate");
-        answer += ads.GetStringValue("VALUE") + ", ";
+    company::SocParamColClassApi params(ads);
+    for (const char* key : {"SocName", "BOOKYEAR1.LongLabel"}) {
+        answer += params.GetParamValue(key) + ", ";
     }
     Check(ads.FileOpen("ACF") == AE_SUCCESS, ads, "FileOpen ACF");
     answer += "accounts";
