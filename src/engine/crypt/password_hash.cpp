@@ -71,4 +71,13 @@ bool PasswordMatches(const PasswordHash& stored, std::string_view password) {
     return CRYPTO_memcmp(hash.data(), stored.hash.data(), hash.size()) == 0;
 }
 
+std::string RandomPassword() {
+    std::array<unsigned char, kHashLength> bytes{};
+    if (RAND_bytes(bytes.data(), static_cast<int>(bytes.size())) != 1)
+        throw std::runtime_error("no random bytes for a password");
+    std::string password = Hex(bytes.data(), bytes.size());
+    OPENSSL_cleanse(bytes.data(), bytes.size());
+    return password;
+}
+
 }  // namespace fnrk::engine::crypt

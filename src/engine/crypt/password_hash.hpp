@@ -15,6 +15,10 @@ struct PasswordHash {
 PasswordHash HashPassword(std::string_view password);
 bool PasswordMatches(const PasswordHash& stored, std::string_view password);
 
+// 32 random bytes in hexadecimal: the password of a file that only this process opens, kept in
+// memory and never written.
+std::string RandomPassword();
+
 // PBKDF2-HMAC-SHA256 with the iteration count of every key and hash of this engine.
 void DeriveBytes(std::string_view password, const unsigned char* salt, std::size_t saltLength,
                  unsigned char* out, std::size_t outLength);

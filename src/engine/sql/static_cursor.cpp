@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <set>
 
+#include "engine/crypt/password_hash.hpp"
 #include "platform/codepage.hpp"
 #include "platform/text.hpp"
 
@@ -178,6 +179,9 @@ Status MaterializeCursor(TableSource& source, const std::string& path,
                          std::string& message) {
     Operations& engine = source.engine;
     const std::vector<FieldInfo> fields = CursorFields(result);
+    // Rows of an encrypted table reach the disk only encrypted, under a password that dies with
+    // the process.
+    const std::string password = source.readsEncrypted ? crypt::RandomPassword() : std::string();
     std::string alias;
     Status status = AE_DUPLICATE_ALIAS;
     for (int attempt = 0; attempt < 100 && status == AE_DUPLICATE_ALIAS; ++attempt) {
@@ -185,6 +189,10 @@ Status MaterializeCursor(TableSource& source, const std::string& path,
         status = engine.CreateTable(source.connection, path, alias, ADS_CDX, ADS_ANSI,
                                     ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0, FieldList(fields),
                                     cursor);
+    }
+    if (status == AE_SUCCESS && !password.empty()) {
+        status = engine.EnableEncryption(cursor, password);
+        if (status == AE_SUCCESS) status = engine.EncryptTable(cursor);
     }
     for (std::size_t row = 0; status == AE_SUCCESS && row < result.rows.size(); ++row) {
         status = engine.AppendRecord(cursor);
@@ -200,6 +208,8 @@ Status MaterializeCursor(TableSource& source, const std::string& path,
             status = engine.OpenTable(source.connection, path, alias, ADS_CDX, ADS_ANSI,
                                       ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS,
                                       ADS_EXCLUSIVE | ADS_READONLY, cursor);
+        if (status == AE_SUCCESS && !password.empty())
+            status = engine.EnableEncryption(cursor, password);
     }
     if (status == AE_SUCCESS) status = engine.GotoTop(cursor);
     if (status != AE_SUCCESS) {

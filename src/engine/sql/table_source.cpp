@@ -25,6 +25,7 @@ Status TableSource::OpenTable(const std::string& path, bool readOnly, Handle& ta
     }
     bool encrypted = false;
     if (engine.IsTableEncrypted(table, encrypted) != AE_SUCCESS || !encrypted) return AE_SUCCESS;
+    readsEncrypted = true;
     const std::string name = platform::UpperCase(std::filesystem::path(path).stem().string());
     const auto own = passwords.find(name);
     status = engine.EnableEncryption(table, own != passwords.end() ? own->second : password);

@@ -33,6 +33,8 @@ struct TableSource {
     // Fields of the tables declared so far, by upper-case name as the statement wrote it.
     std::map<std::string, std::vector<FieldInfo>> declaredTables;
     std::uint32_t nextAlias = 0;
+    // Set once the statement has opened an encrypted table: its cursor must not be plain.
+    bool readsEncrypted = false;
 
     // Opens the table file `path` shared under a private alias, with its password when it is
     // encrypted. The message says what failed.
