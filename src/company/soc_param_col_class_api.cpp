@@ -2,6 +2,7 @@
 
 #include "platform/text.hpp"
 #include "tables/ads_class.hpp"
+#include "tables/current_alias_guard.hpp"
 
 namespace fnrk::company {
 
@@ -23,10 +24,10 @@ std::string PaddedKey(std::string_view key) {
 
 std::string SocParamColClassApi::GetParamValue(std::string_view key) {
     if (!tables_.IsAlias(kParamAlias)) return {};
-    const std::string saved = tables_.GetCurrentAlias();
+    const tables::CurrentAliasGuard caller(tables_);
     if (!tables_.IsQuery(kSeekParamQuery, kSeekParamForm)) {
         // Building the view moves off "PARAM" first, so that the engine re-reads its work area.
-        if (saved == kParamAlias && tables_.IsAlias("CSF")) tables_.ActivateAlias("CSF");
+        if (caller.alias() == kParamAlias && tables_.IsAlias("CSF")) tables_.ActivateAlias("CSF");
         tables_.AddQuery(kSeekParamQuery, kSeekParamForm, kParamAlias, "ID", "", 0, "NO COMMENT");
         tables_.ActivateQuery(kSeekParamQuery, kSeekParamForm);
     }
@@ -37,9 +38,6 @@ std::string SocParamColClassApi::GetParamValue(std::string_view key) {
             value = platform::TrimRight(tables_.GetStringValue("VALUE")) +
                     platform::TrimRight(tables_.GetStringValue("VALUEEXT"));
         }
-    }
-    if (!saved.empty() && saved != kParamAlias && tables_.IsAlias(saved)) {
-        tables_.ActivateAlias(saved);
     }
     return value;
 }

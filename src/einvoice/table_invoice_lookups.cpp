@@ -2,6 +2,7 @@
 
 #include "platform/text.hpp"
 #include "tables/ads_class.hpp"
+#include "tables/current_alias_guard.hpp"
 
 namespace fnrk::einvoice {
 
@@ -23,13 +24,14 @@ std::string TableInvoiceLookups::EasScheme(std::string_view countryCode) const {
 
 std::string TableInvoiceLookups::SeekField(std::string_view alias, std::string_view tag,
                                            std::string_view key, std::string_view field) const {
+    // Opening a table makes it current: the caller's is remembered first.
+    const tables::CurrentAliasGuard caller(tables_);
     if (!tables_.IsAlias(alias)) {
         const std::string path = tables_.StandardTablePath(alias);
         if (path.empty() || tables_.OpenFile(alias, path, tables_.StandardIndexPath(alias),
                                              "SHARED", tables::AdsClass::kOpenQuiet) != 0)
             return {};
     }
-    const std::string saved = tables_.GetCurrentAlias();
     std::string value;
     if (tables_.ActivateAlias(alias) == 0) {
         const std::string order = tables_.GetIndexTagName();
@@ -37,7 +39,6 @@ std::string TableInvoiceLookups::SeekField(std::string_view alias, std::string_v
             value = platform::Trim(tables_.GetStringValue(field));
         tables_.SetIndex(order);
     }
-    if (!saved.empty() && tables_.IsAlias(saved)) tables_.ActivateAlias(saved);
     return value;
 }
 

@@ -60,9 +60,12 @@ TEST_P(TableLookupsTest, ClosedTablesAreOpenedAndMissingOnesAnswerEmpty) {
     Fill("CODEVAT", "CODE,C,6,0;TAXCODE,C,3,0", "SEEKUBLVAT", "CODE",
          {{{"CODE", "21"}, {"TAXCODE", "S"}}});
     ASSERT_EQ(ads.FileClose("CODEVAT"), engine::AE_SUCCESS);
+    CreateStandard("ACF", tables::ads_testing::kAccountFields);
+    ASSERT_EQ(ads.FileOpen("ACF"), engine::AE_SUCCESS);
     TableInvoiceLookups lookups(ads);
     EXPECT_EQ(lookups.UblVatCategory("21"), "S");
     EXPECT_TRUE(ads.IsAlias("CODEVAT"));
+    EXPECT_EQ(ads.GetCurrentAlias(), "ACF") << "opening the VAT-code table leaves the caller's";
     EXPECT_EQ(lookups.EasScheme("BE"), "") << "the dossier has no country table";
     EXPECT_EQ(lookups.ParamValue("INVNBDEC"), "") << "the parameter table is not open";
     EXPECT_EQ(Shown(), "") << "a missing table is no error for a look-up";
