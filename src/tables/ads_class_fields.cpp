@@ -17,9 +17,6 @@ using namespace engine;  // status and option numbers
 
 namespace {
 
-// The text of an empty date field.
-constexpr const char* kEmptyDate = "  /  /    ";
-
 std::string FieldNotFound(std::string_view field) {
     return "Field not found (" + std::string(field) + ")";
 }
@@ -69,8 +66,9 @@ double AdsClass::GetDoubleValue(std::string_view field) {
 
 std::string AdsClass::GetDateValue(std::string_view field) {
     std::string value;
-    if (db_.GetDate(currentTable_, platform::Trim(field), value) != AE_SUCCESS) return kEmptyDate;
-    return platform::Trim(value).empty() ? kEmptyDate : value;
+    if (db_.GetDate(currentTable_, platform::Trim(field), value) != AE_SUCCESS)
+        return std::string(kEmptyDate);
+    return platform::Trim(value).empty() ? std::string(kEmptyDate) : value;
 }
 
 bool AdsClass::GetLogicalValue(std::string_view field) {

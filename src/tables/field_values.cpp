@@ -31,7 +31,7 @@ int DigitsAt(std::string_view text, std::size_t from, std::size_t count) {
 
 // "DD/MM/YYYY" as "YYYYMMDD"; an empty or blank date as eight blanks.
 bool StoredDate(std::string_view date, std::string& stored) {
-    if (platform::Trim(date).empty() || date == "  /  /    ") {
+    if (platform::Trim(date).empty() || date == kEmptyDate) {
         stored.assign(8, ' ');
         return true;
     }

@@ -5,9 +5,13 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <variant>
 
 namespace fnrk::tables {
+
+// The empty date as the date routines give and take it.
+inline constexpr std::string_view kEmptyDate = "  /  /    ";
 
 using FieldValue = std::variant<std::monostate, std::string, double, bool>;
 

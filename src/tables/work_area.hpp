@@ -17,12 +17,11 @@
 
 #include "engine/constants.hpp"
 #include "engine/errors.hpp"
+#include "tables/field_values.hpp"
 #include "tables/sql_database.hpp"
 
 namespace fnrk::tables {
 
-// The empty date as the date routines give and take it.
-inline constexpr std::string_view kEmptyDate = "  /  /    ";
 // The most fields one structure definition may hold.
 inline constexpr int kMaxStructureFields = 50;
 
