@@ -31,11 +31,10 @@ void WriteInvoiceFile(const InvoiceOptions& options) {
     const nlohmann::json description = ReadJsonFile(options.in);
     ei::FixedInvoiceLookups lookups;
     // What the description does not give, the dossier's tables answer.
-    std::unique_ptr<DossierTables> dossier;
     std::unique_ptr<ei::TableInvoiceLookups> dossierLookups;
     if (!options.dossier.empty()) {
-        dossier = std::make_unique<DossierTables>(options.dossier);
-        dossierLookups = std::make_unique<ei::TableInvoiceLookups>(dossier->tables());
+        dossierLookups =
+            std::make_unique<ei::TableInvoiceLookups>(OpenDossierTables(options.dossier));
         lookups.SetFallback(dossierLookups.get());
     }
     ei::SalesDocument document;
