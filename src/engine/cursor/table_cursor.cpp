@@ -142,9 +142,10 @@ Status TableCursor::Skip(std::int32_t records) {
 Status TableCursor::Append() {
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     std::uint32_t record = 0;
-    // Alone on the table, the record is written once, when its fields are.
-    const Status status = file_.exclusive() ? file_.ReserveRecord(record)
-                                            : file_.AppendRecord(file_.BlankRecord(), record);
+    // Alone on the table, the record is written once, when its fields are; shared, it is written
+    // blank at once (other handles count it) and gets its keys when its fields are written.
+    const Status status =
+        file_.exclusive() ? file_.ReserveRecord(record) : file_.AppendBlank(record);
     if (status != AE_SUCCESS) return status;
     // In shared mode the new record stays locked by this handle until it is unlocked.
     if (!file_.exclusive() && !tableLocked_ && file_.locks().LockRecord(record))

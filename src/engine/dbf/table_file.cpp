@@ -185,8 +185,10 @@ Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
         ApplyCipher(record, sealed.data());
         stored = sealed;
     }
-    const bool appended = tailReserved_ && record == header_.recordCount;
-    if (appended) {
+    RecordChange change =
+        record == blankWithoutKeys_ ? RecordChange::BlankFilled : RecordChange::Rewritten;
+    if (tailReserved_ && record == header_.recordCount) {
+        change = RecordChange::Appended;
         std::string withEnd(stored);
         withEnd += kEndOfFile;
         if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
@@ -201,7 +203,8 @@ Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
                     bytes.data(), bytes.size());
     }
     headerDirty_ = true;
-    if (observer_ != nullptr) observer_->RecordWritten(record, oldRecord, bytes);
+    if (change == RecordChange::BlankFilled) blankWithoutKeys_ = 0;
+    if (observer_ != nullptr) observer_->RecordWritten(record, change, oldRecord, bytes);
     return AE_SUCCESS;
 }
 
@@ -216,6 +219,18 @@ Status TableFile::ReserveRecord(std::uint32_t& record) {
 }
 
 Status TableFile::AppendRecord(std::string_view bytes, std::uint32_t& record) {
+    if (Status status = WriteAppended(bytes, record); status != AE_SUCCESS) return status;
+    if (observer_ != nullptr) observer_->RecordWritten(record, RecordChange::Appended, {}, bytes);
+    return AE_SUCCESS;
+}
+
+Status TableFile::AppendBlank(std::uint32_t& record) {
+    if (Status status = WriteAppended(BlankRecord(), record); status != AE_SUCCESS) return status;
+    blankWithoutKeys_ = record;
+    return AE_SUCCESS;
+}
+
+Status TableFile::WriteAppended(std::string_view bytes, std::uint32_t& record) {
     if (readOnly_) return AE_TABLE_READONLY;
     if (bytes.size() != header_.recordLength) return AE_INVALID_RECORD_LENGTH;
     if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
@@ -228,20 +243,18 @@ Status TableFile::AppendRecord(std::string_view bytes, std::uint32_t& record) {
             return AE_PERMISSION_DENIED;
         header_.recordCount = record;
         headerDirty_ = true;
-    } else {
-        lock::HeaderGuard guard(locks());
-        if (!guard.acquired()) return AE_LOCK_FAILED;
-        RefreshRecordCount();
-        record = header_.recordCount + 1;
-        ApplyCipher(record, withEnd.data());
-        if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
-            return AE_PERMISSION_DENIED;
-        header_.recordCount = record;
-        StampUpdateDate();
-        if (!WriteHeaderPrefix()) return AE_PERMISSION_DENIED;
+        return AE_SUCCESS;
     }
-    if (observer_ != nullptr) observer_->RecordWritten(record, {}, bytes);
-    return AE_SUCCESS;
+    lock::HeaderGuard guard(locks());
+    if (!guard.acquired()) return AE_LOCK_FAILED;
+    RefreshRecordCount();
+    record = header_.recordCount + 1;
+    ApplyCipher(record, withEnd.data());
+    if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
+        return AE_PERMISSION_DENIED;
+    header_.recordCount = record;
+    StampUpdateDate();
+    return WriteHeaderPrefix() ? AE_SUCCESS : AE_PERMISSION_DENIED;
 }
 
 void TableFile::StampUpdateDate() {
@@ -283,6 +296,7 @@ Status TableFile::RequireExclusiveWrite(const char* operation, std::string& mess
 
 Status TableFile::EndAfter(std::uint32_t count, std::string& message) {
     header_.recordCount = count;
+    blankWithoutKeys_ = 0;  // record numbers change; the indexes are rebuilt
     const char end = kEndOfFile;
     const std::uint64_t endOffset = RecordOffset(count + 1);
     if (!file_.WriteAt(endOffset, &end, 1) || !file_.Truncate(endOffset + 1)) {

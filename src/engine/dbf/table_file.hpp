@@ -77,6 +77,10 @@ class TableFile {
     Status WriteRecord(std::uint32_t record, std::string_view oldRecord, std::string_view bytes);
     // Appends a record and returns its number.
     Status AppendRecord(std::string_view bytes, std::uint32_t& record);
+    // Shared use: appends a blank record under the header lock, so that other handles count it,
+    // without telling the observer; its first WriteRecord is announced as BlankFilled. Its keys
+    // are then written once, with the record's contents, instead of blank keys made and removed.
+    Status AppendBlank(std::uint32_t& record);
     // Exclusive use only: numbers a new record without writing it; the first WriteRecord of it
     // writes it (and the end-of-file mark), announced to the observer as an append.
     Status ReserveRecord(std::uint32_t& record);
@@ -94,6 +98,8 @@ class TableFile {
         return header_.headerLength + std::uint64_t{record - 1} * header_.recordLength;
     }
     bool WriteHeaderPrefix();
+    // Writes a new last record (under the header lock when shared) without telling the observer.
+    Status WriteAppended(std::string_view bytes, std::uint32_t& record);
     Status RequireExclusiveWrite(const char* operation, std::string& message) const;
     // Makes `count` the number of records: end-of-file mark, file cut after it, header updated.
     Status EndAfter(std::uint32_t count, std::string& message);
@@ -109,7 +115,8 @@ class TableFile {
     bool exclusive_ = false;
     bool readOnly_ = false;
     bool headerDirty_ = false;
-    bool tailReserved_ = false;  // the last record is numbered but not yet in the file
+    bool tailReserved_ = false;           // the last record is numbered but not yet in the file
+    std::uint32_t blankWithoutKeys_ = 0;  // appended by AppendBlank and not yet written since
     UpkeepObserver* observer_ = nullptr;
     std::shared_ptr<const crypt::FileCipher> cipher_;
 

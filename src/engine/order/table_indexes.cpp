@@ -338,8 +338,8 @@ void TableIndexes::RefreshTags() {
     }
 }
 
-void TableIndexes::RecordWritten(std::uint32_t record, std::string_view oldRecord,
-                                 std::string_view newRecord) {
+void TableIndexes::RecordWritten(std::uint32_t record, dbf::RecordChange change,
+                                 std::string_view oldRecord, std::string_view newRecord) {
     // One lock per index file for all of its tags: other processes see the whole change at once.
     for (const auto& file : files_) {
         std::optional<cdx::IndexFile::UpdateGuard> guard;
@@ -352,13 +352,18 @@ void TableIndexes::RecordWritten(std::uint32_t record, std::string_view oldRecor
             if (open->file != file->index.get() || !open->keys) continue;
             oldKey_.resize(open->keys->keyLength());
             newKey_.resize(open->keys->keyLength());
-            const bool hadKey =
-                !oldRecord.empty() && open->keys->WriteKey(oldRecord, record, oldKey_.data());
+            const bool hadKey = change != dbf::RecordChange::Appended &&
+                                open->keys->WriteKey(oldRecord, record, oldKey_.data());
             const bool hasKey = open->keys->WriteKey(newRecord, record, newKey_.data());
-            if (!oldRecord.empty() && hadKey == hasKey && (!hasKey || oldKey_ == newKey_)) continue;
+            const bool sameKey = hadKey == hasKey && (!hasKey || oldKey_ == newKey_);
+            // A filled blank's keys are inserted even when unchanged: most tags never had them.
+            // Removing a key that is not there, or inserting one that is, changes nothing.
+            const bool removeOld = hadKey && !sameKey;
+            const bool insertNew = hasKey && (change != dbf::RecordChange::Rewritten || !sameKey);
+            if (!removeOld && !insertNew) continue;
             if (!guard) guard.emplace(file->index->file());
-            if (hadKey) open->tag->Remove(oldKey_, record);
-            if (hasKey) open->tag->Insert(newKey_, record);
+            if (removeOld) open->tag->Remove(oldKey_, record);
+            if (insertNew) open->tag->Insert(newKey_, record);
         }
     }
     if (listener_) listener_(record, newRecord);

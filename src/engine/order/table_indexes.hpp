@@ -80,7 +80,7 @@ class TableIndexes final : public dbf::UpkeepObserver {
     // Structure and contents of every tag; one sentence per problem.
     std::vector<std::string> Check();
 
-    void RecordWritten(std::uint32_t record, std::string_view oldRecord,
+    void RecordWritten(std::uint32_t record, dbf::RecordChange change, std::string_view oldRecord,
                        std::string_view newRecord) override;
     void TablePacked() override;
     void TableZapped() override;

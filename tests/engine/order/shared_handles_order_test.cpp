@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/cursor/table_cursor.hpp"
+#include "engine/order/table_indexes.hpp"
 #include "engine/table/engine_fixture.hpp"
 
 namespace fnrk::engine {
@@ -105,6 +107,37 @@ TEST_F(SharedHandlesTest, DynamicFilterJudgesRecordsTheOtherChanged) {
     }
     expected.push_back(61);
     EXPECT_EQ(records, expected);
+}
+
+// A shared append writes the record blank at once and its keys when the record is written. A tag
+// that the other side builds in between holds the blank record's keys: they must not stay behind.
+TEST_F(SharedHandlesTest, AnAppendedRecordGetsItsKeysWhenWrittenEvenIfATagWasBuiltMeanwhile) {
+    ASSERT_EQ(other.AppendRecord(theirs), AE_SUCCESS);
+    Handle byName = 0;
+    ASSERT_EQ(engine.CreateIndex(mine, "", "NAME", "upper(NAME)", "", "", ADS_COMPOUND, byName),
+              AE_SUCCESS);
+    ASSERT_EQ(other.SetString(theirs, "NAME", "zulu"), AE_SUCCESS);
+    ASSERT_EQ(other.SetDouble(theirs, "QTY", 7), AE_SUCCESS);
+    ASSERT_EQ(other.FlushFileBuffers(theirs), AE_SUCCESS);
+    // An append left blank gets the keys of a blank record.
+    ASSERT_EQ(other.AppendRecord(theirs), AE_SUCCESS);
+    ASSERT_EQ(other.CloseTable(theirs), AE_SUCCESS);
+    EXPECT_TRUE(Found(engine, mine, "NAME", "ZULU", ADS_STRINGKEY));
+    Handle byQty = 0;
+    ASSERT_EQ(engine.GetIndexHandle(mine, "QTY", byQty), AE_SUCCESS);
+    for (Handle index : {byName, byQty}) {
+        std::uint32_t keys = 0;
+        ASSERT_EQ(engine.GetKeyCount(index, ADS_IGNOREFILTERS, keys), AE_SUCCESS);
+        EXPECT_EQ(keys, 62u);
+    }
+    const cursor::EngineSettings settings;
+    cursor::TableCursor table(settings);
+    std::string message;
+    ASSERT_EQ(table.Open((dir.path() / "stock.dbf").string(), "CHECK", {.readOnly = true}, message),
+              AE_SUCCESS);
+    order::TableIndexes indexes(table, settings.dates);
+    ASSERT_EQ(indexes.OpenStructural(message), AE_SUCCESS);
+    EXPECT_EQ(indexes.Check(), std::vector<std::string>{});
 }
 
 }  // namespace
