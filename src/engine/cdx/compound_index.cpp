@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "engine/cdx/tag_builder.hpp"
 #include "engine/cdx/tag_header.hpp"
 
 namespace fnrk::engine::cdx {
@@ -106,7 +105,7 @@ IndexTag* CompoundIndex::FindTag(std::string_view name) const {
 }
 
 IndexTag& CompoundIndex::AddTag(const TagDefinition& definition, const TagEntries& sorted,
-                                std::uint32_t recordHint) {
+                                std::uint32_t recordHint, LeafFill fill) {
     const std::string name = UpperAscii(definition.name);
     if (name.empty() || name.size() > kTagNameLength || name.find(' ') != std::string::npos)
         throw std::invalid_argument("bad tag name \"" + definition.name + "\"");
@@ -127,7 +126,7 @@ IndexTag& CompoundIndex::AddTag(const TagDefinition& definition, const TagEntrie
     header.keyExpression = definition.keyExpression;
     header.forExpression = definition.forExpression;
     const std::uint32_t headerOffset = file_->AllocateHeader();
-    header.root = BuildTree(*file_, shape, recordHint, sorted);
+    header.root = BuildTree(*file_, shape, recordHint, sorted, fill);
     const std::string bytes = header.Serialize();
     file_->Write(headerOffset, bytes.data(), bytes.size());
     directory_->Insert(EncodeCharacterKey(name, kTagNameLength), headerOffset);

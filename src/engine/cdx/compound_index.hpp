@@ -14,6 +14,7 @@
 #include "engine/cdx/index_file.hpp"
 #include "engine/cdx/index_key.hpp"
 #include "engine/cdx/index_tag.hpp"
+#include "engine/cdx/tag_builder.hpp"
 #include "engine/cdx/tag_entries.hpp"
 
 namespace fnrk::engine::cdx {
@@ -54,7 +55,7 @@ class CompoundIndex {
     // update guard. Throws std::invalid_argument for a bad or taken name, a bad key length, or
     // entries of another key length.
     IndexTag& AddTag(const TagDefinition& definition, const TagEntries& sorted,
-                     std::uint32_t recordHint);
+                     std::uint32_t recordHint, LeafFill fill = LeafFill::WithRoom);
 
   private:
     CompoundIndex(std::unique_ptr<IndexFile> file, KeyKindOf kindOf);

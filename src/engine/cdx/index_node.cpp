@@ -144,9 +144,10 @@ LeafLayout ChooseLeafLayout(std::size_t keyLength, std::uint32_t highestRecord) 
     return layout;
 }
 
-LeafWriter::LeafWriter(const KeyShape& shape, std::uint32_t recordHint)
+LeafWriter::LeafWriter(const KeyShape& shape, std::uint32_t recordHint, std::size_t keptFree)
     : shape_(shape),
       recordHint_(recordHint),
+      space_(kLeafSpace - std::min(keptFree, kLeafSpace / 2)),
       highestRecord_(recordHint),
       layout_(ChooseLeafLayout(shape.length, recordHint)) {}
 
@@ -156,8 +157,7 @@ bool LeafWriter::Add(std::string_view key, std::uint32_t record) {
     const std::size_t stored = key.size() - trailing - duplicate;
     LeafLayout layout = layout_;
     if (record > highestRecord_) layout = ChooseLeafLayout(shape_.length, record);
-    if (count_ == kMostEntries ||
-        (count_ + 1) * layout.bytesPerEntry + keyBytes_ + stored > kLeafSpace)
+    if (count_ == kMostEntries || (count_ + 1) * layout.bytesPerEntry + keyBytes_ + stored > space_)
         return false;
     if (record > highestRecord_) {
         highestRecord_ = record;

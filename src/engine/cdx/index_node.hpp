@@ -50,10 +50,11 @@ LeafLayout ChooseLeafLayout(std::size_t keyLength, std::uint32_t highestRecord);
 
 // Encodes a leaf entry by entry, as a sorted build or an edit fills it: key bytes are copied once,
 // the bit-packed entry fields are written when the leaf is finished. recordHint is the highest
-// record number the leaf should be able to hold without growing.
+// record number the leaf should be able to hold without growing. A writer told to keep bytes
+// free refuses entries that would use them.
 class LeafWriter {
   public:
-    LeafWriter(const KeyShape& shape, std::uint32_t recordHint);
+    LeafWriter(const KeyShape& shape, std::uint32_t recordHint, std::size_t keptFree = 0);
     // Adds an entry after the previous one; false (and nothing added) if it would not fit. The
     // key's bytes must stay in place until the next Add.
     bool Add(std::string_view key, std::uint32_t record);
@@ -65,6 +66,7 @@ class LeafWriter {
     static constexpr std::size_t kMostEntries = (kNodeSize - kLeafHeaderSize) / 3;
     KeyShape shape_;
     std::uint32_t recordHint_;
+    std::size_t space_;  // bytes that entry fields and keys may take
     std::uint32_t highestRecord_;
     LeafLayout layout_;  // for highestRecord_
     std::size_t keyBytes_ = 0;

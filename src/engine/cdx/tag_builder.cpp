@@ -7,6 +7,8 @@ namespace fnrk::engine::cdx {
 
 namespace {
 
+constexpr std::size_t kLeafRoom = (kNodeSize - kLeafHeaderSize) / 8;
+
 struct InteriorLevel {
     std::uint32_t offset = kNoNode;
     IndexNode node;
@@ -14,8 +16,11 @@ struct InteriorLevel {
 
 class TreeWriter {
   public:
-    TreeWriter(IndexFile& file, const KeyShape& shape, std::uint32_t recordHint)
-        : file_(file), shape_(shape), leaf_(shape, recordHint), leafOffset_(file_.AllocateNode()) {}
+    TreeWriter(IndexFile& file, const KeyShape& shape, std::uint32_t recordHint, LeafFill fill)
+        : file_(file),
+          shape_(shape),
+          leaf_(shape, recordHint, fill == LeafFill::WithRoom ? kLeafRoom : 0),
+          leafOffset_(file_.AllocateNode()) {}
 
     void AddLeafEntry(std::string_view key, std::uint32_t record) {
         if (!leaf_.Add(key, record)) {
@@ -104,8 +109,8 @@ class TreeWriter {
 }  // namespace
 
 std::uint32_t BuildTree(IndexFile& file, const KeyShape& shape, std::uint32_t recordHint,
-                        const TagEntries& sorted) {
-    TreeWriter writer(file, shape, recordHint);
+                        const TagEntries& sorted, LeafFill fill) {
+    TreeWriter writer(file, shape, recordHint, fill);
     for (std::size_t i = 0; i < sorted.size(); ++i)
         writer.AddLeafEntry(sorted.KeyAt(i), sorted.RecordAt(i));
     return writer.Finish();

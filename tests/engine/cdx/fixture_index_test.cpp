@@ -1,5 +1,6 @@
 // The fixtures' indexes were written by another engine: we must read every tag exactly as it
-// lists them, find them sound, and write the very same bytes when we build them again.
+// lists them, find them sound, and write the very same bytes when we build them again with leaves
+// packed full.
 
 #include <gtest/gtest.h>
 
@@ -103,13 +104,59 @@ TEST(FixtureIndex, RebuildingEveryTagGivesTheSameFile) {
             TagEntries entries(definition.keyLength);
             for (const auto& entry : inOrder) entries.Add(entry.key, entry.record);
             entries.Sort(definition.unique);
-            rebuilt->AddTag(definition, entries, records);
+            rebuilt->AddTag(definition, entries, records, LeafFill::Packed);
         }
         const std::string want = ReadFileBytes(Fixture(table + ".cdx"));
         const std::string got = ReadFileBytes(dir / "copy.cdx");
         ASSERT_EQ(got.size(), want.size());
         for (std::size_t i = 0; i < want.size(); ++i)
             ASSERT_EQ(got[i], want[i]) << "first difference at byte " << i;
+    }
+}
+
+// Our own builds leave room in each leaf: the same entries, sound, and a first insert into any
+// leaf does not split it.
+TEST(FixtureIndex, BuildingWithRoomKeepsEntriesAndLeavesSpaceInEveryLeaf) {
+    auto original = CompoundIndex::Open(Fixture("big.cdx"), {.readOnly = true}, KindOfFixtureKey);
+    TempDir dir;
+    auto rebuilt = CompoundIndex::Create(dir / "room.cdx");
+    for (const auto& tag : original->tags()) {
+        SCOPED_TRACE(tag->name());
+        const TagDefinition definition{tag->name(), tag->header().keyExpression, "",
+                                       tag->kind(), tag->header().keyLength,     false,
+                                       false};
+        const auto inOrder = EntriesInOrder(*tag);
+        TagEntries entries(definition.keyLength);
+        for (const auto& entry : inOrder) entries.Add(entry.key, entry.record);
+        entries.Sort(false);
+        IndexTag& built = rebuilt->AddTag(definition, entries, RecordCount("big"));
+        EXPECT_EQ(CheckTagStructure(built), std::vector<std::string>{});
+        const auto got = EntriesInOrder(built);
+        ASSERT_EQ(got.size(), inOrder.size());
+        for (std::size_t i = 0; i < got.size(); ++i) {
+            ASSERT_EQ(got[i].key, inOrder[i].key);
+            ASSERT_EQ(got[i].record, inOrder[i].record);
+        }
+        std::size_t leaves = 0;
+        for (std::uint32_t leaf = built.First().leaf; leaf != kNoNode;
+             leaf = built.Node(leaf).right) {
+            if (built.Node(leaf).right == kNoNode) break;  // the last leaf holds what is left
+            char bytes[kNodeSize];
+            rebuilt->file().Read(leaf, bytes, kNodeSize);
+            const unsigned freeBytes =
+                static_cast<unsigned char>(bytes[12]) | static_cast<unsigned char>(bytes[13]) << 8;
+            EXPECT_GE(freeBytes, (kNodeSize - kLeafHeaderSize) / 8) << "leaf at " << leaf;
+            ++leaves;
+        }
+        EXPECT_GT(leaves, 1u);
+    }
+    // A key inserted in the middle of each tag goes into a leaf that has room.
+    for (const auto& tag : rebuilt->tags()) {
+        IndexFile::UpdateGuard guard(rebuilt->file());
+        const std::uint64_t size = rebuilt->file().size();
+        const IndexEntry middle = tag->EntryAt(tag->LowerBound(EntriesInOrder(*tag)[1000].key));
+        EXPECT_TRUE(tag->Insert(middle.key, RecordCount("big") + 1));
+        EXPECT_EQ(rebuilt->file().size(), size) << tag->name() << " split a leaf";
     }
 }
 
