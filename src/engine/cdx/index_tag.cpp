@@ -64,12 +64,17 @@ IndexNode& IndexTag::Cached(std::uint32_t offset) {
 }
 
 void IndexTag::DropLeaves() {
-    // Interior nodes are few and on every descent's path: they stay.
-    std::erase_if(cache_, [](const auto& cached) { return cached.second.isLeaf(); });
-    if (cache_.size() >= kCachedNodes / 2) cache_.clear();
+    // Interior nodes are few and on every descent's path: they stay. Leaves go, in no particular
+    // order, until a quarter of the room is free: the next accesses still find most of theirs.
+    constexpr std::size_t kKept = kCachedNodes / 4 * 3;
+    for (auto it = cache_.begin(); it != cache_.end() && cache_.size() > kKept;)
+        it = it->second.isLeaf() ? cache_.erase(it) : std::next(it);
+    if (cache_.size() > kKept) cache_.clear();
 }
 
 IndexTag::EditScope::EditScope(IndexTag& tag) : tag_(tag), exceptions_(std::uncaught_exceptions()) {
+    // An edit holds references to cached nodes: the cache is trimmed before it starts.
+    if (tag_.cache_.size() >= kCachedNodes) tag_.DropLeaves();
     tag_.editing_ = true;
 }
 
