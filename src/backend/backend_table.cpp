@@ -130,6 +130,12 @@ Status BackendTable::Count(Order order, bool respectFilters, bool respectScopes,
     return AE_SUCCESS;
 }
 
+Status BackendTable::CountKeys(std::size_t tag, std::uint32_t& count) {
+    if (Status status = Commit(); status != AE_SUCCESS) return status;
+    count = store_.CountRows({tag, true, std::nullopt, std::nullopt});
+    return AE_SUCCESS;
+}
+
 std::uint32_t BackendTable::CountBefore(Order order) {
     if (atEof_) return store_.CountRows(Limits(order));
     return store_.CountRows(Limits(order), From(order));

@@ -120,9 +120,9 @@ Status FRCDatabase::IsIndexUnique(Handle index, bool& unique) {
 
 Status FRCDatabase::GetKeyCount(Handle index, std::uint16_t filterOption, std::uint32_t& count) {
     // Every key of the tag, or those the scopes and filters let through.
-    const bool respect = filterOption != ADS_IGNOREFILTERS;
     return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag&) {
-        return table.Count(tag, respect, respect, count);
+        if (filterOption == ADS_IGNOREFILTERS) return table.CountKeys(tag, count);
+        return table.Count(tag, true, true, count);
     });
 }
 

@@ -1,5 +1,7 @@
 #include "backend/table_store.hpp"
 
+#include <set>
+
 #include "backend/column_codec.hpp"
 #include "engine/dbf/field_list.hpp"
 #include "platform/text.hpp"
@@ -32,6 +34,24 @@ std::string AsBytes(const SqlValue& value) {
 
 bool MentionsRecno(const IndexTag& tag) {
     return platform::UpperCase(tag.expression + tag.condition).find("RECNO") != std::string::npos;
+}
+
+bool HasUniqueTag(const TableLayout& layout) {
+    for (const auto& tag : layout.tags) {
+        if (tag.unique()) return true;
+    }
+    return false;
+}
+
+// The record buffer as its keys see it: with the row's deletion flag.
+std::string RecordOf(const StoredRow& row) {
+    std::string record = row.record;
+    record[0] = row.deleted ? '*' : ' ';
+    return record;
+}
+
+SqlValue KeyValue(const std::optional<std::string>& key) {
+    return key ? SqlValue(Blob{*key}) : SqlValue(std::monostate{});
 }
 
 }  // namespace
@@ -135,9 +155,9 @@ StoredRow TableStore::RowFrom(const SqlRow& columns, bool withKey) const {
     return row;
 }
 
-std::vector<SqlValue> TableStore::ColumnValues(const StoredRow& row) const {
-    std::string record = row.record;
-    record[0] = row.deleted ? '*' : ' ';
+std::vector<SqlValue> TableStore::ColumnValues(const StoredRow& row,
+                                               std::vector<SqlValue> keys) const {
+    const std::string record = RecordOf(row);
     std::vector<SqlValue> values;
     values.reserve(layout_.fields.size() + layout_.tags.size() + 2);
     values.push_back(static_cast<std::int64_t>(row.deleted ? 1 : 0));
@@ -151,12 +171,41 @@ std::vector<SqlValue> TableStore::ColumnValues(const StoredRow& row) const {
             values.push_back(ColumnValue(record, field));
         }
     }
-    for (const auto& tag : layout_.tags) {
-        auto key = KeyOf(tag, record, row.recno);
-        values.push_back(key ? SqlValue(Blob{*key}) : SqlValue(std::monostate{}));
-    }
+    for (auto& key : keys) values.push_back(std::move(key));
     values.push_back(static_cast<std::int64_t>(row.recno));
     return values;
+}
+
+std::vector<SqlValue> TableStore::KeyValues(const StoredRow& row, const SqlRow* before) {
+    const std::string record = RecordOf(row);
+    const std::string oldRecord = before ? RowFrom(*before, false).record : std::string();
+    const std::size_t firstKeyColumn = layout_.fields.size() + 2;
+    std::vector<SqlValue> keys;
+    keys.reserve(layout_.tags.size());
+    for (std::size_t i = 0; i < layout_.tags.size(); ++i) {
+        const IndexTag& tag = layout_.tags[i];
+        auto key = KeyOf(tag, record, row.recno);
+        if (!key || !tag.unique()) {
+            keys.push_back(KeyValue(key));
+        } else if (before && KeyOf(tag, oldRecord, row.recno) == key) {
+            // An unchanged key leaves the record where it was: in the tag or kept out of it.
+            keys.push_back((*before)[firstKeyColumn + i]);
+        } else {
+            keys.push_back(UniqueKeyValue(tag, *key, row.recno));
+        }
+    }
+    return keys;
+}
+
+SqlValue TableStore::UniqueKeyValue(const IndexTag& tag, const std::string& key,
+                                    std::uint32_t recno) {
+    SqlValue parameters[] = {Blob{key}, static_cast<std::int64_t>(recno)};
+    const bool held = !session_
+                           .Query("SELECT 1 FROM " + table_ + " WHERE " + KeyColumn(tag) +
+                                      " = ? AND recno <> ? LIMIT 1",
+                                  parameters)
+                           .empty();
+    return held ? SqlValue(std::monostate{}) : SqlValue(Blob{key});
 }
 
 std::optional<StoredRow> TableStore::Read(std::uint32_t recno) {
@@ -187,17 +236,31 @@ std::uint32_t TableStore::Append(const StoredRow& row) {
         marks += ", ?";
     }
     session_.Execute("INSERT INTO " + table_ + "(" + columns + ", recno) VALUES (" + marks + ", ?)",
-                     ColumnValues(added));
+                     ColumnValues(added, KeyValues(added, nullptr)));
     transaction.Commit();
     return added.recno;
 }
 
 void TableStore::Write(const StoredRow& row) {
+    SqlTransaction transaction(session_);
     std::string assignments = "deleted = ?";
     for (const auto& field : layout_.fields) assignments += ", " + FieldColumn(field) + " = ?";
-    for (const auto& tag : layout_.tags) assignments += ", " + KeyColumn(tag) + " = ?";
+    std::string keyColumns;
+    for (const auto& tag : layout_.tags) {
+        assignments += ", " + KeyColumn(tag) + " = ?";
+        keyColumns += ", " + KeyColumn(tag);
+    }
+    // A unique tag's upkeep needs the row as it was, with the keys it holds.
+    std::vector<SqlRow> before;
+    if (HasUniqueTag(layout_)) {
+        SqlValue parameters[] = {static_cast<std::int64_t>(row.recno)};
+        before = session_.Query(
+            "SELECT " + SelectList({}) + keyColumns + " FROM " + table_ + " WHERE recno = ?",
+            parameters);
+    }
     session_.Execute("UPDATE " + table_ + " SET " + assignments + " WHERE recno = ?",
-                     ColumnValues(row));
+                     ColumnValues(row, KeyValues(row, before.empty() ? nullptr : &before[0])));
+    transaction.Commit();
 }
 
 namespace {
@@ -282,20 +345,7 @@ void TableStore::AddTag(const IndexTag& tag, std::size_t position) {
     std::string key = KeyColumn(tag);
     session_.Execute("ALTER TABLE " + table_ + " ADD COLUMN " + key + " " +
                      std::string(dialect_.TypeName(ColumnKind::Bytes)));
-    std::optional<StoredRow> last;
-    WalkLimits all{std::nullopt, true, std::nullopt, std::nullopt};
-    for (;;) {
-        auto rows = Walk(all, true, last, 512);
-        if (rows.empty()) break;
-        for (auto& row : rows) {
-            auto value = KeyOf(tag, row.record, row.recno);
-            SqlValue parameters[] = {value ? SqlValue(Blob{*value}) : SqlValue(std::monostate{}),
-                                     static_cast<std::int64_t>(row.recno)};
-            session_.Execute("UPDATE " + table_ + " SET " + key + " = ? WHERE recno = ?",
-                             parameters);
-        }
-        last = rows.back();
-    }
+    FillKeys(tag);
     session_.Execute("CREATE INDEX " + Quoted("x_" + layout_.name + "_" + tag.name) + " ON " +
                      table_ + "(" + key + ", recno)");
     SqlValue parameters[] = {layout_.name,
@@ -309,6 +359,25 @@ void TableStore::AddTag(const IndexTag& tag, std::size_t position) {
         "VALUES (?, ?, ?, ?, ?, ?)",
         parameters);
     transaction.Commit();
+}
+
+void TableStore::FillKeys(const IndexTag& tag) {
+    const std::string update =
+        "UPDATE " + table_ + " SET " + KeyColumn(tag) + " = ? WHERE recno = ?";
+    std::set<std::string> given;  // keys of a unique tag that a lower record holds
+    std::optional<StoredRow> last;
+    WalkLimits all{std::nullopt, true, std::nullopt, std::nullopt};
+    for (;;) {
+        auto rows = Walk(all, true, last, 512);
+        if (rows.empty()) break;
+        for (auto& row : rows) {
+            auto key = KeyOf(tag, row.record, row.recno);
+            if (key && tag.unique() && !given.insert(*key).second) key.reset();
+            SqlValue parameters[] = {KeyValue(key), static_cast<std::int64_t>(row.recno)};
+            session_.Execute(update, parameters);
+        }
+        last = rows.back();
+    }
 }
 
 void TableStore::RemoveTag(const IndexTag& tag) {
@@ -336,12 +405,10 @@ void TableStore::Pack() {
         }
         ++next;
     }
-    bool keysUseRecno = false;
-    for (const auto& tag : layout_.tags) keysUseRecno = keysUseRecno || MentionsRecno(tag);
-    if (renumbered && keysUseRecno) {
-        for (std::int64_t recno = 1; recno < next; ++recno) {
-            if (auto row = Read(static_cast<std::uint32_t>(recno))) Write(*row);
-        }
+    // Keys made of record numbers follow the new ones; unique tags are built anew, as a reindex
+    // after packing a table file does.
+    for (const auto& tag : layout_.tags) {
+        if ((renumbered && MentionsRecno(tag)) || tag.unique()) FillKeys(tag);
     }
     transaction.Commit();
 }

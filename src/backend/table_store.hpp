@@ -1,9 +1,13 @@
 #pragma once
 
 // The SQL side of one table. Rows hold the record number, the deleted flag, one column per
-// field and one key column per index tag (NULL where the tag's FOR condition excludes the
-// record); each key column has a SQL index on (key, recno), so that walks in tag order and
-// seeks are keyset queries.
+// field and one key column per index tag (NULL where the record is not in the tag: its FOR
+// condition excludes it, or a unique tag holds its key for another record); each key column
+// has a SQL index on (key, recno), so that walks in tag order and seeks are keyset queries.
+//
+// A unique tag keeps each key once, as a table file's index does: a build (or a pack) gives a
+// key to the lowest record number that has it, and a write gives a record its new key only when
+// no other record holds it. A record that loses a key frees it without handing it on.
 //
 // Catalog tables of a database: fnrk_table (name, field list), fnrk_tag (tags of each table in
 // order), fnrk_lock (record and table locks), fnrk_open (who has which table open).
@@ -71,7 +75,15 @@ class TableStore {
   private:
     std::string SelectList(const WalkLimits& limits) const;
     StoredRow RowFrom(const SqlRow& columns, bool withKey) const;
-    std::vector<SqlValue> ColumnValues(const StoredRow& row) const;
+    // Deleted flag, fields, then `keys` and the record number: the parameters of Append / Write.
+    std::vector<SqlValue> ColumnValues(const StoredRow& row, std::vector<SqlValue> keys) const;
+    // The key column values of `row` for each tag; `before` is the row as stored, with its key
+    // columns, when the write replaces it.
+    std::vector<SqlValue> KeyValues(const StoredRow& row, const SqlRow* before);
+    // The key for a unique tag, or NULL when another record holds it.
+    SqlValue UniqueKeyValue(const IndexTag& tag, const std::string& key, std::uint32_t recno);
+    // Computes the tag's key column anew for every row, in record number order.
+    void FillKeys(const IndexTag& tag);
 
     SqlSession& session_;
     const SqlDialect& dialect_;
