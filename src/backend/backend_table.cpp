@@ -109,6 +109,14 @@ Status BackendTable::SetRecord(std::string_view bytes) {
     if (Status status = BeginEdit(); status != AE_SUCCESS) return status;
     current_.record.assign(bytes);
     current_.deleted = current_.record[0] == '*';
+    // A memo field that names no memo empties the memo, as it would in a table file; one that
+    // names any keeps the record's own, the only one the bytes can stand for here.
+    for (std::size_t i = 0; i < layout_.fields.size(); ++i) {
+        const auto& field = layout_.fields[i];
+        if (!dbf::IsMemoType(field.type)) continue;
+        if (!NamesMemo(current_.record, field)) current_.memos[i].clear();
+        MarkMemo(field, !current_.memos[i].empty(), current_.record);
+    }
     return AE_SUCCESS;
 }
 

@@ -1,4 +1,5 @@
 #include "backend/backend_table.hpp"
+#include "backend/column_codec.hpp"
 #include "engine/dbf/field_codec.hpp"
 
 namespace fnrk::backend {
@@ -23,6 +24,7 @@ Status BackendTable::SetMemo(const dbf::Field& field, std::string_view data) {
     if (!dbf::IsMemoType(field.type)) return AE_INVALID_FIELD_TYPE;
     if (Status status = BeginEdit(); status != AE_SUCCESS) return status;
     current_.memos[FieldIndex(layout_, field)] = data;
+    MarkMemo(field, !data.empty(), current_.record);
     return AE_SUCCESS;
 }
 

@@ -76,4 +76,16 @@ void StoreColumn(const SqlValue& value, const dbf::Field& field, std::string& re
     }
 }
 
+void MarkMemo(const dbf::Field& field, bool hasMemo, std::string& record) {
+    if (hasMemo) {
+        dbf::WriteMemoBlock(record.data(), field, 1);
+    } else {
+        std::memset(record.data() + field.offset, ' ', field.length);
+    }
+}
+
+bool NamesMemo(const std::string& record, const dbf::Field& field) {
+    return !dbf::IsBlank(record.data(), field) && dbf::ReadMemoBlock(record.data(), field) != 0;
+}
+
 }  // namespace fnrk::backend

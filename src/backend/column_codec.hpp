@@ -17,4 +17,11 @@ SqlValue ColumnValue(const std::string& record, const engine::dbf::Field& field)
 // Writes the column's value into the record buffer (blank for NULL).
 void StoreColumn(const SqlValue& value, const engine::dbf::Field& field, std::string& record);
 
+// A memo field's bytes in the record buffer only tell whether there is a memo, the backend having
+// no memo blocks: blank for an empty memo, as a table file has it, otherwise block number 1,
+// which no memo file hands out (its header fills the first blocks).
+void MarkMemo(const engine::dbf::Field& field, bool hasMemo, std::string& record);
+// Whether a memo field's bytes in a record buffer name a memo (not blank, not block 0).
+bool NamesMemo(const std::string& record, const engine::dbf::Field& field);
+
 }  // namespace fnrk::backend

@@ -195,18 +195,21 @@ Status FRCDatabase::GetBinaryLength(Handle table, std::string_view field, std::u
     return GetMemoLength(table, field, length);
 }
 
-Status FRCDatabase::SetBinary(Handle table, std::string_view field, std::uint16_t,
+Status FRCDatabase::SetBinary(Handle table, std::string_view field, std::uint16_t binaryType,
                               std::uint32_t totalLength, std::uint32_t offset,
                               std::string_view data) {
+    if (binaryType != ADS_BINARY && binaryType != ADS_IMAGE) return Report(AE_INVALID_DATA_TYPE);
     return OnField(table, field, [&](BackendTable& t, const dbf::Field& f) {
+        // Offset 0 starts a new value; a later piece follows the bytes stored so far, up to
+        // `totalLength` in all.
         std::string whole;
-        if (Status status = t.GetMemo(f, whole); status != AE_SUCCESS) return status;
-        // Pieces arrive in order: offset 0 starts a new value of totalLength bytes.
-        if (offset == 0) whole.assign(totalLength, '\0');
-        if (static_cast<std::size_t>(offset) + data.size() > whole.size()) {
-            return AE_INVALID_BINARY_OFFSET;
+        if (offset > 0) {
+            if (Status status = t.GetMemo(f, whole); status != AE_SUCCESS) return status;
+            if (offset > whole.size()) return AE_INVALID_BINARY_OFFSET;
+            whole.resize(offset);
         }
-        whole.replace(offset, data.size(), data);
+        whole.append(data);
+        if (whole.size() > totalLength) return AE_DATA_TOO_LONG;
         return t.SetMemo(f, whole);
     });
 }

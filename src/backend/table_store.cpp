@@ -147,6 +147,7 @@ StoredRow TableStore::RowFrom(const SqlRow& columns, bool withKey) const {
         const auto& field = layout_.fields[i];
         if (engine::dbf::IsMemoType(field.type)) {
             row.memos[i] = AsBytes(columns[i + 2]);
+            MarkMemo(field, !row.memos[i].empty(), row.record);
         } else {
             StoreColumn(columns[i + 2], field, row.record);
         }
