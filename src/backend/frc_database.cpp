@@ -172,18 +172,11 @@ Status FRCDatabase::SetServerType(std::uint16_t serverTypes) {
 }
 
 Status FRCDatabase::SetDateFormat(std::string_view format) {
-    const std::string upper = platform::UpperCase(format);
-    bool valid = upper.find("DD") != std::string::npos && upper.find("MM") != std::string::npos &&
-                 upper.find("YY") != std::string::npos;
-    if (!valid) return Report(AE_INVALID_DATEFORMAT);
-    settings_.dates.format = upper;
-    return AE_SUCCESS;
+    return Report(settings_.SetDateFormat(format));
 }
 
 Status FRCDatabase::SetEpoch(std::uint16_t century) {
-    if (century < 100 || century > 9899) return Report(AE_INVALID_CENTURY);
-    settings_.dates.epoch = century;
-    return AE_SUCCESS;
+    return Report(settings_.SetEpoch(century));
 }
 
 Status FRCDatabase::ShowDeleted(bool showDeleted) {

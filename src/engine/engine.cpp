@@ -17,12 +17,6 @@ namespace {
 constexpr std::uint32_t kEngineMajor = 11;
 constexpr std::uint32_t kEngineMinor = 10;
 
-bool ValidDateFormat(std::string_view format) {
-    const std::string upper = platform::UpperCase(format);
-    return upper.find("DD") != std::string::npos && upper.find("MM") != std::string::npos &&
-           upper.find("YY") != std::string::npos;
-}
-
 }  // namespace
 
 Engine::Engine() = default;
@@ -122,15 +116,11 @@ Status Engine::SetServerType(std::uint16_t serverTypes) {
 }
 
 Status Engine::SetDateFormat(std::string_view format) {
-    if (!ValidDateFormat(format)) return Report(AE_INVALID_DATEFORMAT);
-    settings_.dates.format = platform::UpperCase(format);
-    return AE_SUCCESS;
+    return Report(settings_.SetDateFormat(format));
 }
 
 Status Engine::SetEpoch(std::uint16_t century) {
-    if (century < 100 || century > 9899) return Report(AE_INVALID_CENTURY);
-    settings_.dates.epoch = century;
-    return AE_SUCCESS;
+    return Report(settings_.SetEpoch(century));
 }
 
 Status Engine::ShowDeleted(bool showDeleted) {
