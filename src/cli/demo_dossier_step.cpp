@@ -5,13 +5,12 @@
 #include <fstream>
 #include <string>
 
-#include "backend/frc_database.hpp"
 #include "cli/command_registry.hpp"
 #include "cli/demo_steps.hpp"
 #include "company/soc_param_col_class_api.hpp"
-#include "engine/engine.hpp"
 #include "platform/text.hpp"
 #include "tables/ads_class.hpp"
+#include "tables/shared_tables.hpp"
 #include "tables/sql_database.hpp"
 
 namespace fnrk::cli {
@@ -138,8 +137,7 @@ std::string BuildAndRead(tables::SqlDatabase& db, const std::filesystem::path& f
 }
 
 void RunDossierTablesStep(DemoContext& context) {
-    Engine engine;
-    tables::SqlDatabase db(engine, [] { return std::make_unique<backend::FRCDatabase>(); });
+    tables::SqlDatabase& db = tables::SharedSqlDatabase();
 
     const auto data = context.dossierFolder.parent_path();
     const std::string fromFiles = BuildAndRead(db, data / "SOC1");
