@@ -98,8 +98,8 @@ std::string MemoFile::Write(std::uint32_t& block, std::uint32_t type, std::strin
 
     std::uint32_t oldType = 0;
     std::uint32_t oldLength = 0;
-    if (block != 0 && ReadBlockHeader(block, oldType, oldLength).empty() &&
-        BlocksFor(oldLength) >= BlocksFor(data.size())) {
+    const bool replaces = block != 0 && ReadBlockHeader(block, oldType, oldLength).empty();
+    if (replaces && BlocksFor(oldLength) >= BlocksFor(data.size())) {
         ApplyCipher(std::uint64_t{block} * blockSize_, bytes.data(), bytes.size());
         return file_.WriteAt(std::uint64_t{block} * blockSize_, bytes.data(), bytes.size())
                    ? std::string()
@@ -108,7 +108,10 @@ std::string MemoFile::Write(std::uint32_t& block, std::uint32_t type, std::strin
 
     lock::HeaderGuard guard{lock::FileLocks(file_.fd())};
     if (!guard.acquired()) return "memo file header is locked";
-    const std::uint32_t start = NextFreeBlock();
+    std::uint32_t start = NextFreeBlock();
+    // The last memo of the file grows where it stands: a value written in pieces, each write
+    // longer than the one before, would otherwise leave a copy behind at every piece.
+    if (replaces && block + BlocksFor(oldLength) == start) start = block;
     const std::uint32_t next = start + BlocksFor(data.size());
     bytes.resize(std::size_t{next - start} * blockSize_, '\0');
     ApplyCipher(std::uint64_t{start} * blockSize_, bytes.data(), bytes.size());

@@ -42,8 +42,8 @@ class MemoFile {
                                 std::uint32_t& length) const;
 
     // Stores a memo and returns its block through `block` (0 for empty data). When `block` names
-    // an existing memo whose blocks can hold the new one it is overwritten in place, else the memo
-    // goes to the end. Empty string or a message.
+    // an existing memo whose blocks can hold the new one, or the last memo of the file, it is
+    // overwritten in place, else the memo goes to the end. Empty string or a message.
     std::string Write(std::uint32_t& block, std::uint32_t type, std::string_view data);
 
     // Drops every memo (the file keeps only its header).

@@ -58,6 +58,40 @@ TEST(MemoFile, WritesReadsOverwritesInPlaceAndGrows) {
     EXPECT_NE(memo.Read(first, block), "");
 }
 
+TEST(MemoFile, LastMemoGrowsWhereItStands) {
+    TempDir dir;
+    const std::string path = (dir / "t.fpt").string();
+    ASSERT_EQ(MemoFile::Create(path, 0), "");
+    MemoFile memo;
+    ASSERT_EQ(memo.Open(path, false), "");
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+    ASSERT_EQ(memo.Write(first, kMemoTypeText, "one block"), "");
+    ASSERT_EQ(memo.Write(last, kMemoTypeBinary, "one block too"), "");
+    ASSERT_EQ(last, 9u);
+
+    // A value written piece by piece, each write the whole value so far.
+    std::string value;
+    for (int piece = 0; piece < 20; ++piece) {
+        value += std::string(100, static_cast<char>('a' + piece));
+        std::uint32_t block = last;
+        ASSERT_EQ(memo.Write(block, kMemoTypeBinary, value), "");
+        EXPECT_EQ(block, last);
+    }
+    const std::uint32_t end = 9 + (8 + 2000 + 63) / 64;
+    EXPECT_EQ(memo.NextFreeBlock(), end);
+    EXPECT_EQ(ReadFileBytes(path).size(), std::size_t{end} * 64);
+
+    // A memo with another after it still moves to the end when it outgrows its blocks.
+    ASSERT_EQ(memo.Write(first, kMemoTypeText, std::string(100, 'x')), "");
+    EXPECT_EQ(first, end);
+    MemoBlock read;
+    ASSERT_EQ(memo.Read(last, read), "");
+    EXPECT_EQ(read.data, value);
+    ASSERT_EQ(memo.Read(first, read), "");
+    EXPECT_EQ(read.data, std::string(100, 'x'));
+}
+
 TEST(MemoFile, DamagedFilesAndPointersAreReported) {
     TempDir dir;
     const std::string path = (dir / "bad.fpt").string();
