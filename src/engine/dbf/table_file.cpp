@@ -3,8 +3,10 @@
 #include <cerrno>
 #include <cstring>
 #include <ctime>
+#include <filesystem>
 
 #include "engine/crypt/encryption_mark.hpp"
+#include "engine/dbf/field_codec.hpp"
 #include "engine/io/byte_order.hpp"
 #include "engine/lock/header_guard.hpp"
 
@@ -22,6 +24,24 @@ Status OpenFailure(const std::string& path, std::string& message) {
     if (error == ENOENT) return AE_FILE_NOT_FOUND;
     if (error == EACCES || error == EPERM || error == EROFS) return AE_PERMISSION_DENIED;
     return AE_INVALID_PATH;
+}
+
+// Points the memo fields of `record` at their blocks in the packed memo file; true when one of
+// them changed.
+bool RepointMemos(char* record, const std::vector<Field>& fields,
+                  const std::unordered_map<std::uint32_t, std::uint32_t>& moved) {
+    bool changed = false;
+    for (const Field& field : fields) {
+        if (!IsMemoType(field.type)) continue;
+        const std::uint32_t block = ReadMemoBlock(record, field);
+        if (block == 0) continue;
+        const auto found = moved.find(block);
+        const std::uint32_t packed = found != moved.end() ? found->second : 0;
+        if (packed == block) continue;
+        WriteMemoBlock(record, field, packed);
+        changed = true;
+    }
+    return changed;
 }
 
 }  // namespace
@@ -308,8 +328,73 @@ Status TableFile::EndAfter(std::uint32_t count, std::string& message) {
     return Flush();
 }
 
+Status TableFile::CopyKeptMemos(const std::string& path, memo::MemoFile& packed,
+                                std::unordered_map<std::uint32_t, std::uint32_t>& moved,
+                                std::string& message) {
+    message = packed.Open(path, false);
+    if (!message.empty()) return AE_PERMISSION_DENIED;
+    // Memos are ciphered by their place in the file, so each is written anew at its new one.
+    packed.SetCipher(cipher_.get());
+    for (std::uint32_t recno = 1; recno <= header_.recordCount; ++recno) {
+        const char* record = ReadRecord(recno);
+        if (record == nullptr) {
+            message = "cannot read " + path_;
+            return AE_CORRUPT_TABLE;
+        }
+        if (record[0] == '*') continue;
+        for (const Field& field : header_.fields) {
+            if (!IsMemoType(field.type)) continue;
+            const std::uint32_t block = ReadMemoBlock(record, field);
+            if (block == 0 || moved.contains(block)) continue;
+            memo::MemoBlock memo;
+            if (std::string problem = memo_.Read(block, memo); !problem.empty()) {
+                message = path_ + ": record " + std::to_string(recno) + ": " + problem;
+                return AE_CORRUPT_TABLE;
+            }
+            std::uint32_t copy = 0;
+            message = packed.Write(copy, memo.type, memo.data);
+            if (!message.empty()) return AE_PERMISSION_DENIED;
+            moved[block] = copy;
+        }
+    }
+    message = packed.Flush();
+    return message.empty() ? AE_SUCCESS : AE_PERMISSION_DENIED;
+}
+
+Status TableFile::PackMemos(std::unordered_map<std::uint32_t, std::uint32_t>& moved,
+                            std::string& message) {
+    // The old memo file stays whole until the new one is complete and takes its name.
+    const std::string memoPath = MemoPathFor(path_);
+    const std::string packedPath = memoPath + ".pack";
+    message = memo::MemoFile::Create(packedPath, memo_.blockSize());
+    if (!message.empty()) return AE_PERMISSION_DENIED;
+    memo::MemoFile packed;
+    Status status = CopyKeptMemos(packedPath, packed, moved, message);
+    if (status == AE_SUCCESS) {
+        std::error_code error;
+        std::filesystem::rename(packedPath, memoPath, error);
+        if (error) {
+            message = "cannot replace " + memoPath + ": " + error.message();
+            status = AE_PERMISSION_DENIED;
+        }
+    }
+    if (status != AE_SUCCESS) {
+        std::error_code ignored;
+        std::filesystem::remove(packedPath, ignored);
+        return status;
+    }
+    memo_ = std::move(packed);
+    return AE_SUCCESS;
+}
+
 Status TableFile::Pack(std::string& message) {
     if (Status status = RequireExclusiveWrite("pack", message); status != AE_SUCCESS) return status;
+    if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
+    // The memos go first: until the new memo file is in place no record has changed.
+    std::unordered_map<std::uint32_t, std::uint32_t> moved;
+    if (memo_.IsOpen()) {
+        if (Status status = PackMemos(moved, message); status != AE_SUCCESS) return status;
+    }
     const std::size_t length = header_.recordLength;
     std::vector<char> chunk(kPackChunkRecords * length);
     std::uint32_t kept = 0;
@@ -324,9 +409,10 @@ Status TableFile::Pack(std::string& message) {
             char* record = chunk.data() + i * length;
             if (record[0] == '*') continue;
             ++kept;
-            if (kept == first + i) continue;
             // A record that moves takes the keystream of its new place.
             ApplyCipher(first + i, record);
+            const bool repointed = memo_.IsOpen() && RepointMemos(record, header_.fields, moved);
+            if (kept == first + i && !repointed) continue;
             ApplyCipher(kept, record);
             if (!file_.WriteAt(RecordOffset(kept), record, length)) {
                 message = "cannot write " + path_;

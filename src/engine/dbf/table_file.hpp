@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "engine/crypt/file_cipher.hpp"
@@ -85,6 +86,8 @@ class TableFile {
     // writes it (and the end-of-file mark), announced to the observer as an append.
     Status ReserveRecord(std::uint32_t& record);
 
+    // Exclusive use only: drops the deleted records, and from the memo file every memo that no
+    // kept record points to.
     Status Pack(std::string& message);
     Status Zap(std::string& message);
     // Writes a pending record count and pushes the file to disk.
@@ -103,6 +106,13 @@ class TableFile {
     Status RequireExclusiveWrite(const char* operation, std::string& message) const;
     // Makes `count` the number of records: end-of-file mark, file cut after it, header updated.
     Status EndAfter(std::uint32_t count, std::string& message);
+    // Copies the memos of the records a pack keeps into `packed`, opened on the new, empty memo
+    // file at `path`; `moved` maps each of their old blocks to its new one.
+    Status CopyKeptMemos(const std::string& path, memo::MemoFile& packed,
+                         std::unordered_map<std::uint32_t, std::uint32_t>& moved,
+                         std::string& message);
+    // Builds the packed memo file beside the old one and renames it over it.
+    Status PackMemos(std::unordered_map<std::uint32_t, std::uint32_t>& moved, std::string& message);
     void StampUpdateDate();
     // XORs the bytes of record `record` after its deletion flag with their keystream, which
     // encrypts and decrypts alike; nothing for a plain table.
