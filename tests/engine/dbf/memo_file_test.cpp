@@ -11,12 +11,20 @@ using testing::ReadFileBytes;
 using testing::TempDir;
 using testing::WriteFileBytes;
 
-TEST(MemoFile, WritesReadsOverwritesInPlaceAndGrows) {
+// A new memo file of the default block size, open for writing.
+class NewMemoFile : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(MemoFile::Create(path, 0), "");
+        ASSERT_EQ(memo.Open(path, false), "");
+    }
+
     TempDir dir;
     const std::string path = (dir / "t.fpt").string();
-    ASSERT_EQ(MemoFile::Create(path, 0), "");
     MemoFile memo;
-    ASSERT_EQ(memo.Open(path, false), "");
+};
+
+TEST_F(NewMemoFile, WritesReadsOverwritesInPlaceAndGrows) {
     EXPECT_EQ(memo.blockSize(), 64);
     EXPECT_EQ(memo.NextFreeBlock(), 8u);
 
@@ -58,12 +66,7 @@ TEST(MemoFile, WritesReadsOverwritesInPlaceAndGrows) {
     EXPECT_NE(memo.Read(first, block), "");
 }
 
-TEST(MemoFile, LastMemoGrowsWhereItStands) {
-    TempDir dir;
-    const std::string path = (dir / "t.fpt").string();
-    ASSERT_EQ(MemoFile::Create(path, 0), "");
-    MemoFile memo;
-    ASSERT_EQ(memo.Open(path, false), "");
+TEST_F(NewMemoFile, LastMemoGrowsWhereItStands) {
     std::uint32_t first = 0;
     std::uint32_t last = 0;
     ASSERT_EQ(memo.Write(first, kMemoTypeText, "one block"), "");

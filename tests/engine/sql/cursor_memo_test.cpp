@@ -5,17 +5,11 @@
 #include <filesystem>
 
 #include "engine/dbf/table_file.hpp"
+#include "engine/table/memo_bytes.hpp"
 #include "sql_fixture.hpp"
 
 namespace fnrk::engine {
 namespace {
-
-constexpr std::uint64_t kMemoHeaderBytes = 512;
-constexpr std::uint64_t kBlockBytes = 64;  // the block size of a new memo file
-
-std::uint64_t MemoBytes(std::size_t length) {
-    return length == 0 ? 0 : (8 + length + kBlockBytes - 1) / kBlockBytes * kBlockBytes;
-}
 
 class CursorMemoTest : public SqlTest {
   protected:

@@ -11,20 +11,12 @@
 
 #include "engine/dbf/table_check.hpp"
 #include "engine_fixture.hpp"
+#include "memo_bytes.hpp"
 #include "platform/codepage.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::engine {
 namespace {
-
-constexpr std::uint64_t kMemoHeaderBytes = 512;
-constexpr std::uint64_t kBlockBytes = 64;  // the block size of a new memo file
-
-// What a memo of `length` bytes takes in the memo file: its 8-byte block header and its data,
-// rounded up to whole blocks.
-std::uint64_t MemoBytes(std::size_t length) {
-    return length == 0 ? 0 : (8 + length + kBlockBytes - 1) / kBlockBytes * kBlockBytes;
-}
 
 struct Row {
     std::string code;
@@ -203,7 +195,7 @@ TEST_F(MemoPack, FailedPackChangesNothing) {
     std::filesystem::remove(dir / "notes.fpt.pack");
 
     // A kept record whose memo runs past the end of the memo file.
-    const std::string cut = memoBefore.substr(0, memoBefore.size() - kBlockBytes);
+    const std::string cut = memoBefore.substr(0, memoBefore.size() - kMemoBlockBytes);
     testing::WriteFileBytes(dir / "notes.fpt", cut);
     table = Open("notes", ADS_EXCLUSIVE);
     EXPECT_EQ(engine.PackTable(table), AE_CORRUPT_TABLE);
