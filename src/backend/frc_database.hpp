@@ -115,6 +115,8 @@ class FRCDatabase final : public SqlBackend {
     Status RecallRecord(Handle table) override;
     Status IsRecordDeleted(Handle table, bool& deleted) override;
     Status IsRecordVisible(Handle object, bool& visible) override;
+    // A memo field's bytes in the record say only whether there is a memo (see MarkMemo); SetRecord
+    // empties the memo of a field whose bytes name none and keeps the record's own otherwise.
     Status GetRecord(Handle table, std::string& record) override;
     Status SetRecord(Handle object, std::string_view record) override;
 
