@@ -14,6 +14,9 @@ inline constexpr std::size_t kNodeSize = 512;
 inline constexpr std::size_t kHeaderSize = 1024;
 inline constexpr std::size_t kLeafHeaderSize = 24;
 inline constexpr std::size_t kInteriorHeaderSize = 12;
+// Every node starts with its attributes (2 bytes), key count (2) and sibling pointers (4 each).
+inline constexpr std::size_t kLeftPointerOffset = 4;
+inline constexpr std::size_t kRightPointerOffset = 8;
 inline constexpr std::size_t kMaxKeyLength = 240;
 inline constexpr std::size_t kTagNameLength = 10;  // key length of the tag directory
 inline constexpr std::uint32_t kNoNode = 0xFFFFFFFF;

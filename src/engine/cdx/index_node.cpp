@@ -116,8 +116,8 @@ IndexNode DecodeNode(const char* bytes, const KeyShape& shape) {
     IndexNode node;
     node.attributes = ReadLe16(bytes);
     const std::size_t count = ReadLe16(bytes + 2);
-    node.left = ReadLe32(bytes + 4);
-    node.right = ReadLe32(bytes + 8);
+    node.left = ReadLe32(bytes + kLeftPointerOffset);
+    node.right = ReadLe32(bytes + kRightPointerOffset);
     if (node.attributes > (kNodeRoot | kNodeLeaf))
         throw IndexCorrupt("node: unknown attributes " + std::to_string(node.attributes));
     if (node.isLeaf()) return DecodeLeaf(bytes, std::move(node), count, shape);
@@ -196,8 +196,8 @@ void LeafWriter::Finish(std::uint16_t attributes, std::uint32_t left, std::uint3
     std::memcpy(out + keyEnd, keys_ + keyEnd, keyBytes_);
     WriteLe16(out, attributes);
     WriteLe16(out + 2, static_cast<std::uint16_t>(count_));
-    WriteLe32(out + 4, left);
-    WriteLe32(out + 8, right);
+    WriteLe32(out + kLeftPointerOffset, left);
+    WriteLe32(out + kRightPointerOffset, right);
     WriteLe16(out + kFreeSpaceOffset, static_cast<std::uint16_t>(keyEnd - entriesEnd));
     const std::uint32_t countMask = (1u << layout.countBits) - 1;
     WriteLe32(out + kRecordMaskOffset,
@@ -287,8 +287,8 @@ void EncodeInterior(const IndexNode& node, const KeyShape& shape, char* out) {
     std::memset(out, 0, kNodeSize);
     WriteLe16(out, node.attributes);
     WriteLe16(out + 2, static_cast<std::uint16_t>(node.entries.size()));
-    WriteLe32(out + 4, node.left);
-    WriteLe32(out + 8, node.right);
+    WriteLe32(out + kLeftPointerOffset, node.left);
+    WriteLe32(out + kRightPointerOffset, node.right);
     char* p = out + kInteriorHeaderSize;
     for (const auto& entry : node.entries) {
         std::memcpy(p, entry.key.data(), shape.length);

@@ -50,12 +50,16 @@ const IndexNode& IndexTag::Node(std::uint32_t offset) {
     return Cached(offset);
 }
 
-IndexNode& IndexTag::Cached(std::uint32_t offset) {
-    SyncCache();
-    if (auto it = cache_.find(offset); it != cache_.end()) return it->second;
+void IndexTag::CheckNodeOffset(std::uint32_t offset) const {
     if (offset % kNodeSize != 0 || offset < kHeaderSize || offset + kNodeSize > file_.size())
         throw IndexCorrupt("tag " + name_ + ": node pointer " + std::to_string(offset) +
                            " outside the file");
+}
+
+IndexNode& IndexTag::Cached(std::uint32_t offset) {
+    SyncCache();
+    if (auto it = cache_.find(offset); it != cache_.end()) return it->second;
+    CheckNodeOffset(offset);
     char bytes[kNodeSize];
     file_.Read(offset, bytes, kNodeSize);
     // An edit holds references to cached nodes; the cache shrinks only between edits.
@@ -98,6 +102,16 @@ bool IndexTag::TryStore(std::uint32_t offset, const IndexNode& node) {
 
 void IndexTag::Store(std::uint32_t offset, const IndexNode& node) {
     if (!TryStore(offset, node)) throw std::logic_error("tag " + name_ + ": node does not fit");
+}
+
+void IndexTag::SetSibling(std::uint32_t offset, std::size_t pointerOffset, std::uint32_t sibling) {
+    // Only the four bytes of the pointer change: the node need not be read, decoded and encoded.
+    CheckNodeOffset(offset);
+    if (auto it = cache_.find(offset); it != cache_.end())
+        (pointerOffset == kLeftPointerOffset ? it->second.left : it->second.right) = sibling;
+    char bytes[4];
+    io::WriteLe32(bytes, sibling);
+    file_.Write(offset + pointerOffset, bytes, 4);
 }
 
 IndexNode& IndexTag::Place(std::uint32_t offset, IndexNode node) {
@@ -190,9 +204,7 @@ void IndexTag::Split(Path& path, std::size_t depth) {
     right.right = node.right;
     node.right = newOffset;
     if (right.right != kNoNode) {
-        IndexNode& neighbour = Cached(right.right);
-        neighbour.left = newOffset;
-        Store(right.right, neighbour);
+        SetSibling(right.right, kLeftPointerOffset, newOffset);
     }
     Store(offset, node);
     IndexEntry leftEntry{node.entries.back().key, node.entries.back().record, offset};
@@ -235,14 +247,10 @@ void IndexTag::Shrink(Path& path, std::size_t depth) {
         const std::uint32_t left = node.left;
         const std::uint32_t right = node.right;
         if (left != kNoNode) {
-            IndexNode& neighbour = Cached(left);
-            neighbour.right = right;
-            Store(left, neighbour);
+            SetSibling(left, kRightPointerOffset, right);
         }
         if (right != kNoNode) {
-            IndexNode& neighbour = Cached(right);
-            neighbour.left = left;
-            Store(right, neighbour);
+            SetSibling(right, kLeftPointerOffset, left);
         }
         cache_.erase(offset);
         file_.FreeNode(offset);

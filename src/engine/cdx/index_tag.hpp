@@ -85,6 +85,11 @@ class IndexTag {
         int exceptions_;
     };
     IndexNode& Cached(std::uint32_t offset);
+    // Throws IndexCorrupt for an offset that is not a node of the file.
+    void CheckNodeOffset(std::uint32_t offset) const;
+    // Points a node's left or right sibling pointer (kLeftPointerOffset, kRightPointerOffset)
+    // elsewhere.
+    void SetSibling(std::uint32_t offset, std::size_t pointerOffset, std::uint32_t sibling);
     void DropLeaves();
     // The node at path.offsets[depth] has changed: write it, splitting it if it no longer fits.
     void Put(Path& path, std::size_t depth);
