@@ -80,7 +80,7 @@ void MarkMemo(const dbf::Field& field, bool hasMemo, std::string& record) {
     if (hasMemo) {
         dbf::WriteMemoBlock(record.data(), field, 1);
     } else {
-        std::memset(record.data() + field.offset, ' ', field.length);
+        std::memset(record.data() + field.offset, dbf::EmptyByte(field), field.length);
     }
 }
 

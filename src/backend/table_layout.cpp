@@ -2,6 +2,7 @@
 
 #include "engine/cdx/index_key.hpp"
 #include "engine/constants.hpp"
+#include "engine/dbf/field_codec.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::backend {
@@ -32,7 +33,7 @@ std::optional<std::size_t> TableLayout::TagIndex(std::string_view tagName) const
 }
 
 std::string TableLayout::BlankRecord() const {
-    return std::string(recordLength, ' ');
+    return engine::dbf::BlankRecord(fields, recordLength);
 }
 
 void ArrangeFields(TableLayout& layout) {

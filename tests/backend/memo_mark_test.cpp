@@ -22,13 +22,13 @@ TEST(MemoMarkTest, MarksTellOnlyWhetherThereIsAMemo) {
 
     MarkMemo(text, false, record);
     MarkMemo(binary, false, record);
-    EXPECT_EQ(record, "xxx" + std::string(14, ' '));
+    EXPECT_EQ(record, "xxx" + std::string(10, ' ') + std::string(4, '\0'));  // as in a new record
     EXPECT_FALSE(NamesMemo(record, text));
-    EXPECT_FALSE(NamesMemo(record, binary));  // blank, as in a blank record
+    EXPECT_FALSE(NamesMemo(record, binary));
 
-    // What a caller may put there: block 0 or any block number.
+    // What a caller may put there: block 0, blanks, or any block number.
     record.replace(3, 10, "         0");
-    record.replace(13, 4, std::string(4, '\0'));
+    record.replace(13, 4, "    ");
     EXPECT_FALSE(NamesMemo(record, text));
     EXPECT_FALSE(NamesMemo(record, binary));
     record.replace(3, 10, "      4711");

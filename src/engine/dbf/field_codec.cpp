@@ -111,7 +111,11 @@ void WriteText(char* record, const Field& field, std::string_view text) {
 }
 
 std::uint32_t ReadMemoBlock(const char* record, const Field& field) {
-    if (field.length == 4) return io::ReadLe32(record + field.offset);
+    // Four blanks are no block: records that a blank-filling program appended.
+    if (field.length == 4)
+        return std::memcmp(record + field.offset, "    ", 4) == 0
+                   ? 0
+                   : io::ReadLe32(record + field.offset);
     return static_cast<std::uint32_t>(ParseNumberText(FieldBytes(record, field)));
 }
 
@@ -130,12 +134,27 @@ void WriteMemoBlock(char* record, const Field& field, std::uint32_t block) {
     RightAlign(p, field.length, std::string_view(text, static_cast<std::size_t>(written)));
 }
 
+char EmptyByte(const Field& field) {
+    const bool binary = field.type == 'I' || field.type == 'B' || field.type == 'Y' ||
+                        field.type == 'T' || (IsMemoType(field.type) && field.length == 4);
+    return binary ? '\0' : ' ';
+}
+
 bool IsBlank(const char* record, const Field& field) {
-    const char blank = (field.type == 'I' || field.type == 'B' || field.type == 'Y') ? '\0' : ' ';
+    const char blank = EmptyByte(field);
     for (std::uint32_t i = 0; i < field.length; ++i) {
         if (record[field.offset + i] != blank) return false;
     }
     return true;
+}
+
+std::string BlankRecord(const std::vector<Field>& fields, std::size_t recordLength) {
+    std::string record(recordLength, ' ');
+    for (const Field& field : fields) {
+        if (field.offset + field.length <= recordLength)
+            std::memset(record.data() + field.offset, EmptyByte(field), field.length);
+    }
+    return record;
 }
 
 }  // namespace fnrk::engine::dbf

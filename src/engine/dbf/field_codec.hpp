@@ -4,7 +4,9 @@
 // N and F fields are right-aligned ASCII with the field's decimals.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/dbf/field.hpp"
 
@@ -32,7 +34,12 @@ void WriteText(char* record, const Field& field, std::string_view text);
 std::uint32_t ReadMemoBlock(const char* record, const Field& field);
 void WriteMemoBlock(char* record, const Field& field, std::uint32_t block);
 
-// True when every byte of the field is blank (or zero for binary types).
+// What an empty field holds in every byte: zero for the types stored as binary (integer, double,
+// currency, datetime, a 4-byte memo block number), a blank otherwise.
+char EmptyByte(const Field& field);
+// True when every byte of the field is its empty byte.
 bool IsBlank(const char* record, const Field& field);
+// A new record: not deleted, every field empty.
+std::string BlankRecord(const std::vector<Field>& fields, std::size_t recordLength);
 
 }  // namespace fnrk::engine::dbf

@@ -130,6 +130,7 @@ Status TableFile::Open(const std::string& path, OpenRequest request, std::string
     path_ = path;
     file_ = std::move(file);
     header_ = std::move(header);
+    blank_ = dbf::BlankRecord(header_.fields, header_.recordLength);
     exclusive_ = request.exclusive;
     readOnly_ = request.readOnly;
     SetReadAhead(0);

@@ -94,7 +94,7 @@ class TableFile {
     Status Flush();
 
     void SetObserver(UpkeepObserver* observer) { observer_ = observer; }
-    std::string BlankRecord() const { return std::string(header_.recordLength, ' '); }
+    const std::string& BlankRecord() const { return blank_; }
 
   private:
     std::uint64_t RecordOffset(std::uint32_t record) const {
@@ -122,6 +122,7 @@ class TableFile {
     io::PosixFile file_;
     memo::MemoFile memo_;
     TableHeader header_;
+    std::string blank_;  // a new record of this table
     bool exclusive_ = false;
     bool readOnly_ = false;
     bool headerDirty_ = false;
