@@ -138,9 +138,11 @@ Status BackendTable::Count(Order order, bool respectFilters, bool respectScopes,
     return AE_SUCCESS;
 }
 
-Status BackendTable::CountKeys(std::size_t tag, std::uint32_t& count) {
+Status BackendTable::CountKeys(std::size_t tag, bool withinScopes, std::uint32_t& count) {
     if (Status status = Commit(); status != AE_SUCCESS) return status;
-    count = store_.CountRows({tag, true, std::nullopt, std::nullopt});
+    WalkLimits limits = Limits(tag, withinScopes);
+    limits.includeDeleted = true;
+    count = store_.CountRows(limits);
     return AE_SUCCESS;
 }
 

@@ -67,8 +67,8 @@ class BackendTable final : public engine::cursor::RecordFunctions {
     Status SetRecord(std::string_view bytes);
     Status Commit();
     Status Count(Order order, bool respectFilters, bool respectScopes, std::uint32_t& count);
-    // Every key the tag holds, deleted records' and those outside the scopes included.
-    Status CountKeys(std::size_t tag, std::uint32_t& count);
+    // The keys the tag holds, deleted records' included: all, or those within its scopes.
+    Status CountKeys(std::size_t tag, bool withinScopes, std::uint32_t& count);
     // Visible rows ahead of the current one in the order (filters aside): a relative position.
     std::uint32_t CountBefore(Order order);
     Status Pack();

@@ -119,9 +119,11 @@ Status FRCDatabase::IsIndexUnique(Handle index, bool& unique) {
 }
 
 Status FRCDatabase::GetKeyCount(Handle index, std::uint16_t filterOption, std::uint32_t& count) {
-    // Every key of the tag, or those the scopes and filters let through.
+    // Every key of the tag, the keys within its scopes, or the records that the scopes, the
+    // filters and the hidden deleted records let through.
     return OnIndex(index, [&](BackendTable& table, std::size_t tag, const IndexTag&) {
-        if (filterOption == ADS_IGNOREFILTERS) return table.CountKeys(tag, count);
+        if (filterOption == ADS_IGNOREFILTERS) return table.CountKeys(tag, false, count);
+        if (filterOption == ADS_RESPECTSCOPES) return table.CountKeys(tag, true, count);
         return table.Count(tag, true, true, count);
     });
 }

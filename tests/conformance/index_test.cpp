@@ -131,6 +131,30 @@ TEST_P(IndexConformance, ScopesConditionsAndDescendingTags) {
     EXPECT_EQ(Walk(t, byCode), (Records{2, 1, 3}));
 }
 
+// Key counts: every key, the keys within the scopes, or the records the scopes, the filter and
+// the hidden deleted records let through.
+TEST_P(IndexConformance, KeyCountsRespectWhatTheyAreAskedTo) {
+    Handle t = 0;
+    Handle byCode = 0;
+    Handle byAmount = 0;
+    if (!ItemsWithTags(t, byCode, byAmount)) GTEST_SKIP() << "no index tags here yet";
+    ASSERT_EQ(ops->SetScope(byCode, ADS_TOP, "B", ADS_STRINGKEY), AE_SUCCESS);
+    ASSERT_EQ(ops->SetScope(byCode, ADS_BOTTOM, "D", ADS_STRINGKEY), AE_SUCCESS);
+    ASSERT_EQ(ops->GotoRecord(t, 4), AE_SUCCESS);  // C
+    ASSERT_EQ(ops->DeleteRecord(t), AE_SUCCESS);
+    ASSERT_EQ(ops->ShowDeleted(false), AE_SUCCESS);
+    ASSERT_EQ(ops->SetFilter(t, "AMOUNT > 25"), AE_SUCCESS);
+    const auto keys = [&](std::uint16_t option) {
+        std::uint32_t count = 0;
+        EXPECT_EQ(ops->GetKeyCount(byCode, option, count), AE_SUCCESS);
+        return count;
+    };
+    EXPECT_EQ(keys(ADS_IGNOREFILTERS), 4u);
+    EXPECT_EQ(keys(ADS_RESPECTSCOPES), 3u);   // B, C and D, the deleted C too
+    EXPECT_EQ(keys(ADS_RESPECTFILTERS), 1u);  // D
+    ASSERT_EQ(ops->ShowDeleted(true), AE_SUCCESS);
+}
+
 INSTANTIATE_TEST_SUITE_P(Implementations, IndexConformance, ::testing::ValuesIn(Implementations()),
                          [](const auto& info) { return info.param.name; });
 
