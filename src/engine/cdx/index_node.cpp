@@ -87,6 +87,8 @@ IndexNode DecodeLeaf(const char* bytes, IndexNode node, std::size_t count, const
     if (count * bytesPerEntry > kLeafSpace) throw IndexCorrupt("leaf node: key count past the end");
     std::size_t keyEnd = kNodeSize;
     const std::size_t entriesEnd = kLeafHeaderSize + count * bytesPerEntry;
+    // Room for a few more: an insert into a cached leaf then moves no entry to a new buffer.
+    node.entries.reserve(count + 4);
     node.entries.resize(count);
     const std::string* previous = nullptr;
     for (std::size_t i = 0; i < count; ++i) {
