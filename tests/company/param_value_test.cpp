@@ -13,12 +13,7 @@ using tables::ads_testing::Keeping;
 class ParamValueTest : public AdsTest {
   protected:
     void AddParam(const std::string& id, const std::string& value, const std::string& more = "") {
-        ASSERT_EQ(ads.ActivateAlias("PARAM"), engine::AE_SUCCESS);
-        ASSERT_EQ(ads.RecordAdd(), engine::AE_SUCCESS);
-        EXPECT_TRUE(ads.PutFieldValue("ID", id));
-        EXPECT_TRUE(ads.PutFieldValue("VALUE", value));
-        EXPECT_TRUE(ads.PutFieldValue("VALUEEXT", more));
-        ASSERT_EQ(ads.FlushAndUnlock("PARAM"), engine::AE_SUCCESS);
+        AddRecord("PARAM", {{"ID", id}, {"VALUE", value}, {"VALUEEXT", more}});
     }
 };
 

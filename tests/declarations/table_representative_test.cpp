@@ -24,9 +24,7 @@ TEST_P(TableRepresentativeTest, FieldsOfTheCurrentRecordFeedTheOssHeader) {
         {"Adress", "Rue Haute 12~bte 3"}, {"PostCode", "BE-1000"},
         {"Locality", "bruxelles"},        {"Country", "be"},
         {"Email", "info@elan.be"}};
-    ASSERT_EQ(ads.RecordAdd(), engine::AE_SUCCESS);
-    for (const auto& [field, value] : record) EXPECT_TRUE(ads.PutFieldValue(field, value));
-    ASSERT_EQ(ads.FlushAndUnlock("CSF"), engine::AE_SUCCESS);
+    AddRecord("CSF", record);
     ASSERT_EQ(ads.FileOpen("ACF"), engine::AE_SUCCESS);
 
     const TableRepresentative representative(ads, "CSF");

@@ -20,11 +20,7 @@ class TableLookupsTest : public AdsTest {
               const std::vector<std::vector<std::pair<std::string, std::string>>>& rows) {
         CreateStandard(alias, fields, {{tag, key}});
         ASSERT_EQ(ads.FileOpen(alias), engine::AE_SUCCESS);
-        for (const auto& row : rows) {
-            ASSERT_EQ(ads.RecordAdd(), engine::AE_SUCCESS);
-            for (const auto& [field, value] : row) EXPECT_TRUE(ads.PutFieldValue(field, value));
-            ASSERT_EQ(ads.FlushAndUnlock(alias), engine::AE_SUCCESS);
-        }
+        for (const auto& row : rows) AddRecord(alias, row);
     }
 };
 

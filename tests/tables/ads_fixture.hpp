@@ -82,6 +82,14 @@ class AdsTest : public ::testing::TestWithParam<Keeping> {
         AddEntry("VEN", "1", "451000", -21);
         AddEntry("ACH", "1", "604000", 50);
     }
+    // Adds a record of text values to the table open under `alias`, and writes it.
+    void AddRecord(const std::string& alias,
+                   const std::vector<std::pair<std::string, std::string>>& values) {
+        ASSERT_EQ(ads.ActivateAlias(alias), engine::AE_SUCCESS);
+        ASSERT_EQ(ads.RecordAdd(), engine::AE_SUCCESS);
+        for (const auto& [field, value] : values) EXPECT_TRUE(ads.PutFieldValue(field, value));
+        ASSERT_EQ(ads.FlushAndUnlock(alias), engine::AE_SUCCESS);
+    }
     void AddEntry(const std::string& journal, const std::string& document,
                   const std::string& account, double amount) {
         ASSERT_EQ(ads.RecordAdd(), engine::AE_SUCCESS);
