@@ -1,18 +1,11 @@
 #include "utilities/cls_small_controls.hpp"
 
-#include <filesystem>
-#include <system_error>
-
-#include "platform/paths.hpp"
+#include "utilities/file_names.hpp"
 
 namespace fnrk::utilities {
 
 bool clsIO::IsDirectoryCreated(std::string_view path) const {
-    if (path.empty()) return false;
-    const std::filesystem::path folder = platform::FileSystemPath(path);
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    return std::filesystem::is_directory(folder, error);
+    return CreateFolderRecursive(path);
 }
 
 std::int64_t clsProcess::WindowToProcessId(std::int64_t /*windowHandle*/) const {

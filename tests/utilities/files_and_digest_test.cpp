@@ -10,6 +10,7 @@
 #include "platform/processes.hpp"
 #include "utilities/cls_log.hpp"
 #include "utilities/cls_small_controls.hpp"
+#include "utilities/file_names.hpp"
 #include "utilities/md5_digest.hpp"
 
 namespace fnrk::utilities {
@@ -58,6 +59,16 @@ TEST_F(UtilityFilesTest, FoldersAreCreatedWithTheirParents) {
     EXPECT_FALSE(io.IsDirectoryCreated((folder_ / "file").string()));
     EXPECT_FALSE(io.IsDirectoryCreated((folder_ / "file" / "sub").string()));
     EXPECT_FALSE(io.IsDirectoryCreated(""));
+    EXPECT_TRUE(CreateFolderRecursive((folder_ / "x" / "y").string()));
+    EXPECT_TRUE(fs::is_directory(folder_ / "x" / "y"));
+}
+
+TEST(FileNamesTest, ReminderNamesLoseOnlyWhatWindowsRefuses) {
+    EXPECT_EQ(ReplaceCharactersReminderFileName(R"(A/B\C:D*E?F"G<H>I|J)"), "A_B_C_D_E_F_G_H_I_J");
+    EXPECT_EQ(ReplaceCharactersReminderFileName("Société Générale. "), "Société Générale");
+    EXPECT_EQ(ReplaceCharactersReminderFileName("tab\there"), "tab_here");
+    EXPECT_EQ(ReplaceCharactersReminderFileName("..."), "");
+    EXPECT_EQ(getScreenDPI(), 96);
 }
 
 TEST_F(UtilityFilesTest, LogFilesAreResetAndGrowByStampedLines) {
