@@ -164,11 +164,7 @@ Status FRCDatabase::GetConnectionType(Handle connection, std::uint16_t& connecti
 // --- settings
 
 Status FRCDatabase::SetServerType(std::uint16_t serverTypes) {
-    if ((serverTypes & (ADS_LOCAL_SERVER | ADS_REMOTE_SERVER | ADS_AIS_SERVER)) == 0) {
-        return Report(AE_INVALID_OPTION);
-    }
-    serverType_ = serverTypes;
-    return AE_SUCCESS;
+    return Report(settings_.SetServerType(serverTypes));
 }
 
 Status FRCDatabase::SetDateFormat(std::string_view format) {

@@ -109,10 +109,7 @@ Status Engine::GetConnectionType(Handle connection, std::uint16_t& connectionTyp
 }
 
 Status Engine::SetServerType(std::uint16_t serverTypes) {
-    if (serverTypes == 0 || serverTypes > (ADS_LOCAL_SERVER | ADS_REMOTE_SERVER | ADS_AIS_SERVER))
-        return Report(AE_INVALID_OPTION);
-    serverTypes_ = serverTypes;
-    return AE_SUCCESS;
+    return Report(settings_.SetServerType(serverTypes));
 }
 
 Status Engine::SetDateFormat(std::string_view format) {

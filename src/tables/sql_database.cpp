@@ -200,10 +200,6 @@ Status SqlDatabase::FindConnection25(std::string_view fullPath, Handle& connecti
                           });
 }
 
-Status SqlDatabase::Disconnect(Handle connection) {
-    return Routed(connection, [&](engine::Operations& o) { return o.Disconnect(connection); });
-}
-
 // --- broadcasts
 
 std::vector<backend::SqlBackend*> SqlDatabase::BroadcastOrder() const {
@@ -218,19 +214,6 @@ std::vector<backend::SqlBackend*> SqlDatabase::BroadcastOrder() const {
     return order;
 }
 
-template <class Call>
-Status SqlDatabase::Broadcast(Call call) {
-    Status first = call(engine_);
-    for (backend::SqlBackend* backend : BroadcastOrder()) {
-        Status status = call(*backend);
-        if (first == engine::AE_SUCCESS) first = status;
-    }
-    return first;
-}
-
-Status SqlDatabase::SetServerType(std::uint16_t serverTypes) {
-    return Broadcast([&](engine::Operations& o) { return o.SetServerType(serverTypes); });
-}
 Status SqlDatabase::SetDateFormat(std::string_view format) {
     dateFormat_ = std::string(format);
     return Broadcast([&](engine::Operations& o) { return o.SetDateFormat(format); });
@@ -242,9 +225,6 @@ Status SqlDatabase::SetEpoch(std::uint16_t century) {
 Status SqlDatabase::ShowDeleted(bool showDeleted) {
     showDeleted_ = showDeleted;
     return Broadcast([&](engine::Operations& o) { return o.ShowDeleted(showDeleted); });
-}
-Status SqlDatabase::GetDeleted(bool& showDeleted) {
-    return Broadcast([&](engine::Operations& o) { return o.GetDeleted(showDeleted); });
 }
 Status SqlDatabase::GetVersion(std::uint32_t& major, std::uint32_t& minor, std::string& letter,
                                std::string& description) {
@@ -261,22 +241,6 @@ Status SqlDatabase::GetVersion(std::uint32_t& major, std::uint32_t& minor, std::
     }
     return first;
 }
-Status SqlDatabase::GetErrorString(Status errorCode, std::string& text) {
-    return Broadcast([&](engine::Operations& o) { return o.GetErrorString(errorCode, text); });
-}
-Status SqlDatabase::RegisterCallbackFunction(ProgressCallback callback, std::uint32_t id) {
-    return Broadcast(
-        [&](engine::Operations& o) { return o.RegisterCallbackFunction(callback, id); });
-}
-Status SqlDatabase::ClearCallbackFunction() {
-    return Broadcast([&](engine::Operations& o) { return o.ClearCallbackFunction(); });
-}
-Status SqlDatabase::CacheOpenCursors(std::uint16_t count) {
-    return Broadcast([&](engine::Operations& o) { return o.CacheOpenCursors(count); });
-}
-Status SqlDatabase::CloseAllTables() {
-    return Broadcast([&](engine::Operations& o) { return o.CloseAllTables(); });
-}
 
 Status SqlDatabase::GetAllTables(std::vector<Handle>& tables) {
     // Each backend adds its own tables to the engine's, so that a table is found by alias
@@ -289,10 +253,6 @@ Status SqlDatabase::GetAllTables(std::vector<Handle>& tables) {
         if (first == engine::AE_SUCCESS) first = status;
     }
     return first;
-}
-
-Status SqlDatabase::GetNumOpenTables(std::uint16_t& count) {
-    return engine_.GetNumOpenTables(count);
 }
 
 // --- error text and configuration
@@ -326,10 +286,6 @@ Status SqlDatabase::GetLastError(Status& errorCode, std::string& text) {
         }
     }
     return first;
-}
-
-Status SqlDatabase::MgGetConfigInfo(Handle managementConnection, MgmtConfig& config) {
-    return engine_.MgGetConfigInfo(managementConnection, config);
 }
 
 Status SqlDatabase::MgGetConfigInfo(Handle managementConnection,

@@ -21,4 +21,11 @@ Status EngineSettings::SetEpoch(std::uint16_t century) {
     return AE_SUCCESS;
 }
 
+Status EngineSettings::SetServerType(std::uint16_t types) {
+    constexpr std::uint16_t known = ADS_LOCAL_SERVER | ADS_REMOTE_SERVER | ADS_AIS_SERVER;
+    if (types == 0 || (types & ~known) != 0) return AE_INVALID_OPTION;
+    serverTypes = types;
+    return AE_SUCCESS;
+}
+
 }  // namespace fnrk::engine::cursor
