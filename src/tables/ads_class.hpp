@@ -86,6 +86,10 @@ class AdsClass {
     // connecting first when needed; 0 when it cannot be had.
     Handle DossierConnection();
     Handle UsersConnection() const { return usersConnection_; }
+    // The connection a table file opened under `alias` goes through (a SQL connection for a
+    // SQL-kept folder), connecting first when needed; 0 when it cannot be had. Tables that a
+    // module creates are created on it.
+    Handle ConnectionOfTableFile(std::string_view alias, std::string_view path);
 
     // ===== opening and closing tables
     // The one routine that opens a table. The structural index (the table's name with ".cdx")
@@ -257,6 +261,8 @@ class AdsClass {
     // Runs a statement on the dossier's connection and returns its cursor (0 on failure, after
     // showing the engine's error). Every SELECT gives a static cursor.
     Handle ExecuteSQL(std::string_view statement);
+    // The same on the connection of the user register (the one "USERS" was opened on).
+    Handle ExecuteUsersSQL(std::string_view statement);
     // The company rows of a user in the user register, ordered by company code; the path
     // cursor ends with sentinel rows.
     Handle LoadUserCursor(std::string_view userName);

@@ -32,14 +32,16 @@ Handle AdsClass::ExecuteSQL(std::string_view statement) {
         statement);
 }
 
+Handle AdsClass::ExecuteUsersSQL(std::string_view statement) {
+    return RunStatement(usersConnection_ != 0 ? usersConnection_ : localConnection_, statement);
+}
+
 Handle AdsClass::LoadUserCursor(std::string_view userName) {
-    return RunStatement(usersConnection_ != 0 ? usersConnection_ : localConnection_,
-                        UserCursorStatement(userName));
+    return ExecuteUsersSQL(UserCursorStatement(userName));
 }
 
 Handle AdsClass::LoadPathCursor(std::string_view userName) {
-    return RunStatement(usersConnection_ != 0 ? usersConnection_ : localConnection_,
-                        PathCursorStatement(userName));
+    return ExecuteUsersSQL(PathCursorStatement(userName));
 }
 
 Handle AdsClass::RunStatement(Handle connection, std::string_view statement) {

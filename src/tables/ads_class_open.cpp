@@ -114,6 +114,11 @@ AdsClass::Handle AdsClass::DossierConnection() {
                                false);
 }
 
+AdsClass::Handle AdsClass::ConnectionOfTableFile(std::string_view alias, std::string_view path) {
+    return ConnectionForFolder(std::filesystem::path(platform::Trim(path)).parent_path().string(),
+                               IsUsersTable(platform::UpperCase(platform::Trim(alias))));
+}
+
 Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::string_view indexFile,
                           std::string_view openMode, std::int32_t flags) {
     std::uint32_t options = 0;
