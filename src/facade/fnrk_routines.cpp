@@ -34,15 +34,18 @@ void FnrkRoutines::ProtectedBy(std::string value) {
 
 void FnrkRoutines::USER_Class(const Variant& value) {
     const std::shared_ptr<VariantObject> given = value.ToObject();
-    auto user = MakeUserObject(
-        given->GetProperty("Name").ToString(), given->GetProperty("Password").ToString(),
-        given->GetProperty("Rights").ToString(), given->GetProperty("language").ToString());
+    // Read one by one, in this order, so that the first missing property is the one named.
+    std::string language = given->GetProperty("language").ToString();
+    std::string name = given->GetProperty("Name").ToString();
+    std::string password = given->GetProperty("Password").ToString();
+    std::string rights = given->GetProperty("Rights").ToString();
     session::SessionUser& current = session::CurrentUser();
-    current.Name = user->GetProperty("Name").ToString();
-    current.Password = user->GetProperty("Password").ToString();
-    current.Rights = user->GetProperty("Rights").ToString();
-    current.language = user->GetProperty("language").ToString();
-    user_ = std::move(user);
+    current.Name = name;
+    current.Password = password;
+    current.Rights = rights;
+    current.language = language;
+    user_ = MakeUserObject(std::move(name), std::move(password), std::move(rights),
+                           std::move(language));
 }
 
 bool FnrkRoutines::ConnexionInternetActive() {
