@@ -47,16 +47,19 @@ class FacadeTest : public ::testing::Test {
 
     static tables::AdsClass& Tables() { return tables::SharedAdsClass(); }
 
-    // Creates a standard table of the company with its tags and rows, and leaves it open.
+    // Creates a table of the company with its tags and rows, and leaves it open under `alias`:
+    // a standard table at its standard place, any other as "<alias>.dbf" in the company folder.
     void CreateTable(const std::string& alias, const std::string& fields, const Tags& tags = {},
                      const std::vector<Row>& rows = {}) {
         tables::SqlDatabase& db = tables::SharedSqlDatabase();
+        const std::string standard = Tables().StandardTablePath(alias);
+        const std::string path =
+            standard.empty() ? (dossier / (alias + ".dbf")).string() : standard;
         engine::Handle table = 0;
-        ASSERT_EQ(
-            db.CreateTable(Tables().DossierConnection(), Tables().StandardTablePath(alias), alias,
-                           engine::ADS_CDX, engine::ADS_ANSI, engine::ADS_COMPATIBLE_LOCKING,
-                           engine::ADS_IGNORERIGHTS, 0, fields, table),
-            engine::AE_SUCCESS)
+        ASSERT_EQ(db.CreateTable(Tables().DossierConnection(), path, alias, engine::ADS_CDX,
+                                 engine::ADS_ANSI, engine::ADS_COMPATIBLE_LOCKING,
+                                 engine::ADS_IGNORERIGHTS, 0, fields, table),
+                  engine::AE_SUCCESS)
             << alias << ": " << Tables().GetAdsLastError();
         for (const auto& [tag, expression] : tags) {
             engine::Handle index = 0;
@@ -65,7 +68,10 @@ class FacadeTest : public ::testing::Test {
                 engine::AE_SUCCESS);
         }
         ASSERT_EQ(db.CloseTable(table), engine::AE_SUCCESS);
-        ASSERT_EQ(Tables().FileOpen(alias), engine::AE_SUCCESS) << alias;
+        ASSERT_EQ(
+            standard.empty() ? Tables().FileOpenExternal(alias, path) : Tables().FileOpen(alias),
+            engine::AE_SUCCESS)
+            << alias;
         for (const Row& row : rows) {
             ASSERT_EQ(Tables().ActivateAlias(alias), engine::AE_SUCCESS);
             ASSERT_EQ(Tables().RecordAdd(), engine::AE_SUCCESS);
