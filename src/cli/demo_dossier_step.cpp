@@ -25,15 +25,33 @@ void Check(bool done, tables::AdsClass& ads, const char* what) {
 struct Table {
     const char* alias;
     const char* fields;
-    const char* tag;  // tag name and expression
+    const char* tag;
+    const char* key;  // the tag's expression
 };
 
+// The VAT-code and country tables answer the invoice writer's look-ups (tax category, scheme of
+// the electronic address).
 constexpr Table kTables[] = {
-    {"PARAM", "ID,C,25,0;VALUE,C,60,0;VALUEEXT,C,60,0", "ID"},
-    {"ACF", "NUMBER,C,10,0;NAME1,C,40,0", "NUMBER"},
+    {"PARAM", "ID,C,25,0;VALUE,C,60,0;VALUEEXT,C,60,0", "ID", "ID"},
+    {"ACF", "NUMBER,C,10,0;NAME1,C,40,0", "NUMBER", "NUMBER"},
     {"ACT", "DBKCODE,C,4,0;DOCNUMBER,C,10,0;ACCOUNTGL,C,10,0;AMOUNT,N,12,2;DOCDATE,D,8,0",
-     "ACCOUNTGL"},
+     "ACCOUNTGL", "ACCOUNTGL"},
+    {"CODEVAT", "CODE,C,6,0;TAXCODE,C,3,0", "SEEKUBLVAT", "CODE"},
+    {"COUNTRY", "CODE,C,3,0;XMLCODE,C,4,0", "SEEKEAS", "CODE"},
 };
+
+struct Lookup {
+    const char* alias;
+    const char* code;
+    const char* field;
+    const char* value;
+};
+
+constexpr Lookup kLookups[] = {{"CODEVAT", "V21", "TAXCODE", "S"},
+                               {"CODEVAT", "V6", "TAXCODE", "S"},
+                               {"CODEVAT", "V0", "TAXCODE", "E"},
+                               {"COUNTRY", "BE", "XMLCODE", "0208"},
+                               {"COUNTRY", "LU", "XMLCODE", "9938"}};
 
 struct Entry {
     const char* journal;
@@ -68,7 +86,7 @@ void BuildDossier(tables::AdsClass& ads) {
                                        ADS_IGNORERIGHTS, 0, table.fields, created) == AE_SUCCESS,
             ads, "CreateTable");
         Handle index = 0;
-        Check(ads.Database().CreateIndex(created, "", table.tag, table.tag, "", "", ADS_COMPOUND,
+        Check(ads.Database().CreateIndex(created, "", table.tag, table.key, "", "", ADS_COMPOUND,
                                          index) == AE_SUCCESS,
               ads, "CreateIndex");
         ads.Database().CloseTable(created);
@@ -91,6 +109,15 @@ void BuildDossier(tables::AdsClass& ads) {
                    {"ACCOUNTGL", std::string(entry.account)},
                    {"AMOUNT", entry.amount},
                    {"DOCDATE", std::string(entry.date)}});
+    }
+    AddRecord(ads, "PARAM",
+              {{"ID", std::string("PEPPOLEMAILSENDER")},
+               {"VALUE", std::string("invoices@soc1.example")}});
+    for (const Lookup& lookup : kLookups) {
+        Check(ads.IsAlias(lookup.alias) || ads.FileOpen(lookup.alias) == AE_SUCCESS, ads,
+              "FileOpen");
+        AddRecord(ads, lookup.alias,
+                  {{"CODE", std::string(lookup.code)}, {lookup.field, std::string(lookup.value)}});
     }
     Check(ads.FileCloseAll(false) == AE_SUCCESS, ads, "FileCloseAll");
 }

@@ -13,7 +13,8 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error);
     } catch (const fnrk::cli::CommandFailure& failure) {
-        std::cerr << "fennrick: " << failure.what() << "\n";
+        // A command that has answered on its output fails without a message of its own.
+        if (*failure.what() != '\0') std::cerr << "fennrick: " << failure.what() << "\n";
         return failure.exitCode();
     } catch (const std::exception& error) {
         std::cerr << "fennrick: " << error.what() << "\n";

@@ -1,0 +1,195 @@
+// The VAT declaration members: the OSS and MOSS consignments written section by section into a
+// document the caller holds (a by-reference argument: left empty, the first header makes a new
+// document there), and the boxes of the Luxembourg VAT return.
+
+#include "declarations/lux_vat_layout.hpp"
+#include "declarations/moss_writer.hpp"
+#include "declarations/oss_writer.hpp"
+#include "declarations/table_representative.hpp"
+#include "facade/facade_error.hpp"
+#include "facade/fnrk_routines.hpp"
+#include "facade/member_table.hpp"
+#include "facade/ubl_member_args.hpp"
+
+namespace fnrk::facade {
+namespace {
+
+using R = FnrkRoutines;
+using namespace args;
+namespace decl = fnrk::declarations;
+
+// The consignment as an object: its one property "xml" is the document's text.
+class DeclarationDocumentObject : public VariantObject {
+  public:
+    std::string_view ClassName() const override { return "DOMDocument"; }
+    std::vector<std::string> PropertyNames() const override { return {"xml"}; }
+    Variant GetProperty(std::string_view name) const override {
+        if (name == "xml") return Variant(document.Serialize());
+        ThrowNoProperty(name);
+    }
+
+    decl::DeclarationDocument document;
+};
+
+// The document of argument 1: the one the caller holds, or a new one when it is empty.
+decl::DeclarationDocument& DocumentOf(CallArgs& a) {
+    Variant& slot = a.Ref(1);
+    if (slot.IsEmpty()) slot = Variant(std::make_shared<DeclarationDocumentObject>());
+    auto* holder = dynamic_cast<DeclarationDocumentObject*>(slot.ToObject().get());
+    if (holder == nullptr) ThrowTypeMismatch("argument 2 is not a declaration document");
+    return holder->document;
+}
+
+decl::DeclarationHeader HeaderFrom(const CallArgs& a) {
+    return decl::DeclarationHeader{a.String(2), a.String(3), a.String(4), a.String(5),
+                                   a.String(6), a.String(7), a.String(8)};
+}
+
+const std::vector<ArgSpec> kHeaderArgs = {kRegistry, ByRef(kObject), kString, kString, kString,
+                                          kString,   kString,        kString, kString};
+
+template <typename Write>
+Variant Section(R& r, CallArgs& a, Write write) {
+    r.Wrapped(a.Value(0), [&] { write(DocumentOf(a)); });
+    return Variant();
+}
+
+void AddOssMembers(MemberTable& table) {
+    table.Method("OssXmlHeader", kHeaderArgs, [](R& r, CallArgs& a) {
+        return Section(r, a, [&](auto& d) { decl::OssXmlHeader(d, HeaderFrom(a)); });
+    });
+    // The representative is the current record of the table open under the alias given last.
+    table.Method("OssXmlHeaderCheckRepresentative", Concat(kHeaderArgs, {kString}),
+                 [](R& r, CallArgs& a) {
+                     return Section(r, a, [&](auto& d) {
+                         const decl::TableRepresentative representative(R::Tables(), a.String(9));
+                         decl::OssXmlHeaderCheckRepresentative(d, HeaderFrom(a), representative);
+                     });
+                 });
+    table.Method("OssXmlHeaderInfo", {kRegistry, ByRef(kObject), kString, kString},
+                 [](R& r, CallArgs& a) {
+                     return Section(r, a, [&](auto& d) {
+                         decl::OssXmlHeaderInfo(d, {a.String(2), a.String(3)});
+                     });
+                 });
+    table.Method("OssXmlNil", {kRegistry, ByRef(kObject)}, [](R& r, CallArgs& a) {
+        return Section(r, a, [&](auto& d) { decl::OssXmlNil(d); });
+    });
+    // Sequence, goods flag, establishment country and VAT number, rate type, rate, VAT amount,
+    // taxable amount, currency.
+    table.Method("OssXmlRow",
+                 {kRegistry, ByRef(kObject), kString, kBoolean, kString, kString, kString, kString,
+                  kString, kString, kString},
+                 [](R& r, CallArgs& a) {
+                     return Section(r, a, [&](auto& d) {
+                         decl::OssXmlRow(d, decl::OssRow{a.String(2),
+                                                         a.Boolean(3),
+                                                         {a.String(4), a.String(5)},
+                                                         a.String(6),
+                                                         a.String(7),
+                                                         a.String(8),
+                                                         a.String(9),
+                                                         a.String(10)});
+                     });
+                 });
+    table.Method(
+        "OssXmlRowCorrection", {kRegistry, ByRef(kObject), kString, kString, kString, kString},
+        [](R& r, CallArgs& a) {
+            return Section(r, a, [&](auto& d) {
+                decl::OssXmlRowCorrection(d, {a.String(2), a.String(3), a.String(4), a.String(5)});
+            });
+        });
+}
+
+void AddMossMembers(MemberTable& table) {
+    table.Method("MossXmlHeader", kHeaderArgs, [](R& r, CallArgs& a) {
+        return Section(r, a, [&](auto& d) { decl::MossXmlHeader(d, HeaderFrom(a)); });
+    });
+    table.Method("MossXmlHeaderCheckRepresentative", Concat(kHeaderArgs, {kString}),
+                 [](R& r, CallArgs& a) {
+                     return Section(r, a, [&](auto& d) {
+                         const decl::TableRepresentative representative(R::Tables(), a.String(9));
+                         decl::MossXmlHeaderCheckRepresentative(d, HeaderFrom(a), representative);
+                     });
+                 });
+    table.Method("MossXmlHeaderInfo", {kRegistry, ByRef(kObject), kString, kString},
+                 [](R& r, CallArgs& a) {
+                     return Section(r, a, [&](auto& d) {
+                         decl::MossXmlHeaderInfo(d, {a.String(2), a.String(3)});
+                     });
+                 });
+    // Sequence, establishment country and VAT number, rate type, rate, VAT, taxable and gross
+    // amounts, currency.
+    table.Method("MossXmlRow",
+                 {kRegistry, ByRef(kObject), kString, kString, kString, kString, kString, kString,
+                  kString, kString, kString},
+                 [](R& r, CallArgs& a) {
+                     return Section(r, a, [&](auto& d) {
+                         decl::MossXmlRow(d, decl::MossRow{a.String(2),
+                                                           {a.String(3), a.String(4)},
+                                                           a.String(5),
+                                                           a.String(6),
+                                                           a.String(7),
+                                                           a.String(8),
+                                                           a.String(9),
+                                                           a.String(10)});
+                     });
+                 });
+    table.Method(
+        "MossXmlFooterInfo", {kRegistry, ByRef(kObject), kString, kString, kString, kString},
+        [](R& r, CallArgs& a) {
+            return Section(r, a, [&](auto& d) {
+                decl::MossXmlFooterInfo(d, {a.String(2), a.String(3), a.String(4), a.String(5)});
+            });
+        });
+}
+
+// One box as an object of named properties.
+std::shared_ptr<PropertyBag> BoxObject(const decl::DeclarationTvaCase& box) {
+    auto object = std::make_shared<PropertyBag>(
+        "DeclarationTvaCase",
+        std::vector<std::string>{"Number", "ValueModified", "ValueOriginal", "XmlNodeNameModified",
+                                 "XmlNodeNameOfficial", "MandatoryOriginal", "MandatoryModified",
+                                 "CaseType", "Total", "Page", "TabOrder", "Label"});
+    object->SetProperty("Number", Variant(box.Number));
+    object->SetProperty("ValueModified", Variant(box.ValueModified));
+    object->SetProperty("ValueOriginal", Variant(box.ValueOriginal));
+    object->SetProperty("XmlNodeNameModified", Variant(box.XmlNodeNameModified));
+    object->SetProperty("XmlNodeNameOfficial", Variant(box.XmlNodeNameOfficial));
+    object->SetProperty("MandatoryOriginal", Variant(box.MandatoryOriginal));
+    object->SetProperty("MandatoryModified", Variant(box.MandatoryModified));
+    object->SetProperty("CaseType", Variant(static_cast<std::int16_t>(box.CaseType)));
+    object->SetProperty("Total", Variant(box.Total));
+    object->SetProperty("Page", Variant(static_cast<std::int16_t>(box.Page)));
+    object->SetProperty("TabOrder", Variant(static_cast<std::int16_t>(box.TabOrder)));
+    object->SetProperty("Label", Variant(box.Label));
+    return object;
+}
+
+void AddLuxMembers(MemberTable& table) {
+    // The boxes of the layout (11 or 12) come back in argument 2 as a collection keyed by number.
+    table.Method("LuxXmlCaseInitialise", {kRegistry, ByRef(kObject), kInteger},
+                 [](R& r, CallArgs& a) {
+                     const std::int16_t layout = a.Integer(2);
+                     r.Wrapped(a.Value(0), [&] {
+                         decl::VatBoxDictionary boxes;
+                         decl::LuxXmlCaseInitialise(boxes, layout);
+                         auto collection = std::make_shared<VariantCollection>();
+                         for (const auto& [number, box] : boxes) {
+                             collection->Add(Variant(BoxObject(box)), number);
+                         }
+                         a.Ref(1) = Variant(collection);
+                     });
+                     return Variant();
+                 });
+}
+
+}  // namespace
+
+void AddDeclarationMembers(MemberTable& table) {
+    AddOssMembers(table);
+    AddMossMembers(table);
+    AddLuxMembers(table);
+}
+
+}  // namespace fnrk::facade

@@ -1,0 +1,62 @@
+#pragma once
+
+// The session objects the whole process shares: made on first use, kept until the process ends,
+// reached by every FnrkRoutines instance. The table access, the configuration file and the
+// application paths live in their own layers (SharedAdsClass, SharedApiIni, SharedAppClass);
+// what is gathered here is what only the façade fills.
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "facade/table_registry.hpp"
+#include "facade/variant.hpp"
+
+namespace fnrk::company {
+class SocParamColClassApi;
+}
+
+namespace fnrk::facade {
+
+class FnrkRoutines;
+
+// The values `Initialize` hands on to the backend dispatch and the table-open layer
+// (positions 12, 14 and 15 to 26 of its list), kept as given.
+struct BackendSettings {
+    std::string position12Text;
+    std::int16_t backendSetting = 0;                          // position 14
+    std::array<std::shared_ptr<VariantObject>, 4> objects{};  // positions 15 to 18
+    std::array<std::int32_t, 3> openSettings{};               // positions 19 to 21
+    std::array<bool, 4> dispatchFlags{};                      // positions 22 to 25
+    std::int32_t lastSetting = 0;                             // position 26
+};
+
+// The current company as the caller names it: its folder, short name, current book year and
+// protecting office. Setting the folder or the short name points the table access at the
+// company's tables.
+struct CompanySession {
+    std::string pathName;
+    std::string socShortName;
+    std::int32_t CurrentBYNum = 0;
+    std::string ProtectedBy;
+};
+
+struct FacadeSession {
+    std::array<std::int32_t, 2> connectionHandles{};
+    BackendSettings backend;
+    TableRegistry registry;
+    CompanySession company;
+};
+
+FacadeSession& SharedSession();
+// The second façade that receives the caller's settings (InitializeDLL, InitializeProperty).
+FnrkRoutines& SharedFnrkRoutines();
+// The company-parameter object every class reads parameters through.
+company::SocParamColClassApi& SharedSocParamColClassApi();
+
+// Points the table access at the company named by the session's folder and short name (the
+// prefix of its table files); nothing while either is empty.
+void ApplyCompanyToTables(const CompanySession& company);
+
+}  // namespace fnrk::facade
