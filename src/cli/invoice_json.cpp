@@ -49,6 +49,16 @@ void ReadPayment(const json& object, const std::string& path, ei::SalesDocument&
     fields.RejectUnknown();
 }
 
+void ReadInvoicePeriod(const json& object, const std::string& path, ei::SalesDocument& d) {
+    JsonFields fields(object, path);
+    d.invoicePeriodStart = Date(fields, "start", true);
+    d.invoicePeriodEnd = Date(fields, "end", true);
+    fields.RejectUnknown();
+    if (!ei::IsoPeriodOf(d.invoicePeriodStart, d.invoicePeriodEnd)) {
+        throw CommandFailure("field " + path + ": the period ends before it starts");
+    }
+}
+
 ei::SalesAllowance ReadAllowance(const json& object, const std::string& path) {
     JsonFields fields(object, path);
     ei::SalesAllowance allowance;
@@ -72,6 +82,7 @@ ei::SalesVatRow ReadVatRow(const json& object, const std::string& path) {
     row.tax = fields.Number("tax", true);
     row.vatCode = fields.Text("vatCode");
     row.exemptionReason = fields.Text("exemptionReason");
+    row.exemptionReasonCode = fields.Text("exemptionReasonCode");
     fields.RejectUnknown();
     return row;
 }
@@ -91,6 +102,7 @@ ei::SalesLine ReadLine(const json& object, const std::string& path) {
     v.vatRate = fields.Number("vatRate");
     v.taxAmount = fields.Number("tax");
     v.exemptionReason = fields.Text("exemptionReason");
+    v.exemptionReasonCode = fields.Text("exemptionReasonCode");
     v.itemCode = fields.Text("itemCode");
     v.itemName = fields.Text("name");
     if (const json* description = fields.Array("description")) {
@@ -182,6 +194,11 @@ ei::SalesDocument ReadSalesDocument(const json& description,
     d.billingReference = fields.Text("billingReference");
     if (const std::string attachment = fields.Text("attachment"); !attachment.empty()) {
         d.attachment = (baseFolder / attachment).string();
+    }
+    d.deliveryDate = Date(fields, "deliveryDate");
+    d.deliverToCountry = fields.Text("deliverToCountry");
+    if (const json* period = fields.Object("invoicePeriod")) {
+        ReadInvoicePeriod(*period, fields.PathOf("invoicePeriod"), d);
     }
 
     JsonFields supplier(*fields.Object("supplier", true), fields.PathOf("supplier"));

@@ -49,8 +49,9 @@ bool clsUBL::InitTableSubTotal() {
 }
 
 bool clsUBL::AddTableSubtotal(double first, double second, double third, std::string_view firstCode,
-                              std::string_view secondCode) {
-    subTotals_.push_back({first, second, third, std::string(firstCode), std::string(secondCode)});
+                              std::string_view secondCode, std::string_view thirdCode) {
+    subTotals_.push_back({first, second, third, std::string(firstCode), std::string(secondCode),
+                          std::string(thirdCode)});
     return true;
 }
 
@@ -77,9 +78,32 @@ XmlElement clsUBL::AddTaxSubtotal(XmlElement total, double taxableAmount, double
 
 XmlElement clsUBL::AddPaymentTerms(std::string_view note, double discountPercent) {
     XmlElement terms = Root().Add("cac:PaymentTerms");
-    terms.AddIfNotEmpty("cbc:Note", note);
+    terms.Add("cbc:Note", note);
     terms.Add("cbc:SettlementDiscountPercent", numbers_.Amount(discountPercent));
     return terms;
+}
+
+void clsUBL::AddInvoicePeriod(const IsoPeriod& period) {
+    if (period.start.empty()) return;
+    XmlElement element = Root().Add("cac:InvoicePeriod");
+    element.Add("cbc:StartDate", period.start);
+    element.Add("cbc:EndDate", period.end);
+}
+
+bool clsUBL::AddDelivery(std::string_view deliveryDate, std::string_view deliverToCountry) {
+    const auto date = IsoDate(deliveryDate);
+    if (!date) return false;
+    const std::string country = platform::UpperCase(platform::Trim(deliverToCountry));
+    if (date->empty() && country.empty()) return true;
+    XmlElement delivery = Root().Add("cac:Delivery");
+    delivery.AddIfNotEmpty("cbc:ActualDeliveryDate", *date);
+    if (!country.empty()) {
+        delivery.Add("cac:DeliveryLocation")
+            .Add("cac:Address")
+            .Add("cac:Country")
+            .Add("cbc:IdentificationCode", country);
+    }
+    return true;
 }
 
 std::string clsUBL::Description() const {
@@ -116,6 +140,12 @@ std::string clsUBL::QuantityPattern() const {
 
 std::string clsUBL::PricePattern() const {
     return DecimalsPattern(DecimalsParam(lookups_, "INVNBDEC"));
+}
+
+void clsUBL::AddPrice(XmlElement line, double unitPrice) {
+    line.Add("cac:Price")
+        .Add("cbc:PriceAmount", numbers_.Pattern(unitPrice, PricePattern()))
+        .Attribute("currencyID", currency_);
 }
 
 bool clsUBL::AddAttachment(std::string_view filePath, bool withDocumentType, bool withFileName) {

@@ -56,7 +56,9 @@ bool clsUBL::InitXML(std::string_view invoiceNumber, std::string_view issueDate,
                      std::string_view currency, int lineCount) {
     const auto issued = IsoDate(issueDate);
     const auto taxPoint = IsoDate(taxPointDate);
-    if (!issued || !taxPoint) return false;
+    // Both dates are always written and the schema takes no empty date: a document needs its
+    // issue date, and without a tax point of its own the VAT falls due on the issue date.
+    if (!issued || issued->empty() || !taxPoint) return false;
     StartDocument(
         "Invoice",
         {{"qdt", "urn:oasis:names:specification:ubl:schema:xsd:QualifiedDatatypes-2"},
@@ -73,12 +75,12 @@ bool clsUBL::InitXML(std::string_view invoiceNumber, std::string_view issueDate,
     root.Add("cbc:ProfileID", kProfileLabel);
     root.Add("cbc:ID", invoiceNumber);
     root.Add("cbc:CopyIndicator", "false");
-    root.AddIfNotEmpty("cbc:IssueDate", *issued);
+    root.Add("cbc:IssueDate", *issued);
     // The root stays "Invoice" for a credit note: only the type code tells them apart.
     root.Add("cbc:InvoiceTypeCode", isCreditNote ? "381" : "380")
         .Attribute("listURI", kInvoiceCodeList);
     root.Add("cbc:Note", note);
-    root.AddIfNotEmpty("cbc:TaxPointDate", *taxPoint);
+    root.Add("cbc:TaxPointDate", taxPoint->empty() ? *issued : *taxPoint);
     root.Add("cbc:DocumentCurrencyCode", currency);
     root.Add("cbc:LineCountNumeric", std::to_string(lineCount));
     return true;
@@ -136,7 +138,7 @@ bool clsUBL::PaymentMeans(std::string_view dueDate, std::string_view structuredR
                                               {"listID", "UN/ECE4461"}});
     means.AddIfNotEmpty("cbc:InstructionID", structuredReference);
     means.Add("cbc:InstructionNote", communication);
-    AddPayeeAccount(means, iban, bic, "schemeName");
+    AddPayeeAccount(means, iban, bic, "schemeName", true);
     return true;
 }
 
@@ -156,7 +158,7 @@ bool clsUBL::AllowanceCharge(bool isCharge, double multiplier, double amount) {
     return true;
 }
 
-bool clsUBL::TaxTotal(double taxAmount) {
+bool clsUBL::TaxTotal(double taxAmount, double cashDiscount) {
     if (!HasDocument()) return false;
     XmlElement total = Root().Add("cac:TaxTotal");
     AddAmount(total, "cbc:TaxAmount", taxAmount);
@@ -164,6 +166,12 @@ bool clsUBL::TaxTotal(double taxAmount) {
         XmlElement subtotal = AddTaxSubtotal(total, row.second, row.third);
         subtotal.Add("cbc:Percent", numbers_.Amount(row.first));
         AddBasicTaxCategory(subtotal, VatCategory(row.firstCode), row.firstCode, nullptr);
+    }
+    if (cashDiscount > 0.0) {
+        XmlElement subtotal = AddTaxSubtotal(total, cashDiscount, 0.0);
+        subtotal.Add("cbc:Percent", numbers_.Amount(0.0));
+        const std::string reason = "Cash Discount";
+        AddBasicTaxCategory(subtotal, "E", "NA", &reason);
     }
     return true;
 }
@@ -202,7 +210,8 @@ bool clsUBL::InvoiceLine(const UblLine& line) {
     }
     XmlElement tax = entry.Add("cac:TaxTotal");
     AddAmount(tax, "cbc:TaxAmount", line.taxAmount);
-    // With its own tax amount, which UBL 2.0 requires of every sub-total.
+    // The line's sub-total keeps its "cbc:TaxAmount" beside the taxable amount, percent and
+    // category: the UBL 2.0 schema requires a tax amount in every "cac:TaxSubtotal".
     XmlElement subtotal = AddTaxSubtotal(tax, line.lineAmount, line.taxAmount);
     subtotal.Add("cbc:Percent", numbers_.Amount(line.vatRate));
     AddBasicTaxCategory(subtotal, VatCategory(line.vatCode), line.vatCode, &line.exemptionReason);
@@ -210,7 +219,7 @@ bool clsUBL::InvoiceLine(const UblLine& line) {
     const std::string description = Description();
     if (!description.empty()) item.Add("cbc:Description", description);
     item.Add("cac:SellersItemIdentification").Add("cbc:ID", line.itemCode);
-    AddAmount(entry.Add("cac:Price"), "cbc:PriceAmount", line.unitPrice);
+    AddPrice(entry, line.unitPrice);
     return true;
 }
 

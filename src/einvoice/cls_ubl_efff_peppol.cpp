@@ -52,10 +52,12 @@ XmlDocument::Namespaces EfffNamespaces(bool isCreditNote) {
 
 bool clsUBL::InitEfffPEPPOL(std::string_view invoiceNumber, std::string_view issueDate,
                             bool isCreditNote, std::string_view note, std::string_view taxPointDate,
-                            std::string_view currency, bool plainPeppol) {
+                            std::string_view currency, bool plainPeppol,
+                            std::string_view periodStart, std::string_view periodEnd) {
     const auto issued = IsoDate(issueDate);
     const auto taxPoint = IsoDate(taxPointDate);
-    if (!issued || !taxPoint) return false;
+    const auto period = IsoPeriodOf(periodStart, periodEnd);
+    if (!issued || !taxPoint || !period) return false;
     StartDocument(isCreditNote ? "CreditNote" : "Invoice", EfffNamespaces(isCreditNote), currency,
                   isCreditNote);
     XmlElement root = Root();
@@ -66,7 +68,8 @@ bool clsUBL::InitEfffPEPPOL(std::string_view invoiceNumber, std::string_view iss
     root.Add("cbc:ID", invoiceNumber);
     root.AddIfNotEmpty("cbc:IssueDate", *issued);
     if (isCreditNote) {
-        // The credit note places the tax point date before the note.
+        // The UBL 2.1 CreditNote schema orders the tax point date before the note (the Invoice
+        // schema after it), so a credit note cannot put its note first.
         root.AddIfNotEmpty("cbc:TaxPointDate", *taxPoint);
         root.AddIfNotEmpty("cbc:Note", note);
     } else {
@@ -75,6 +78,7 @@ bool clsUBL::InitEfffPEPPOL(std::string_view invoiceNumber, std::string_view iss
         root.AddIfNotEmpty("cbc:TaxPointDate", *taxPoint);
     }
     root.Add("cbc:DocumentCurrencyCode", currency).Attribute("listID", "ISO4217");
+    AddInvoicePeriod(*period);
     return true;
 }
 
@@ -107,7 +111,7 @@ bool clsUBL::AddEfffParty(std::string_view sectionName, const UblParty& values, 
     address.Add("cac:Country")
         .Add("cbc:IdentificationCode", values.countryCode)
         .Attribute("listID", "ISO3166-1:Alpha2");
-    if (!isCustomer || !customerWithoutVat_) {
+    if (!(isCustomer ? customerWithoutVat_ : supplierWithoutVat_)) {
         XmlElement scheme = party.Add("cac:PartyTaxScheme");
         scheme.Add("cbc:CompanyID", values.vatNumber)
             .Attribute("schemeID", endpoint.taxSchemeOfVat);
@@ -127,8 +131,12 @@ bool clsUBL::AccountingSupplierPartEfffPEPPOL(const UblParty& supplier) {
     return AddEfffParty("cac:AccountingSupplierParty", supplier, false);
 }
 
-bool clsUBL::AccountingCustomerPartEfffPEPPOL(const UblParty& customer) {
-    return AddEfffParty("cac:AccountingCustomerParty", customer, true);
+bool clsUBL::AccountingCustomerPartEfffPEPPOL(const UblParty& customer,
+                                              std::string_view deliveryDate,
+                                              std::string_view deliverToCountry) {
+    if (!IsoDate(deliveryDate)) return false;
+    return AddEfffParty("cac:AccountingCustomerParty", customer, true) &&
+           AddDelivery(deliveryDate, deliverToCountry);
 }
 
 bool clsUBL::PaymentMeansEfffPEPPOL(std::string_view dueDate, std::string_view structuredReference,
@@ -137,7 +145,7 @@ bool clsUBL::PaymentMeansEfffPEPPOL(std::string_view dueDate, std::string_view s
     if (!HasDocument() || !due) return false;
     XmlElement means = AddPaymentMeans(*due, {{"listID", "UNCL4461"}});
     means.AddIfNotEmpty("cbc:PaymentID", PaymentReference(structuredReference));
-    AddPayeeAccount(means, CompactIban(iban), bic, "schemeID");
+    AddPayeeAccount(means, CompactIban(iban), bic, "schemeID", false);
     return true;
 }
 
@@ -177,13 +185,15 @@ bool clsUBL::TaxTotalEfffPEPPOL(double taxAmount, double cashDiscount) {
         XmlElement subtotal = AddTaxSubtotal(total, row.second, row.third);
         const std::string category = VatCategoryOrDefault(row.firstCode, row.first);
         const std::string reason = TaxExemptionReason(category, row.secondCode);
+        const std::string reasonCode = TaxExemptionReasonCode(category, row.thirdCode);
         AddTaxCategory(subtotal, "cac:TaxCategory",
-                       {category, "UNCL5305", row.firstCode, row.first, reason}, numbers_);
+                       {category, "UNCL5305", row.firstCode, row.first, reason, reasonCode},
+                       numbers_);
     }
     if (cashDiscount > 0.0) {
         XmlElement subtotal = AddTaxSubtotal(total, cashDiscount, 0.0);
-        AddTaxCategory(subtotal, "cac:TaxCategory", {"E", "UNCL5305", "NA", 0.0, "Cash Discount"},
-                       numbers_);
+        AddTaxCategory(subtotal, "cac:TaxCategory",
+                       {"E", "UNCL5305", "NA", 0.0, "Cash Discount", {}}, numbers_);
     }
     return true;
 }
@@ -209,7 +219,8 @@ bool clsUBL::InvoiceLineEfffPEPPOL(const UblLine& line) {
         .Attribute("unitCode", "NAR")
         .Attribute("unitCodeListID", "UNECERec20");
     AddAmount(entry, "cbc:LineExtensionAmount", line.lineAmount);
-    // The invoice line carries its allowance before its tax total, the credit-note line after.
+    // The UBL 2.1 schemas order the line's allowance before its tax total in an invoice line
+    // and after it in a credit-note line; each line follows its own schema.
     const auto addDiscount = [&] {
         if (line.discountAmount == 0.0) return;
         XmlElement discount = entry.Add("cac:AllowanceCharge");
@@ -223,15 +234,17 @@ bool clsUBL::InvoiceLineEfffPEPPOL(const UblLine& line) {
     AddAmount(tax, "cbc:TaxAmount", line.taxAmount);
     XmlElement subtotal = AddTaxSubtotal(tax, line.lineAmount, line.taxAmount);
     const std::string reason = TaxExemptionReason(category, line.exemptionReason);
+    const std::string reasonCode = TaxExemptionReasonCode(category, line.exemptionReasonCode);
     AddTaxCategory(subtotal, "cac:TaxCategory",
-                   {category, "UNCL5305", line.vatCode, line.vatRate, reason}, numbers_);
+                   {category, "UNCL5305", line.vatCode, line.vatRate, reason, reasonCode},
+                   numbers_);
     if (creditNote_) addDiscount();
     XmlElement item = entry.Add("cac:Item");
     item.AddIfNotEmpty("cbc:Description", Description());
     item.Add("cac:SellersItemIdentification").Add("cbc:ID", line.itemCode);
-    AddTaxCategory(item, "cac:ClassifiedTaxCategory", {category, "UNCL5305", {}, line.vatRate, {}},
-                   numbers_);
-    AddAmount(entry.Add("cac:Price"), "cbc:PriceAmount", line.unitPrice);
+    AddTaxCategory(item, "cac:ClassifiedTaxCategory",
+                   {category, "UNCL5305", {}, line.vatRate, {}, {}}, numbers_);
+    AddPrice(entry, line.unitPrice);
     return true;
 }
 

@@ -18,10 +18,12 @@ constexpr std::string_view kProfileId = "urn:fdc:peppol.eu:2017:poacc:billing:01
 
 bool clsUBL::InitPeppolFormat(std::string_view invoiceNumber, std::string_view issueDate,
                               std::string_view dueDate, bool isCreditNote, std::string_view note,
-                              std::string_view currency) {
+                              std::string_view currency, std::string_view periodStart,
+                              std::string_view periodEnd) {
     const auto issued = IsoDate(issueDate);
     const auto due = IsoDate(dueDate);
-    if (!issued || !due) return false;
+    const auto period = IsoPeriodOf(periodStart, periodEnd);
+    if (!issued || !due || !period) return false;
     const std::string rootName = isCreditNote ? "CreditNote" : "Invoice";
     StartDocument(
         rootName,
@@ -37,7 +39,8 @@ bool clsUBL::InitPeppolFormat(std::string_view invoiceNumber, std::string_view i
     root.Add("cbc:ID", invoiceNumber);
     root.AddIfNotEmpty("cbc:IssueDate", *issued);
     if (isCreditNote) {
-        // A credit note has no due date of its own: it goes with the payment means.
+        // The UBL 2.1 CreditNote schema has no header "cbc:DueDate": a credit note's due date
+        // travels as the payment due date of its payment means.
         root.Add("cbc:CreditNoteTypeCode", "381");
     } else {
         root.AddIfNotEmpty("cbc:DueDate", *due);
@@ -45,6 +48,7 @@ bool clsUBL::InitPeppolFormat(std::string_view invoiceNumber, std::string_view i
     }
     root.AddIfNotEmpty("cbc:Note", note);
     root.Add("cbc:DocumentCurrencyCode", currency);
+    AddInvoicePeriod(*period);
     return true;
 }
 
@@ -63,9 +67,11 @@ bool clsUBL::AddAdditionalDocRefPeppolFormat(std::string_view filePath) {
 bool clsUBL::AddPeppolParty(std::string_view sectionName, const UblParty& values, bool isCustomer) {
     if (!HasDocument()) return false;
     XmlElement party = Root().Add(sectionName).Add("cac:Party");
+    // An identifier set by SetCustomerPEPPOLID is the receiver's registered address: it is
+    // written as given, country prefix included (scheme 9925, for one, keeps its "BE").
     const bool ownEndpoint = isCustomer && !platform::Trim(customerPeppolId_).empty();
     const std::string endpointId =
-        PeppolEndpointId(ownEndpoint ? customerPeppolId_ : values.vatNumber, values.countryCode);
+        ownEndpoint ? customerPeppolId_ : PeppolEndpointId(values.vatNumber, values.countryCode);
     const std::string scheme =
         ownEndpoint ? customerPeppolScheme_ : lookups_.EasScheme(values.countryCode);
     party.Add("cbc:EndpointID", endpointId).Attribute("schemeID", platform::Trim(scheme));
@@ -75,12 +81,19 @@ bool clsUBL::AddPeppolParty(std::string_view sectionName, const UblParty& values
     address.AddIfNotEmpty("cbc:CityName", values.city);
     address.AddIfNotEmpty("cbc:PostalZone", values.postalCode);
     address.Add("cac:Country").Add("cbc:IdentificationCode", values.countryCode);
-    if (!isCustomer || !customerWithoutVat_) {
+    const bool withoutVat = isCustomer ? customerWithoutVat_ : supplierWithoutVat_;
+    if (!withoutVat) {
         XmlElement taxScheme = party.Add("cac:PartyTaxScheme");
         taxScheme.Add("cbc:CompanyID", values.vatNumber);
         taxScheme.Add("cac:TaxScheme").Add("cbc:ID", "VAT");
     }
-    party.Add("cac:PartyLegalEntity").Add("cbc:RegistrationName", values.name);
+    XmlElement legalEntity = party.Add("cac:PartyLegalEntity");
+    legalEntity.Add("cbc:RegistrationName", values.name);
+    // A supplier must be identified (BR-CO-26): without its VAT number, by its registration
+    // number, which is the endpoint derived from it.
+    if (!isCustomer && withoutVat) {
+        legalEntity.Add("cbc:CompanyID", endpointId).Attribute("schemeID", platform::Trim(scheme));
+    }
     const std::string email =
         isCustomer ? values.email : platform::Trim(lookups_.ParamValue("PEPPOLEmailSender"));
     const std::string telephone = isCustomer ? platform::Trim(values.telephone) : std::string();
@@ -102,8 +115,11 @@ bool clsUBL::SetCustomerPEPPOLID(std::string_view endpointId, std::string_view s
     return true;
 }
 
-bool clsUBL::AccountingCustomerFormat(const UblParty& customer) {
-    return AddPeppolParty("cac:AccountingCustomerParty", customer, true);
+bool clsUBL::AccountingCustomerFormat(const UblParty& customer, std::string_view deliveryDate,
+                                      std::string_view deliverToCountry) {
+    if (!IsoDate(deliveryDate)) return false;
+    return AddPeppolParty("cac:AccountingCustomerParty", customer, true) &&
+           AddDelivery(deliveryDate, deliverToCountry);
 }
 
 bool clsUBL::PaymentMeansFormat(std::string_view dueDate, std::string_view structuredReference,
@@ -126,10 +142,11 @@ bool clsUBL::PaymentMeansFormat(std::string_view dueDate, std::string_view struc
 bool clsUBL::PaymentTermsFormat(std::string_view discountDays, double discountPercent,
                                 double discountAmount, double payableAmount) {
     if (!HasDocument() || platform::Trim(discountDays).empty()) return false;
+    // The note ends with "€ " and is written whole, its final blank included.
     Root()
         .Add("cac:PaymentTerms")
-        .Add("cbc:Note", CashDiscountNote(discountDays, discountPercent, discountAmount,
-                                          payableAmount, numbers_));
+        .AddVerbatim("cbc:Note", CashDiscountNote(discountDays, discountPercent, discountAmount,
+                                                  payableAmount, numbers_));
     return true;
 }
 
@@ -152,7 +169,7 @@ bool clsUBL::AllowanceChargeFormat(bool isCharge, std::string_view reason, doubl
     allowance.AddIfNotEmpty("cbc:AllowanceChargeReason", reason);
     AddAmount(allowance, "cbc:Amount", amount);
     const std::string category = VatCategoryOrDefault(vatCode, vatRate);
-    AddTaxCategory(allowance, "cac:TaxCategory", {category, {}, {}, vatRate, {}}, numbers_);
+    AddTaxCategory(allowance, "cac:TaxCategory", {category, {}, {}, vatRate, {}, {}}, numbers_);
     return true;
 }
 
@@ -160,8 +177,10 @@ bool clsUBL::TaxTotalFormat(double taxAmount, double cashDiscount) {
     if (!HasDocument()) return false;
     XmlElement total = Root().Add("cac:TaxTotal");
     AddAmount(total, "cbc:TaxAmount", taxAmount);
-    // The profile allows one exempt breakdown only: with exempt rows of its own the document
-    // adds its cash discount to the first of them; without, it gets a "Cash Discount" row.
+    // The cash discount gets a "Cash Discount" row of its own only when the document has no
+    // exempt row: the rule on exempt breakdowns (BR-E-08) compares the taxable amount of each
+    // "E" row with the sum over every exempt line, allowance and charge, so two "E" rows cannot
+    // both hold. With exempt rows of its own, the document adds the cash discount to the first.
     bool cashDiscountWritten = cashDiscount <= 0.0;
     for (const SubTotalRow& row : subTotals_) {
         const std::string category = VatCategoryOrDefault(row.firstCode, row.first);
@@ -172,12 +191,14 @@ bool clsUBL::TaxTotalFormat(double taxAmount, double cashDiscount) {
         }
         XmlElement subtotal = AddTaxSubtotal(total, taxable, row.third);
         const std::string reason = TaxExemptionReason(category, row.secondCode);
-        AddTaxCategory(subtotal, "cac:TaxCategory", {category, {}, {}, row.first, reason},
-                       numbers_);
+        const std::string reasonCode = TaxExemptionReasonCode(category, row.thirdCode);
+        AddTaxCategory(subtotal, "cac:TaxCategory",
+                       {category, {}, {}, row.first, reason, reasonCode}, numbers_);
     }
     if (!cashDiscountWritten) {
         XmlElement subtotal = AddTaxSubtotal(total, cashDiscount, 0.0);
-        AddTaxCategory(subtotal, "cac:TaxCategory", {"E", {}, {}, 0.0, "Cash Discount"}, numbers_);
+        AddTaxCategory(subtotal, "cac:TaxCategory", {"E", {}, {}, 0.0, "Cash Discount", {}},
+                       numbers_);
     }
     return true;
 }
@@ -228,11 +249,9 @@ bool clsUBL::InvoiceLineFormat(const UblLine& line) {
         item.Add("cac:SellersItemIdentification").Add("cbc:ID", line.itemCode);
     }
     const std::string category = VatCategoryOrDefault(line.vatCode, line.vatRate);
-    AddTaxCategory(item, "cac:ClassifiedTaxCategory", {category, {}, {}, line.vatRate, {}},
+    AddTaxCategory(item, "cac:ClassifiedTaxCategory", {category, {}, {}, line.vatRate, {}, {}},
                    numbers_);
-    entry.Add("cac:Price")
-        .Add("cbc:PriceAmount", numbers_.Pattern(line.unitPrice, PricePattern()))
-        .Attribute("currencyID", currency_);
+    AddPrice(entry, line.unitPrice);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "einvoice/payment_texts.hpp"
 
+#include <utility>
+
 #include "platform/text.hpp"
 
 namespace fnrk::einvoice {
@@ -48,13 +50,29 @@ bool HasTaxExemptionReasonMarker(std::string_view text) {
 }
 
 std::string TaxExemptionReason(std::string_view category, std::string_view given) {
-    // "E" takes the UN/EDIFACT 5305 name of its category; "AE" (reverse charge) is exempt at the
-    // seller's side, hence "Exempted". Other categories carry no exemption reason.
+    // The categories whose sub-total must say why no VAT is charged. "E" takes the UN/EDIFACT
+    // 5305 name of its category; "AE" (reverse charge) is exempt at the seller's side, hence
+    // "Exempted"; the others take the standard texts of their exemption reason codes. Other
+    // categories carry no exemption reason.
+    static constexpr std::pair<std::string_view, std::string_view> kStandardReasons[] = {
+        {"E", "Exempt from tax"},
+        {"AE", "Exempted"},
+        {"K", "Intra-community supply"},
+        {"G", "Export outside the EU"},
+        {"O", "Not subject to VAT"}};
     const std::string code = platform::UpperCase(platform::Trim(category));
-    if (code != "E" && code != "AE") return {};
-    const std::string text = platform::Trim(given);
-    if (!text.empty() && !HasTaxExemptionReasonMarker(text)) return text;
-    return code == "E" ? "Exempt from tax" : "Exempted";
+    for (const auto& [letter, standard] : kStandardReasons) {
+        if (code != letter) continue;
+        const std::string text = platform::Trim(given);
+        if (!text.empty() && !HasTaxExemptionReasonMarker(text)) return text;
+        return std::string(standard);
+    }
+    return {};
+}
+
+std::string TaxExemptionReasonCode(std::string_view category, std::string_view given) {
+    if (TaxExemptionReason(category, "").empty()) return {};
+    return platform::UpperCase(platform::Trim(given));
 }
 
 }  // namespace fnrk::einvoice

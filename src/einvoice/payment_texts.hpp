@@ -28,9 +28,13 @@ std::string VatBaseAllowanceReason(bool isCashDiscount, double percent,
 // True when the text, upper-cased and trimmed and framed by "*", holds "*TAXEXEMPTIONREASON*".
 bool HasTaxExemptionReasonMarker(std::string_view text);
 
-// The exemption reason written for a tax category, or "" when the category takes none. `given`
-// is the caller's reason text; empty or carrying the marker, it gives way to the standard
-// wording of the category.
+// The exemption reason written for a tax category ("E", "AE", "K", "G" or "O"), or "" when the
+// category takes none. `given` is the caller's reason text; empty or carrying the marker, it
+// gives way to the standard wording of the category.
 std::string TaxExemptionReason(std::string_view category, std::string_view given);
+
+// The caller's exemption reason code ("VATEX-EU-IC", ...) upper-cased, for the categories that
+// take an exemption reason; "" for the others, which must not carry one.
+std::string TaxExemptionReasonCode(std::string_view category, std::string_view given);
 
 }  // namespace fnrk::einvoice

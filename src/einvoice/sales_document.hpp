@@ -38,6 +38,7 @@ struct SalesVatRow {
     double tax = 0.0;
     std::string vatCode;
     std::string exemptionReason;
+    std::string exemptionReasonCode;
 };
 
 struct SalesLine {
@@ -56,6 +57,11 @@ struct SalesDocument {
     std::string orderReference;
     std::string billingReference;  // the invoice a credit note corrects
     std::string attachment;        // path of the PDF image of the document
+    // Where and when the goods went (an intra-community supply must say it), "DD/MM/YYYY".
+    std::string deliveryDate;
+    std::string deliverToCountry;
+    std::string invoicePeriodStart;
+    std::string invoicePeriodEnd;
 
     UblParty supplier;
     UblParty customer;
@@ -88,7 +94,8 @@ struct SalesDocument {
 };
 
 // Writes the document to `path`; false (and no file) when a section is refused or the file
-// cannot be saved.
+// cannot be saved. A document with a VAT row not subject to VAT ("O") shows neither party's VAT
+// number, as that category requires.
 bool WriteSalesDocument(const SalesDocument& document, InvoiceProfile profile,
                         const InvoiceLookups& lookups, const std::string& path);
 

@@ -13,7 +13,8 @@ std::string AmountText(double value) {
 void FillSubTotals(clsUBL& writer, const SalesDocument& document) {
     writer.InitTableSubTotal();
     for (const SalesVatRow& row : document.vatRows) {
-        writer.AddTableSubtotal(row.rate, row.taxable, row.tax, row.vatCode, row.exemptionReason);
+        writer.AddTableSubtotal(row.rate, row.taxable, row.tax, row.vatCode, row.exemptionReason,
+                                row.exemptionReasonCode);
     }
 }
 
@@ -38,7 +39,7 @@ bool WriteBasic(clsUBL& writer, const SalesDocument& d) {
         writer.AllowanceCharge(allowance.isCharge, allowance.percent, allowance.amount);
     }
     FillSubTotals(writer, d);
-    writer.TaxTotal(d.taxTotal);
+    writer.TaxTotal(d.taxTotal, d.cashDiscount);
     writer.LegalMonetaryTotal(AmountText(d.lineTotal), AmountText(d.totalWithoutTax),
                               AmountText(d.totalWithTax), AmountText(d.allowanceTotal),
                               AmountText(d.prepaidAmount), AmountText(d.payableAmount));
@@ -51,7 +52,7 @@ bool WriteBasic(clsUBL& writer, const SalesDocument& d) {
 
 bool WriteEfffPeppol(clsUBL& writer, const SalesDocument& d) {
     if (!writer.InitEfffPEPPOL(d.number, d.issueDate, d.isCreditNote, d.note, d.taxPointDate,
-                               d.currency, false)) {
+                               d.currency, false, d.invoicePeriodStart, d.invoicePeriodEnd)) {
         return false;
     }
     // The references come before the attachment, as the UBL 2.1 schema orders them.
@@ -59,7 +60,9 @@ bool WriteEfffPeppol(clsUBL& writer, const SalesDocument& d) {
     writer.BillingReferenceEfffPEPPOL(d.billingReference);
     if (!d.attachment.empty()) writer.AddAdditionalDocRefEfffPEPPOL(d.attachment);
     writer.AccountingSupplierPartEfffPEPPOL(d.supplier);
-    writer.AccountingCustomerPartEfffPEPPOL(d.customer);
+    if (!writer.AccountingCustomerPartEfffPEPPOL(d.customer, d.deliveryDate, d.deliverToCountry)) {
+        return false;
+    }
     if (!writer.PaymentMeansEfffPEPPOL(d.dueDate, d.structuredReference, d.iban, d.bic)) {
         return false;
     }
@@ -86,7 +89,7 @@ bool WriteEfffPeppol(clsUBL& writer, const SalesDocument& d) {
 
 bool WritePeppolV3(clsUBL& writer, const SalesDocument& d) {
     if (!writer.InitPeppolFormat(d.number, d.issueDate, d.dueDate, d.isCreditNote, d.note,
-                                 d.currency)) {
+                                 d.currency, d.invoicePeriodStart, d.invoicePeriodEnd)) {
         return false;
     }
     writer.OrderReferencePeppolFormat(d.orderReference);
@@ -94,7 +97,9 @@ bool WritePeppolV3(clsUBL& writer, const SalesDocument& d) {
     if (!d.attachment.empty()) writer.AddAdditionalDocRefPeppolFormat(d.attachment);
     writer.AccountingSupplierPartFormat(d.supplier);
     writer.SetCustomerPEPPOLID(d.customerPeppolId, d.customerPeppolScheme);
-    writer.AccountingCustomerFormat(d.customer);
+    if (!writer.AccountingCustomerFormat(d.customer, d.deliveryDate, d.deliverToCountry)) {
+        return false;
+    }
     if (!writer.PaymentMeansFormat(d.dueDate, d.structuredReference, d.iban, d.bic)) {
         return false;
     }
@@ -123,6 +128,17 @@ bool WritePeppolV3(clsUBL& writer, const SalesDocument& d) {
     return true;
 }
 
+bool HasRowNotSubjectToVat(const SalesDocument& document, const InvoiceLookups& lookups) {
+    for (const SalesVatRow& row : document.vatRows) {
+        const std::string code = platform::Trim(row.vatCode);
+        if (!code.empty() &&
+            platform::UpperCase(platform::Trim(lookups.UblVatCategory(code))) == "O") {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 std::optional<InvoiceProfile> ProfileFromFormatWord(std::string_view word) {
@@ -136,7 +152,9 @@ std::optional<InvoiceProfile> ProfileFromFormatWord(std::string_view word) {
 bool WriteSalesDocument(const SalesDocument& document, InvoiceProfile profile,
                         const InvoiceLookups& lookups, const std::string& path) {
     clsUBL writer(lookups);
-    writer.CustomerWithoutVat(document.customerWithoutVat);
+    const bool notSubjectToVat = HasRowNotSubjectToVat(document, lookups);
+    writer.SupplierWithoutVat(notSubjectToVat);
+    writer.CustomerWithoutVat(document.customerWithoutVat || notSubjectToVat);
     writer.fileName(path);
     bool written = false;
     switch (profile) {

@@ -104,10 +104,10 @@ SalesDocument SampleSalesDocument(bool isCreditNote, const std::string& attachme
                     cashBack};
 
     // The exempt row's own 200.00; the cash discount is added to it by the tax total.
-    d.vatRows = {{21.0, 460.60, 96.73, "V21", ""},
-                 {12.0, 352.80, 42.34, "V12", ""},
-                 {6.0, 117.60, 7.06, "V6", ""},
-                 {0.0, 200.00, 0.0, "V0", "TAXEXEMPTIONREASON"}};
+    d.vatRows = {{21.0, 460.60, 96.73, "V21", "", ""},
+                 {12.0, 352.80, 42.34, "V12", "", ""},
+                 {6.0, 117.60, 7.06, "V6", "", ""},
+                 {0.0, 200.00, 0.0, "V0", "TAXEXEMPTIONREASON", ""}};
     d.taxTotal = 146.13;
     d.cashDiscount = 19.00;
     d.lineTotal = 1180.00;

@@ -34,16 +34,18 @@ struct UblLine {
     std::string itemCode;
     std::string itemName;  // PEPPOL BIS 3; the first description line when empty
     double unitPrice = 0.0;
+    std::string exemptionReasonCode;  // such as "VATEX-EU-IC"; written only when given
 };
 
 // One row per VAT rate. The writers read the amounts as rate (percent), taxable amount and tax
-// amount, the codes as VAT code and tax exemption reason.
+// amount, the codes as VAT code, tax exemption reason and tax exemption reason code.
 struct SubTotalRow {
     double first = 0.0;
     double second = 0.0;
     double third = 0.0;
     std::string firstCode;
     std::string secondCode;
+    std::string thirdCode;
 };
 
 }  // namespace fnrk::einvoice

@@ -73,4 +73,13 @@ std::optional<std::string> IsoDate(std::string_view date) {
     return std::nullopt;
 }
 
+std::optional<IsoPeriod> IsoPeriodOf(std::string_view start, std::string_view end) {
+    auto first = IsoDate(start);
+    auto last = IsoDate(end);
+    if (!first || !last || first->empty() != last->empty()) return std::nullopt;
+    // ISO dates compare as text.
+    if (*last < *first) return std::nullopt;
+    return IsoPeriod{std::move(*first), std::move(*last)};
+}
+
 }  // namespace fnrk::einvoice

@@ -39,4 +39,14 @@ double ParseNumber(std::string_view text);
 // (blank, or "  /  /    ") -> ""; anything else -> nothing.
 std::optional<std::string> IsoDate(std::string_view date);
 
+// An invoicing period as two "YYYY-MM-DD" dates, both empty when there is none.
+struct IsoPeriod {
+    std::string start;
+    std::string end;
+};
+
+// Both dates read by IsoDate; nothing when either cannot be read, when only one is given or
+// when the period ends before it starts.
+std::optional<IsoPeriod> IsoPeriodOf(std::string_view start, std::string_view end);
+
 }  // namespace fnrk::einvoice

@@ -34,6 +34,10 @@ std::string XmlSafeText(std::string_view text) {
 }
 
 XmlElement XmlElement::Add(std::string_view qualifiedName, std::string_view text) {
+    return AddVerbatim(qualifiedName, platform::Trim(text));
+}
+
+XmlElement XmlElement::AddVerbatim(std::string_view qualifiedName, std::string_view text) {
     const std::string name(qualifiedName);
     const auto colon = name.find(':');
     xmlNsPtr ns = nullptr;
@@ -44,7 +48,7 @@ XmlElement XmlElement::Add(std::string_view qualifiedName, std::string_view text
     }
     xmlNodePtr child = xmlNewDocNode(node_->doc, ns, Chars(localName), nullptr);
     xmlAddChild(node_, child);
-    const std::string content = XmlSafeText(platform::Trim(text));
+    const std::string content = XmlSafeText(text);
     if (!content.empty()) xmlNodeAddContent(child, Chars(content));
     return XmlElement(child);
 }

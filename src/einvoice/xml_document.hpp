@@ -24,7 +24,9 @@ class XmlElement {
 
     // Appends a child "prefix:name" holding the trimmed text (no text node when empty).
     XmlElement Add(std::string_view qualifiedName, std::string_view text = {});
-    // Same, but leaves the element out when the trimmed text is empty.
+    // Same, with the text as given, blanks around it kept.
+    XmlElement AddVerbatim(std::string_view qualifiedName, std::string_view text);
+    // Like Add, but leaves the element out when the trimmed text is empty.
     void AddIfNotEmpty(std::string_view qualifiedName, std::string_view text);
     XmlElement& Attribute(std::string_view name, std::string_view value);
     // The bytes as base64 text content.

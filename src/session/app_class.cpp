@@ -1,5 +1,7 @@
 #include "session/app_class.hpp"
 
+#include <algorithm>
+
 #include "platform/file_system.hpp"
 #include "platform/paths.hpp"
 #include "platform/special_folders.hpp"
@@ -31,7 +33,11 @@ std::string AppClass::TempPath() const {
 }
 
 bool AppClass::MakeAnyDir(std::string_view path) const {
-    const std::string folder = WithTrailingSeparator(path, kPathSep);
+    // A path in Windows form ("K:\DATA\SOC1") is walked by its backslashes too; each folder,
+    // drive root included, then reaches the file system through the drive map.
+    std::string text(path);
+    std::replace(text.begin(), text.end(), '\\', kPathSep);
+    const std::string folder = WithTrailingSeparator(text, kPathSep);
     if (IsBareDriveRoot(folder, kPathSep) && platform::FolderExists(folder)) return true;
     const std::vector<std::string> folders = FoldersToCreate(folder, kPathSep);
     for (const std::string& each : folders) platform::CreateFolder(each);  // errors ignored

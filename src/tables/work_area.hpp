@@ -22,8 +22,9 @@
 
 namespace fnrk::tables {
 
-// The most fields one structure definition may hold.
-inline constexpr int kMaxStructureFields = 50;
+// The most fields one structure definition may hold: as many as a table may (255 in a DBF
+// header), so that any structure copied with SXCOPYSTRU can be created again.
+inline constexpr int kMaxStructureFields = 255;
 
 class WorkAreas {
   public:

@@ -89,7 +89,52 @@ TEST_F(BasicFamilyTest, CreditNoteKeepsTheInvoiceRoot) {
     const testing::XmlProbe xml = Save();
     EXPECT_EQ(xml.Count("/doc:Invoice"), 1);
     EXPECT_EQ(xml.Text("/doc:Invoice/cbc:InvoiceTypeCode"), "381");
-    EXPECT_EQ(xml.Count("//cbc:TaxPointDate"), 0);
+}
+
+TEST_F(BasicFamilyTest, IssueAndTaxPointDatesAreAlwaysWritten) {
+    // No tax point of its own: the VAT falls due on the issue date.
+    ASSERT_TRUE(writer.InitXML("1", "14/03/2025", false, "", "  /  /    ", "EUR", 0));
+    const testing::XmlProbe xml = Save();
+    EXPECT_EQ(xml.Text("/doc:Invoice/cbc:IssueDate"), "2025-03-14");
+    EXPECT_EQ(xml.Text("/doc:Invoice/cbc:TaxPointDate"), "2025-03-14");
+
+    // A document without issue date is refused rather than written with an empty date.
+    clsUBL other(lookups);
+    EXPECT_FALSE(other.InitXML("2", "", false, "", "14/03/2025", "EUR", 0));
+    EXPECT_FALSE(other.AccountingSupplierPart({}));
+}
+
+TEST_F(BasicFamilyTest, CashDiscountRowAndPriceDecimals) {
+    lookups.SetParam("INVNBDEC", "4");
+    ASSERT_TRUE(writer.InitXML("1", "14/03/2025", false, "", "", "EUR", 1));
+    writer.InitTableSubTotal();
+    writer.AddTableSubtotal(21, 90.2, 18.94, "V21", "");
+    EXPECT_TRUE(writer.TaxTotal(18.94, 1.84));
+    UblLine line;
+    line.quantity = 3;
+    line.unitPrice = 30.6667;
+    line.lineAmount = 92.0;
+    EXPECT_TRUE(writer.InvoiceLine(line));
+    const testing::XmlProbe xml = Save();
+    // The cash discount has its own exempt row, so the taxable amounts add up to 92.04.
+    EXPECT_EQ(xml.Count("/doc:Invoice/cac:TaxTotal/cac:TaxSubtotal"), 2);
+    const std::string cash = "/doc:Invoice/cac:TaxTotal/cac:TaxSubtotal[2]";
+    EXPECT_EQ(xml.Text(cash + "/cbc:TaxableAmount"), "1.84");
+    EXPECT_EQ(xml.Text(cash + "/cac:TaxCategory/cbc:ID"), "E");
+    EXPECT_EQ(xml.Text(cash + "/cac:TaxCategory/cbc:Name"), "NA");
+    EXPECT_EQ(xml.Text(cash + "/cac:TaxCategory/cbc:TaxExemptionReason"), "Cash Discount");
+    EXPECT_EQ(xml.Text("//cac:Price/cbc:PriceAmount"), "30.6667");
+}
+
+TEST_F(BasicFamilyTest, EmptyBicAndTermsNoteKeepTheirElements) {
+    ASSERT_TRUE(writer.InitXML("1", "14/03/2025", false, "", "", "EUR", 0));
+    EXPECT_TRUE(writer.PaymentMeans("13/04/2025", "", "", "BE68539007547034", " "));
+    EXPECT_TRUE(writer.PaymentTerms(" ", 0));
+    const testing::XmlProbe xml = Save();
+    EXPECT_EQ(xml.Count("//cac:FinancialInstitutionBranch/cac:FinancialInstitution/cbc:ID"), 1);
+    EXPECT_EQ(xml.Text("//cac:FinancialInstitution/cbc:ID/@schemeName"), "BIC");
+    EXPECT_EQ(xml.ChildNames("//cac:PaymentTerms"),
+              (Names{"cbc:Note", "cbc:SettlementDiscountPercent"}));
 }
 
 TEST_F(BasicFamilyTest, TotalsUnderACommaLocale) {
@@ -167,6 +212,9 @@ TEST_F(BasicFamilyTest, LinesAndTheirDescriptions) {
     EXPECT_EQ(xml.ChildNames("(//cac:InvoiceLine)[2]/cac:Item"),
               (Names{"cac:SellersItemIdentification"}));
     EXPECT_EQ(xml.Text("(//cac:InvoiceLine)[2]/cac:Price/cbc:PriceAmount"), "100.00");
+    // The line's sub-total keeps the tax amount that UBL 2.0 requires.
+    EXPECT_EQ(xml.ChildNames("(//cac:InvoiceLine)[1]/cac:TaxTotal/cac:TaxSubtotal"),
+              (Names{"cbc:TaxableAmount", "cbc:TaxAmount", "cbc:Percent", "cac:TaxCategory"}));
 }
 
 TEST_F(BasicFamilyTest, Attachments) {

@@ -115,8 +115,9 @@ TEST_F(EfffPeppolFamilyTest, PartiesPaymentAndTaxTotal) {
     EXPECT_EQ(xml.Text("//cac:PayeeFinancialAccount/cbc:ID"), "BE68539007547034");
     EXPECT_EQ(xml.Text("//cac:PayeeFinancialAccount/cbc:ID/@schemeID"), "IBAN");
     EXPECT_EQ(xml.Text("//cac:FinancialInstitution/cbc:ID/@schemeID"), "BIC");
-    EXPECT_EQ(xml.ChildNames("//cac:PaymentTerms"),
-              (Names{"cbc:SettlementDiscountPercent", "cbc:Amount", "cac:SettlementPeriod"}));
+    EXPECT_EQ(
+        xml.ChildNames("//cac:PaymentTerms"),
+        (Names{"cbc:Note", "cbc:SettlementDiscountPercent", "cbc:Amount", "cac:SettlementPeriod"}));
     EXPECT_EQ(xml.Text("//cac:SettlementPeriod/cbc:EndDate"), "2025-03-22");
     EXPECT_EQ(xml.Text("//cac:AllowanceCharge/cbc:AllowanceChargeReason"), "Trade Discount");
     EXPECT_EQ(xml.Text("//cac:AllowanceCharge/cbc:AllowanceChargeReasonCode/@listID"), "UNCL4465");
@@ -134,6 +135,36 @@ TEST_F(EfffPeppolFamilyTest, PartiesPaymentAndTaxTotal) {
     EXPECT_EQ(xml.Text(cash + "/cac:TaxCategory/cbc:Name"), "NA");
     EXPECT_EQ(xml.Text(cash + "/cac:TaxCategory/cbc:Percent"), "0.00");
     EXPECT_EQ(xml.Text(cash + "/cac:TaxCategory/cbc:TaxExemptionReason"), "Cash Discount");
+}
+
+TEST_F(EfffPeppolFamilyTest, ExemptionReasonsPricesDeliveryAndPeriod) {
+    lookups.SetParam("INVNBDEC", "3");
+    lookups.SetVatCategory("K0", "K");
+    ASSERT_TRUE(writer.InitEfffPEPPOL("1", "14/03/2025", false, "", "14/03/2025", "EUR", false,
+                                      "01/03/2025", "10/03/2025"));
+    EXPECT_TRUE(writer.AccountingCustomerPartEfffPEPPOL(
+        {"NL123456789B01", "Klant", "", "Utrecht", "", "NL", "", "", "", ""}, "10/03/2025", "NL"));
+    writer.InitTableSubTotal();
+    writer.AddTableSubtotal(0, 100, 0, "K0", "", "VATEX-EU-IC");
+    EXPECT_TRUE(writer.TaxTotalEfffPEPPOL(0, 0));
+    UblLine line;
+    line.quantity = 3;
+    line.unitPrice = 33.3333;
+    line.lineAmount = 100.0;
+    line.vatCode = "K0";
+    line.exemptionReasonCode = "VATEX-EU-IC";
+    EXPECT_TRUE(writer.InvoiceLineEfffPEPPOL(line));
+    const testing::XmlProbe xml = Save();
+
+    EXPECT_EQ(xml.Text("//cac:InvoicePeriod/cbc:StartDate"), "2025-03-01");
+    EXPECT_EQ(xml.Text("//cac:Delivery/cbc:ActualDeliveryDate"), "2025-03-10");
+    for (const std::string category :
+         {"/doc:Invoice/cac:TaxTotal/cac:TaxSubtotal/cac:TaxCategory",
+          "//cac:InvoiceLine/cac:TaxTotal/cac:TaxSubtotal/cac:TaxCategory"}) {
+        EXPECT_EQ(xml.Text(category + "/cbc:TaxExemptionReasonCode"), "VATEX-EU-IC");
+        EXPECT_EQ(xml.Text(category + "/cbc:TaxExemptionReason"), "Intra-community supply");
+    }
+    EXPECT_EQ(xml.Text("//cac:Price/cbc:PriceAmount"), "33.333");
 }
 
 }  // namespace

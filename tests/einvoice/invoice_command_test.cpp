@@ -81,6 +81,32 @@ TEST_F(InvoiceCommandTest, WritesEachProfile) {
     EXPECT_EQ(testing::XmlProbe(out).Text("/doc:Invoice/cbc:UBLVersionID"), "2.1");
 }
 
+TEST_F(InvoiceCommandTest, IntraCommunitySupplyCarriesDeliveryPeriodAndReasonCode) {
+    json supply = SmallInvoice();
+    supply["customer"]["countryCode"] = "NL";
+    supply["deliveryDate"] = "10/03/2025";
+    supply["deliverToCountry"] = "NL";
+    supply["invoicePeriod"] = {{"start", "01/03/2025"}, {"end", "10/03/2025"}};
+    supply["lookups"]["vatCategories"]["V0"] = "K";
+    supply["vat"][1]["exemptionReasonCode"] = "VATEX-EU-IC";
+    supply["vat"][1]["exemptionReason"] = "";
+    const testing::CommandResult result = Run(supply, "peppol3");
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const testing::XmlProbe xml(out);
+    EXPECT_EQ(xml.Text("//cac:Delivery/cbc:ActualDeliveryDate"), "2025-03-10");
+    EXPECT_EQ(xml.Text("//cac:Delivery//cbc:IdentificationCode"), "NL");
+    EXPECT_EQ(xml.Text("//cac:InvoicePeriod/cbc:EndDate"), "2025-03-10");
+    EXPECT_EQ(xml.Text("//cac:TaxSubtotal[2]//cbc:TaxExemptionReasonCode"), "VATEX-EU-IC");
+    EXPECT_EQ(xml.Text("//cac:TaxSubtotal[2]//cbc:TaxExemptionReason"), "Intra-community supply");
+
+    supply["invoicePeriod"]["start"] = "11/03/2025";
+    const testing::CommandResult refused = Run(supply, "peppol3");
+    EXPECT_NE(refused.exitCode, 0);
+    EXPECT_NE(refused.err.find("field invoicePeriod: the period ends before it starts"),
+              std::string::npos)
+        << refused.err;
+}
+
 TEST_F(InvoiceCommandTest, BadDescriptionsNameTheFieldAndLeaveNoFile) {
     const auto expectRefused = [&](const json& description, const std::string& field) {
         const testing::CommandResult result = Run(description, "peppol3");

@@ -170,5 +170,103 @@ TEST_F(PeppolFormatFamilyTest, PaymentAllowancesAndTotals) {
                      "cbc:ChargeTotalAmount", "cbc:PayableAmount"}));
 }
 
+TEST_F(PeppolFormatFamilyTest, ExplicitEndpointIsWrittenAsGiven) {
+    clsUBL writer(lookups);
+    ASSERT_TRUE(writer.InitPeppolFormat("1", "14/03/2025", "13/04/2025", false, "", "EUR"));
+    writer.SetCustomerPEPPOLID(" BE0812345603 ", "9925");
+    EXPECT_TRUE(writer.AccountingCustomerFormat(
+        {"BE0812345603", "Klant", "", "Gent", "", "BE", "", "", "", ""}));
+    writer.SetCustomerPEPPOLID("", "");
+    EXPECT_TRUE(writer.AccountingCustomerFormat(
+        {"BE 0812.345.603", "Klant", "", "Gent", "", "BE", "", "", "", ""}));
+    const testing::XmlProbe xml = Save(writer);
+    EXPECT_EQ(xml.Text("(//cac:AccountingCustomerParty)[1]/cac:Party/cbc:EndpointID"),
+              "BE0812345603");
+    EXPECT_EQ(xml.Text("(//cac:AccountingCustomerParty)[1]/cac:Party/cbc:EndpointID/@schemeID"),
+              "9925");
+    // Derived from the VAT number, the identifier loses its country prefix.
+    EXPECT_EQ(xml.Text("(//cac:AccountingCustomerParty)[2]/cac:Party/cbc:EndpointID"),
+              "0812345603");
+}
+
+TEST_F(PeppolFormatFamilyTest, ExemptionReasonsDeliveryAndPeriodOfEveryZeroRatedCategory) {
+    for (const auto& [category, reason] :
+         {std::pair{"K", "Intra-community supply"}, std::pair{"G", "Export outside the EU"},
+          std::pair{"O", "Not subject to VAT"}, std::pair{"E", "Exempt from tax"},
+          std::pair{"AE", "Exempted"}}) {
+        lookups.SetVatCategory("X0", category);
+        clsUBL writer(lookups);
+        ASSERT_TRUE(writer.InitPeppolFormat("1", "14/03/2025", "13/04/2025", false, "", "EUR",
+                                            "01/03/2025", "10/03/2025"));
+        writer.SupplierWithoutVat(std::string(category) == "O");
+        EXPECT_TRUE(writer.AccountingSupplierPartFormat(kSupplier));
+        EXPECT_TRUE(writer.AccountingCustomerFormat(
+            {"NL123456789B01", "Klant", "", "Utrecht", "", "NL", "", "", "", ""}, "10/03/2025",
+            "nl"));
+        writer.InitTableSubTotal();
+        writer.AddTableSubtotal(0, 100, 0, "X0", "", " vatex-eu-x ");
+        writer.AddTableSubtotal(0, 50, 0, "X0", "Own words", "");
+        EXPECT_TRUE(writer.TaxTotalFormat(0, 0));
+        const testing::XmlProbe xml = Save(writer);
+        SCOPED_TRACE(category);
+
+        const std::string first = "(//cac:TaxSubtotal)[1]/cac:TaxCategory";
+        EXPECT_EQ(xml.Text(first + "/cbc:TaxExemptionReason"), reason);
+        EXPECT_EQ(xml.Text(first + "/cbc:TaxExemptionReasonCode"), "VATEX-EU-X");
+        EXPECT_EQ(xml.Text("(//cac:TaxSubtotal)[2]//cbc:TaxExemptionReason"), "Own words");
+        EXPECT_EQ(xml.Count("(//cac:TaxSubtotal)[2]//cbc:TaxExemptionReasonCode"), 0);
+        // Not subject to VAT has no rate, and neither party shows a VAT number for it.
+        EXPECT_EQ(xml.Count(first + "/cbc:Percent"), std::string(category) == "O" ? 0 : 1);
+        const std::string supplier = "//cac:AccountingSupplierParty/cac:Party";
+        if (std::string(category) == "O") {
+            EXPECT_EQ(xml.Count(supplier + "/cac:PartyTaxScheme"), 0);
+            EXPECT_EQ(xml.Text(supplier + "/cac:PartyLegalEntity/cbc:CompanyID"), "0477472701");
+            EXPECT_EQ(xml.Text(supplier + "/cac:PartyLegalEntity/cbc:CompanyID/@schemeID"), "0208");
+        } else {
+            EXPECT_EQ(xml.Count(supplier + "/cac:PartyTaxScheme"), 1);
+            EXPECT_EQ(xml.Count(supplier + "/cac:PartyLegalEntity/cbc:CompanyID"), 0);
+        }
+
+        EXPECT_EQ(xml.Text("/doc:Invoice/cac:InvoicePeriod/cbc:StartDate"), "2025-03-01");
+        EXPECT_EQ(xml.Text("/doc:Invoice/cac:InvoicePeriod/cbc:EndDate"), "2025-03-10");
+        EXPECT_EQ(xml.ChildNames("/doc:Invoice/cac:Delivery"),
+                  (Names{"cbc:ActualDeliveryDate", "cac:DeliveryLocation"}));
+        EXPECT_EQ(xml.Text("//cac:Delivery/cbc:ActualDeliveryDate"), "2025-03-10");
+        EXPECT_EQ(xml.Text("//cac:Delivery//cac:Country/cbc:IdentificationCode"), "NL");
+    }
+    // S carries neither reason nor code, whatever the caller gives.
+    lookups.SetVatCategory("X0", "S");
+    clsUBL writer(lookups);
+    ASSERT_TRUE(writer.InitPeppolFormat("1", "14/03/2025", "13/04/2025", false, "", "EUR"));
+    writer.InitTableSubTotal();
+    writer.AddTableSubtotal(21, 100, 21, "X0", "Some reason", "VATEX-EU-IC");
+    EXPECT_TRUE(writer.TaxTotalFormat(21, 0));
+    const testing::XmlProbe xml = Save(writer);
+    EXPECT_EQ(xml.ChildNames("//cac:TaxSubtotal/cac:TaxCategory"),
+              (Names{"cbc:ID", "cbc:Percent", "cac:TaxScheme"}));
+    EXPECT_EQ(xml.Count("//cac:InvoicePeriod | //cac:Delivery"), 0);
+}
+
+TEST_F(PeppolFormatFamilyTest, BadPeriodOrDeliveryDateIsRefused) {
+    clsUBL writer(lookups);
+    EXPECT_FALSE(
+        writer.InitPeppolFormat("1", "14/03/2025", "", false, "", "EUR", "01/03/2025", ""));
+    EXPECT_FALSE(writer.InitPeppolFormat("1", "14/03/2025", "", false, "", "EUR", "10/03/2025",
+                                         "01/03/2025"));
+    ASSERT_TRUE(writer.InitPeppolFormat("1", "14/03/2025", "", false, "", "EUR"));
+    EXPECT_FALSE(writer.AccountingCustomerFormat(kSupplier, "31-02", "NL"));
+    const testing::XmlProbe xml = Save(writer);
+    EXPECT_EQ(xml.Count("//cac:AccountingCustomerParty | //cac:InvoicePeriod"), 0);
+}
+
+TEST_F(PeppolFormatFamilyTest, CashDiscountNoteKeepsItsFinalBlank) {
+    clsUBL writer(lookups);
+    ASSERT_TRUE(writer.InitPeppolFormat("1", "14/03/2025", "", false, "", "EUR"));
+    EXPECT_TRUE(writer.PaymentTermsFormat("8", 2, 19, 1277.13));
+    const testing::XmlProbe xml = Save(writer);
+    const std::string note = xml.Text("//cac:PaymentTerms/cbc:Note");
+    EXPECT_TRUE(note.ends_with("payable amount = 1277.13€ ")) << note;
+}
+
 }  // namespace
 }  // namespace fnrk::einvoice

@@ -65,6 +65,13 @@ std::string XmlProbe::Text(const std::string& xpath) const {
     return text;
 }
 
+double XmlProbe::Number(const std::string& xpath) const {
+    xmlXPathObjectPtr result = Evaluate(xpath);
+    const double value = result != nullptr ? xmlXPathCastToNumber(result) : 0.0;
+    xmlXPathFreeObject(result);
+    return value;
+}
+
 int XmlProbe::Count(const std::string& xpath) const {
     xmlXPathObjectPtr result = Evaluate(xpath);
     const int count =

@@ -23,6 +23,9 @@ class XmlProbe {
     // Text of the first node found, "" when none.
     std::string Text(const std::string& xpath) const;
     int Count(const std::string& xpath) const;
+    // An XPath expression ("sum(//cbc:Amount)") or the first node found, as a number; NaN when
+    // it is not one.
+    double Number(const std::string& xpath) const;
     // Qualified names of the element children of the first node found, in document order.
     std::vector<std::string> ChildNames(const std::string& xpath) const;
     // Names of the attributes of the first element found, in document order.

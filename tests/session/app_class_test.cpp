@@ -56,6 +56,18 @@ TEST_F(AppClassTest, MakeAnyDirOnAnExistingDriveRootCreatesNothing) {
     EXPECT_TRUE(std::filesystem::is_directory(dir_ / "k" / "x" / "y"));
 }
 
+TEST_F(AppClassTest, MakeAnyDirTakesWindowsPathsThroughTheDriveMap) {
+    Write("settings.ini", "[Drives]\r\nK:=" + Root() + "/k\r\n");
+    AppClass app;
+    std::filesystem::create_directories(dir_ / "k");
+    EXPECT_TRUE(app.MakeAnyDir("K:\\"));  // the bare root of a drive that answers
+    EXPECT_TRUE(std::filesystem::is_empty(dir_ / "k"));
+    EXPECT_TRUE(app.MakeAnyDir(" K:\\DATA\\SOC1 "));
+    EXPECT_TRUE(std::filesystem::is_directory(dir_ / "k" / "DATA" / "SOC1"));
+    EXPECT_FALSE(std::filesystem::exists("K:\\DATA\\SOC1"));
+    EXPECT_FALSE(std::filesystem::exists("K:"));
+}
+
 TEST_F(AppClassTest, SessionValuesPassThrough) {
     AppClass app;
     app.ComputerName("DESK-01");

@@ -54,6 +54,32 @@ class WorkAreaTest : public AdsTest {
         return names;
     }
 
+    // Both tables have `count` fields, with the same names, types, lengths and decimals in the
+    // same order.
+    void ExpectSameFields(Handle copy, Handle original, std::uint16_t count) {
+        std::uint16_t fieldCount = 0;
+        ASSERT_EQ(db.GetNumFields(copy, fieldCount), AE_SUCCESS);
+        ASSERT_EQ(fieldCount, count);
+        for (std::uint16_t number = 1; number <= fieldCount; ++number) {
+            std::string copied, expected;
+            ASSERT_EQ(db.GetFieldName(copy, number, copied), AE_SUCCESS);
+            ASSERT_EQ(db.GetFieldName(original, number, expected), AE_SUCCESS);
+            EXPECT_EQ(copied, expected);
+            std::uint16_t copiedType = 0, expectedType = 0;
+            std::uint32_t copiedLength = 0, expectedLength = 0;
+            std::uint16_t copiedDecimals = 0, expectedDecimals = 0;
+            ASSERT_EQ(db.GetFieldType(copy, copied, copiedType), AE_SUCCESS);
+            ASSERT_EQ(db.GetFieldType(original, expected, expectedType), AE_SUCCESS);
+            ASSERT_EQ(db.GetFieldLength(copy, copied, copiedLength), AE_SUCCESS);
+            ASSERT_EQ(db.GetFieldLength(original, expected, expectedLength), AE_SUCCESS);
+            ASSERT_EQ(db.GetFieldDecimals(copy, copied, copiedDecimals), AE_SUCCESS);
+            ASSERT_EQ(db.GetFieldDecimals(original, expected, expectedDecimals), AE_SUCCESS);
+            EXPECT_EQ(copiedType, expectedType) << copied;
+            EXPECT_EQ(copiedLength, expectedLength) << copied;
+            EXPECT_EQ(copiedDecimals, expectedDecimals) << copied;
+        }
+    }
+
     WorkAreas areas{db};
 };
 
@@ -200,11 +226,13 @@ TEST_P(WorkAreaTest, StructureBuilderCopyAndCreateGiveTheSameFields) {
     EXPECT_EQ(fieldCount, 3);
     ASSERT_EQ(areas.sx_close(), AE_SUCCESS);
 
-    // The builder holds no more than 50 fields.
-    areas.sx_CreateNew(PathOf("wide.dbf"), "WIDE");
+    // The builder holds as many fields as a table may: 255.
+    ASSERT_EQ(kMaxStructureFields, 255);
+    areas.sx_CreateNew(PathOf("widest.dbf"), "WIDEST");
     for (int field = 1; field <= kMaxStructureFields; ++field)
         ASSERT_TRUE(areas.sx_CreateField("F" + std::to_string(field), "C", 1, 0));
-    EXPECT_FALSE(areas.sx_CreateField("F51", "C", 1, 0));
+    EXPECT_FALSE(areas.sx_CreateField("F256", "C", 1, 0));
+    EXPECT_EQ(areas.sx_CreateExec(), AE_SUCCESS);
 
     // A structure copied and fed back gives the same fields in the same order.
     MakeCustomers("cust.dbf", {});
@@ -225,26 +253,22 @@ TEST_P(WorkAreaTest, StructureBuilderCopyAndCreateGiveTheSameFields) {
     ASSERT_EQ(areas.SXCREATEFR(PathOf("copy.dbf"), PathOf("stru.dbf")), AE_SUCCESS);
     ASSERT_EQ(areas.sx_use(PathOf("copy.dbf"), "COPY"), AE_SUCCESS);
     const Handle original = Create("again.dbf", kCustomerFields);
-    ASSERT_EQ(db.GetNumFields(areas.Current(), fieldCount), AE_SUCCESS);
-    ASSERT_EQ(fieldCount, 6);
-    for (std::uint16_t number = 1; number <= fieldCount; ++number) {
-        std::string copied, expected;
-        ASSERT_EQ(db.GetFieldName(areas.Current(), number, copied), AE_SUCCESS);
-        ASSERT_EQ(db.GetFieldName(original, number, expected), AE_SUCCESS);
-        EXPECT_EQ(copied, expected);
-        std::uint16_t copiedType = 0, expectedType = 0;
-        std::uint32_t copiedLength = 0, expectedLength = 0;
-        std::uint16_t copiedDecimals = 0, expectedDecimals = 0;
-        ASSERT_EQ(db.GetFieldType(areas.Current(), copied, copiedType), AE_SUCCESS);
-        ASSERT_EQ(db.GetFieldType(original, expected, expectedType), AE_SUCCESS);
-        ASSERT_EQ(db.GetFieldLength(areas.Current(), copied, copiedLength), AE_SUCCESS);
-        ASSERT_EQ(db.GetFieldLength(original, expected, expectedLength), AE_SUCCESS);
-        ASSERT_EQ(db.GetFieldDecimals(areas.Current(), copied, copiedDecimals), AE_SUCCESS);
-        ASSERT_EQ(db.GetFieldDecimals(original, expected, expectedDecimals), AE_SUCCESS);
-        EXPECT_EQ(copiedType, expectedType) << copied;
-        EXPECT_EQ(copiedLength, expectedLength) << copied;
-        EXPECT_EQ(copiedDecimals, expectedDecimals) << copied;
+    ExpectSameFields(areas.Current(), original, 6);
+}
+
+TEST_P(WorkAreaTest, StructureOfTwoHundredFieldsRoundTrips) {
+    std::string fields;
+    const char* const types[] = {"C,12,0", "N,10,2", "D,8,0", "L,1,0"};
+    for (int field = 1; field <= 200; ++field) {
+        fields +=
+            (fields.empty() ? "" : ";") + ("F" + std::to_string(field) + ",") + types[field % 4];
     }
+    ASSERT_EQ(db.CloseTable(Create("wide.dbf", fields)), AE_SUCCESS);
+    ASSERT_EQ(areas.sx_use(PathOf("wide.dbf"), "WIDEAREA"), AE_SUCCESS);
+    ASSERT_EQ(areas.SXCOPYSTRU(PathOf("widestru.dbf")), AE_SUCCESS);
+    ASSERT_EQ(areas.SXCREATEFR(PathOf("widecopy.dbf"), PathOf("widestru.dbf")), AE_SUCCESS);
+    ASSERT_EQ(areas.sx_use(PathOf("widecopy.dbf"), "WIDECOPY"), AE_SUCCESS);
+    ExpectSameFields(areas.Current(), Create("wideagain.dbf", fields), 200);
 }
 
 TEST_P(WorkAreaTest, AppendsOnlyLiveRecordsThatMeetTheCondition) {
