@@ -8,7 +8,6 @@
 #include <regex>
 
 #include "platform/paths.hpp"
-#include "platform/text.hpp"
 
 namespace fnrk::intake {
 
@@ -48,7 +47,12 @@ std::optional<MonthOfYear> ParsePeriodText(std::string_view text) {
     static const std::regex isoDate(R"((\d{4})-(\d{2})(-\d{2})?([T ].*)?)");
     static const std::regex compact(R"((\d{4})(\d{2})(\d{2})?)");
     static const std::regex dayMonthYear(R"((\d{2}/)?(\d{2})/(\d{4}))");
-    const std::string trimmed = platform::Trim(text);
+    // XML text often sits on lines of its own.
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    const std::string trimmed(
+        first == std::string_view::npos
+            ? std::string_view()
+            : text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1));
     std::smatch match;
     MonthOfYear period;
     if (std::regex_match(trimmed, match, isoDate) || std::regex_match(trimmed, match, compact)) {

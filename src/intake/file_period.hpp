@@ -21,7 +21,8 @@ struct MonthOfYear {
     int year = 0;
 };
 
-// The month and year of a period text in one of the forms above; nothing for another text.
+// The month and year of a period text in one of the forms above, white space around it
+// ignored; nothing for another text.
 std::optional<MonthOfYear> ParsePeriodText(std::string_view text);
 
 // The period of the file at `path`; nothing when the file is missing, is not well-formed XML, or

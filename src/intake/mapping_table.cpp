@@ -224,7 +224,14 @@ bool MappingTable::FlushAndUnlock() {
 
 bool MappingTable::PackAndClose() {
     tables::AdsClass& tables = company_.Tables();
-    return tables.IsAlias(layout_.name) && tables.PackAndClose(layout_.name) == engine::AE_SUCCESS;
+    const tables::CurrentAliasGuard caller(tables);
+    // Packing needs the table to itself: it is reopened exclusively for it.
+    if (tables.IsAlias(layout_.name) && !tables.IsOpenExclusive(layout_.name))
+        tables.FileClose(layout_.name);
+    if (!tables.IsAlias(layout_.name) &&
+        tables.FileOpenExternal(layout_.name, DataFile(), "EXCLUSIVE") != engine::AE_SUCCESS)
+        return false;
+    return tables.PackAndClose(layout_.name) == engine::AE_SUCCESS;
 }
 
 }  // namespace fnrk::intake

@@ -60,6 +60,8 @@ class MappingTable {
     bool ChangeAll(const FieldValues& values);
 
     bool FlushAndUnlock();
+    // Removes the deleted records, the table opened exclusively for it, and closes it; false
+    // when somebody else has it open.
     bool PackAndClose();
 
   private:

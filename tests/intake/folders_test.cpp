@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "intake/intake_folders.hpp"
@@ -210,6 +211,31 @@ TEST_P(FoldersTest, DownloadNeedsAConfiguredTransport) {
 
 INSTANTIATE_TEST_SUITE_P(Keeping, FoldersTest, ::testing::Values(Keeping::Files),
                          tables::ads_testing::KeepingName);
+
+}  // namespace
+}  // namespace fnrk::intake
+
+namespace fnrk::intake {
+namespace {
+
+TEST(FileList, TheFirstFileTakesTheFreeEntryAndTheSortOrdersManyNames) {
+    FileList list;
+    EXPECT_TRUE(list.IsFresh());
+    std::vector<std::string> names;
+    // 61 names in a scrambled order: every gap of the sort (40, 13, 4, 1) is used.
+    for (int i = 0; i < 61; ++i) names.push_back("f" + std::to_string((i * 37) % 61) + ".xml");
+    for (const std::string& name : names) list.Add(name, "/in/" + name);
+    EXPECT_FALSE(list.IsFresh());
+    ASSERT_EQ(list.Entries().size(), names.size()) << "no empty entry is left";
+    list.SortByName();
+    std::sort(names.begin(), names.end());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        EXPECT_EQ(list.Entries()[i].name, names[i]);
+        EXPECT_EQ(list.Entries()[i].path, "/in/" + names[i]);
+    }
+    list.Reset();
+    EXPECT_TRUE(list.IsFresh());
+}
 
 }  // namespace
 }  // namespace fnrk::intake
