@@ -4,6 +4,7 @@
 
 #include "intake/caro_mappings.hpp"
 #include "intake/ccd_detail_info.hpp"
+#include "intake/mapping_layouts.hpp"
 #include "mapping_fixture.hpp"
 
 namespace fnrk::intake {
@@ -116,6 +117,46 @@ TEST_P(CaroMappingTest, DetailsRoundTripAndDocumentNumbersKeyByTheirValue) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Keeping, CaroMappingTest, ::testing::Values(Keeping::Files, Keeping::Sql),
+                         tables::ads_testing::KeepingName);
+
+}  // namespace
+}  // namespace fnrk::intake
+
+namespace fnrk::intake {
+namespace {
+
+class CaroMappingFilesTest : public testing::MappingTest {};
+
+TEST_P(CaroMappingFilesTest, AnOutsideReaderSeesTheDetailsWritten) {
+    CaroMappings caro(company);
+    ASSERT_TRUE(caro.UpdateCCDDETAIL("BNK", "0012", "1", "1", "03",
+                                     "CARDID=CARD-A|TRANSDATE=14/03/2024|AMOUNT=-61.5|"
+                                     "CURRAMOUNT=-66.42|CURRRATE=1.08|TRANSNAME=Café"));
+    ASSERT_TRUE(caro.UpdateCCDDETAIL("BNK", "7", "2", "1", "03", "CARDID=CARD-B"));
+    ASSERT_TRUE(caro.DeleteCCDDETAIL("BNK", "7", "2", "1", "03"));
+    ads.FileCloseAll(true);
+    const nlohmann::json read = ReadWithDbfread("CCDDETAIL");
+    EXPECT_EQ(read["fields"],
+              nlohmann::json({"DBKCODE,C,6", "DOCNUMBER,C,8", "DOCORDER,C,3", "BOOKYEAR,C,1",
+                              "PERIOD,C,2", "CARDID,C,20", "CATEGORY,C,10", "TRANSDATE,D,8",
+                              "TRANSNAME,C,40", "AMOUNT,N,17", "CURRENCY,C,3", "CURRAMOUNT,C,17",
+                              "CURRCODE,C,3", "CURRRATE,N,5", "MERCHANT,C,40", "CARDNUM,C,20",
+                              "EMBOSS,C,40", "MASTER,C,3"}));
+    ASSERT_EQ(read["live"].size(), 1u);
+    const nlohmann::json& line = read["live"][0];
+    EXPECT_EQ(line["DOCNUMBER"], "0012") << "the number as written; the key holds its value";
+    EXPECT_EQ(line["TRANSDATE"], "2024-03-14");
+    EXPECT_EQ(line["AMOUNT"], -61.5);
+    EXPECT_EQ(line["CURRAMOUNT"], "-66.42");
+    EXPECT_EQ(line["CURRRATE"], 1.08);
+    EXPECT_EQ(line["TRANSNAME"], "Café") << "Windows-1252 on disk";
+    ASSERT_EQ(read["deleted"].size(), 1u);
+    EXPECT_EQ(read["deleted"][0]["CARDID"], "CARD-B");
+    EXPECT_TRUE(IndexHolds("CCDDETAIL", CcdDetailLayout().tags[0].second));
+}
+
+INSTANTIATE_TEST_SUITE_P(Keeping, CaroMappingFilesTest,
+                         ::testing::Values(tables::ads_testing::Keeping::Files),
                          tables::ads_testing::KeepingName);
 
 }  // namespace

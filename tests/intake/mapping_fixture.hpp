@@ -7,8 +7,12 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "intake_fixture.hpp"
 #include "platform/paths.hpp"
+#include "support/run_command.hpp"
+#include "support/temp_dir.hpp"
 
 namespace fnrk::intake::testing {
 
@@ -46,6 +50,28 @@ class MappingTest : public IntakeTest {
         EXPECT_EQ(ads.ActivateAlias(alias), engine::AE_SUCCESS);
         EXPECT_TRUE(ads.SetIndex(tag));
         return ads.CurrentIndexKeyExpr();
+    }
+
+    // The company table `table` as python3-dbfread reads it: {"fields": ["NAME,TYPE,LENGTH"],
+    // "live": [records], "deleted": [records]}, dates as "YYYY-MM-DD".
+    nlohmann::json ReadWithDbfread(const std::string& table) {
+        static constexpr const char* kScript = R"(
+import datetime, json, sys, dbfread
+table = dbfread.DBF(sys.argv[1], encoding='cp1252', char_decode_errors='strict')
+text = lambda r: {k: (v.isoformat() if isinstance(v, datetime.date) else v) for k, v in r.items()}
+print(json.dumps({'fields': [f.name + ',' + f.type + ',' + str(f.length) for f in table.fields],
+                  'live': [text(r) for r in table], 'deleted': [text(r) for r in table.deleted]}))
+)";
+        const auto result = fnrk::testing::RunCommand(
+            {"/usr/bin/python3", "-c", kScript, (dossier / ("SOC1_" + table + ".dbf")).string()});
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        return result.exitCode == 0 ? nlohmann::json::parse(result.out) : nlohmann::json();
+    }
+    // The company table's index file holds `expression`, byte for byte, as a tag's key.
+    bool IndexHolds(const std::string& table, std::string_view expression) {
+        const std::string index =
+            fnrk::testing::ReadFileBytes(dossier / ("SOC1_" + table + ".cdx"));
+        return index.find(std::string(expression) + '\0') != std::string::npos;
     }
 
     std::string previousProgramFolder;

@@ -10,7 +10,6 @@
 #include "intake/soda_mappings.hpp"
 #include "mapping_fixture.hpp"
 #include "retrying_sink.hpp"
-#include "support/run_command.hpp"
 
 namespace fnrk::intake {
 namespace {
@@ -75,13 +74,6 @@ INSTANTIATE_TEST_SUITE_P(Keeping, SodaMappingTest, ::testing::Values(Keeping::Fi
 
 class SodaMappingFilesTest : public MappingTest {};
 
-constexpr const char* kDbfreadRecords = R"(
-import json, sys, dbfread
-table = dbfread.DBF(sys.argv[1], encoding='cp1252', char_decode_errors='strict')
-print(json.dumps({'fields': [f.name + ',' + f.type + ',' + str(f.length) for f in table.fields],
-                  'live': [dict(r) for r in table], 'deleted': [dict(r) for r in table.deleted]}))
-)";
-
 TEST_P(SodaMappingFilesTest, AnOutsideReaderSeesTheRecordsWritten) {
     SodaMappings soda(company);
     ASSERT_TRUE(soda.CreateMapping());
@@ -92,21 +84,18 @@ TEST_P(SodaMappingFilesTest, AnOutsideReaderSeesTheRecordsWritten) {
     ASSERT_TRUE(soda.UpdateMappingANA("A1", "S1"));
     ASSERT_TRUE(soda.DeleteAnaSection());
     ads.FileCloseAll(true);
-    const auto read = [&](const std::string& table) {
-        const auto result =
-            fnrk::testing::RunCommand({"/usr/bin/python3", "-c", kDbfreadRecords,
-                                       (dossier / ("SOC1_" + table + ".dbf")).string()});
-        EXPECT_EQ(result.exitCode, 0) << result.err;
-        return nlohmann::json::parse(result.out);
-    };
-    const nlohmann::json msoda = read("MSODA");
+    const nlohmann::json msoda = ReadWithDbfread("MSODA");
     EXPECT_EQ(msoda["fields"], nlohmann::json({"SOURCE,C,10", "DEST,C,10"}));
     EXPECT_EQ(msoda["live"], nlohmann::json::parse(R"([{"SOURCE": "B1", "DEST": "620000"},
                                                       {"SOURCE": "A1", "DEST": "610000"}])"));
     EXPECT_TRUE(msoda["deleted"].empty());
-    const nlohmann::json ana = read("MSODAANA");
+    const nlohmann::json ana = ReadWithDbfread("MSODAANA");
     EXPECT_TRUE(ana["live"].empty());
     EXPECT_EQ(ana["deleted"], nlohmann::json::parse(R"([{"SOURCE": "A1", "DEST": "S1"}])"));
+    for (const auto& [tag, expression] : MsodaLayout().tags) {
+        EXPECT_TRUE(IndexHolds("MSODA", expression)) << tag;
+        EXPECT_TRUE(IndexHolds("MSODAANA", expression)) << tag;
+    }
 }
 
 TEST_P(SodaMappingFilesTest, TwoProcessesMappingAtOnceKeepEveryUpdate) {
