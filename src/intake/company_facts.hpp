@@ -1,8 +1,9 @@
 #pragma once
 
 // CompanyFacts: everything the intake needs to know about the current company, in one place:
-// its parameters (read and written), its periods and book years, its short name and data folder.
-// The parameter table is reached only through here.
+// its parameters (read and written through the company-parameter object), its periods and book
+// years, and where its tables lie. The short name and data folder are those of the company's
+// table files as the table access knows them (the session points it at the company).
 
 #include <cstdint>
 #include <string>
@@ -28,11 +29,12 @@ class CompanyFacts {
 
     // The full value of a parameter; empty when absent.
     std::string GetParamValue(std::string_view key);
-    // Writes a parameter, adding its row when missing. The value is split over VALUE and
-    // VALUEEXT. False when the parameter table is not open or the write fails.
+    // Writes a parameter, adding its row when missing. False when the parameter table is not
+    // open, the value does not fit, or the write fails.
     bool SaveParamValue(std::string_view key, std::string_view value);
 
-    // The company keeps monthly periods (else quarterly ones).
+    // The company keeps monthly periods (else quarterly ones), as its current book year (the
+    // first when none is current) does.
     bool IsSocMensuel();
     std::int16_t BookYearCount();
     // The period-date text of book year `bookYear`: one "DDMMYYYY" start date per period, the
