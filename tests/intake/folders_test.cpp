@@ -235,6 +235,15 @@ TEST(FileList, TheFirstFileTakesTheFreeEntryAndTheSortOrdersManyNames) {
     }
     list.Reset();
     EXPECT_TRUE(list.IsFresh());
+
+    // Equal names keep the order the gaps give them: with five entries the gap of 4 first moves
+    // the last "a" before the other one, which a plain insertion sort would not.
+    list.Reset();
+    for (const std::string path : {"b1", "a2", "c3", "d4", "a5"}) list.Add(path.substr(0, 1), path);
+    list.SortByName();
+    std::vector<std::string> order;
+    for (const FileEntry& entry : list.Entries()) order.push_back(entry.path);
+    EXPECT_EQ(order, (std::vector<std::string>{"a5", "a2", "b1", "c3", "d4"}));
 }
 
 }  // namespace
