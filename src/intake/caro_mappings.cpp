@@ -1,6 +1,7 @@
 #include "intake/caro_mappings.hpp"
 
 #include <charconv>
+#include <optional>
 
 #include "intake/ccd_detail_info.hpp"
 #include "intake/mapping_table.hpp"
@@ -17,7 +18,6 @@ constexpr MappingQuery kSeekCcdKey{"SEEKCCDKEY", "MERCHANT"};
 constexpr MappingQuery kSeekCcdDetail{"SEEKCCDDETAIL", "REF"};
 constexpr std::size_t kCardIdWidth = 20;
 constexpr std::size_t kMerchantWidth = 40;
-constexpr std::string_view kEmptyDate = "  /  /    ";
 
 // Opens the table at the first record of the query's order, for the Read members.
 bool OpenAtTop(CompanyFacts& company, const MappingLayout& layout, const MappingQuery& query) {
@@ -42,30 +42,27 @@ std::string DetailText(tables::AdsClass& tables, std::string_view field) {
     const std::string type = tables.FieldType(field);
     if (type == "D") {
         const std::string date = tables.GetDateValue(field);
-        return date == kEmptyDate ? std::string() : date;
+        return date == tables::kEmptyDate ? std::string() : date;
     }
     if (type == "N") return platform::FormatNumber(tables.GetDoubleValue(field), "0.00");
     return platform::Trim(tables.GetStringValue(field));
 }
 
-// The field values to write for the details given; nothing when a number does not read.
+// The field values to write for the details given (which must outlive them); nothing when a
+// number does not read.
 std::optional<FieldValues> DetailWrites(tables::AdsClass& tables, const DetailValues& details) {
     FieldValues writes;
     for (const auto& [field, value] : details) {
-        const std::string_view name =
-            std::find_if(DetailFields().begin(), DetailFields().end(), [&](const auto& f) {
-                return f.first == field;
-            })->first;
-        if (tables.FieldType(name) == "N") {
-            double number = 0;
-            const auto [end, error] =
-                std::from_chars(value.data(), value.data() + value.size(), number);
-            if (!value.empty() && (error != std::errc() || end != value.data() + value.size()))
-                return std::nullopt;
-            writes.emplace_back(name, number);
-        } else {
-            writes.emplace_back(name, value);
+        if (tables.FieldType(field) != "N") {
+            writes.emplace_back(field, value);
+            continue;
         }
+        double number = 0;
+        const auto [end, error] =
+            std::from_chars(value.data(), value.data() + value.size(), number);
+        if (!value.empty() && (error != std::errc() || end != value.data() + value.size()))
+            return std::nullopt;
+        writes.emplace_back(field, number);
     }
     return writes;
 }
