@@ -98,6 +98,8 @@ const MemberTable& MemberTable::Instance() {
         AddLifecycleMembers(built);
         AddTableAccessMembers(built);
         AddAssetMembers(built);
+        AddHelperMembers(built);
+        AddDocumentMembers(built);
         AddUblMembers(built);
         AddUblFormatMembers(built);
         AddPeppolMembers(built);

@@ -129,6 +129,8 @@ void AddPeppolMembers(MemberTable& table);
 void AddDeclarationMembers(MemberTable& table);
 void AddTableAccessMembers(MemberTable& table);
 void AddAssetMembers(MemberTable& table);
+void AddHelperMembers(MemberTable& table);
+void AddDocumentMembers(MemberTable& table);
 void AddUnavailableMembers(MemberTable& table);
 
 }  // namespace fnrk::facade

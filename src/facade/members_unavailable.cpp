@@ -11,8 +11,6 @@ void AddUnavailableMembers(MemberTable& table) {
     table.Unavailable({"NewsNumberOfNews", "NewsMsgT", "ViewOldNews", "NewsToDisplay", "UpdateNews",
                        "GetTypeNews", "GetFreqNews", "SaveNewsPref", "SaveLastNews", "SelectLabel",
                        "GetNewsLabels", "NewsLabelsSelected", "NumberOfNews"});
-    // hashing, PDF
-    table.Unavailable({"ConvertToMD5", "ConvertTabOfByteToMD5", "CreateDuplicata", "MergePDFFile"});
     // document service
     table.Unavailable({"DEPInit", "DEPGetFolderModuleSetting", "DEPGetFolderDefaultProcessingMode",
                        "DEPActivateModuleFolderSetting", "DEPIsModuleExist",
@@ -21,43 +19,9 @@ void AddUnavailableMembers(MemberTable& table) {
                        "DEPInvokeMethod", "DEPInvokeMethodOptionalMessage", "DEPGetJournalList",
                        "DEPDeleteJournal", "DEPGetAllCartrige", "DEPCreateJournal",
                        "DEPGetOffloadDataTransfertPath", "DEPGetVICustomType"});
-    // small helpers
-    table.Unavailable({"XLSTabFormat",
-                       "XMLEscaping",
-                       "DATIMDaysInYearCount",
-                       "DATIMPerToDate",
-                       "CLRIsColorDark",
-                       "CLRBrightnessColorGet",
-                       "ACCReturnPeriode",
-                       "ACCCheckCentralisateur",
-                       "ACCGetBankName",
-                       "ANAGetFormatforSectionQuantity",
-                       "ANAIsAccountAnalytical",
-                       "PRNSignTot",
-                       "PRNCalculCarac",
-                       "PRNCalculCaracForAnyZone",
-                       "PRNClotureValueCentral",
-                       "PRNZoneIsSimulation",
-                       "PRNClotureValue",
-                       "PRNFormatCheckedNumber",
-                       "PRNGetNumberKeyControl",
-                       "COLIsItemExistsInCollection",
-                       "VBCStatusBarOfAFormHeight",
-                       "FMTCCurrency",
-                       "FMTCDateDDMMYYYYWithSlash",
-                       "PRCWindowToProcessId",
-                       "IOIsDirectoryCreated",
-                       "LOGExcelAndFennrickProcessManage",
-                       "LOGExcelAndFennrickProcessCreated",
-                       "LOGExcelAndFennrickProcessDeleted",
-                       "LOGFileReset",
-                       "LOGFileInfoAdd",
-                       "LSTValuesInit",
-                       "LSTValuesComplete",
-                       "LSTValuesAddItem",
-                       "LSTIsItemInListValues",
-                       "LSTIndexListByItemListGet",
-                       "LSTIndexListByItemDataGet"});
+    // the accounting and analytical helpers
+    table.Unavailable({"ACCReturnPeriode", "ACCCheckCentralisateur", "ACCGetBankName",
+                       "ANAGetFormatforSectionQuantity", "ANAIsAccountAnalytical"});
     // vehicles ("Desciption" is the public spelling)
     table.Unavailable({"CarsOpen",
                        "CarsClose",
@@ -273,9 +237,8 @@ void AddUnavailableMembers(MemberTable& table) {
                        "UserExtGetPasswordInString"});
     // miscellaneous
     table.Unavailable({"DonorGetReport", "FennRickViewGetRequest", "AdaptDocHead", "StartForm",
-                       "ReplaceCharactersReminderFileName", "getScreenDPI", "OpenFileArchiveACT",
-                       "OpenFileArchiveACF", "OpenFilesALT", "OpenFilesArchiveALT",
-                       "CreateFolderRecursive"});
+                       "OpenFileArchiveACT", "OpenFileArchiveACF", "OpenFilesALT",
+                       "OpenFilesArchiveALT"});
 }
 
 }  // namespace fnrk::facade
