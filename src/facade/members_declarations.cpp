@@ -8,8 +8,8 @@
 #include "declarations/table_representative.hpp"
 #include "facade/facade_error.hpp"
 #include "facade/fnrk_routines.hpp"
+#include "facade/helper_call.hpp"
 #include "facade/member_table.hpp"
-#include "facade/ubl_member_args.hpp"
 
 namespace fnrk::facade {
 namespace {
@@ -31,13 +31,9 @@ class DeclarationDocumentObject : public VariantObject {
     decl::DeclarationDocument document;
 };
 
-// The document of argument 1: the one the caller holds, or a new one when it is empty.
+// The document of argument 2: the one the caller holds, or a new one when it is empty.
 decl::DeclarationDocument& DocumentOf(CallArgs& a) {
-    Variant& slot = a.Ref(1);
-    if (slot.IsEmpty()) slot = Variant(std::make_shared<DeclarationDocumentObject>());
-    auto* holder = dynamic_cast<DeclarationDocumentObject*>(slot.ToObject().get());
-    if (holder == nullptr) ThrowTypeMismatch("argument 2 is not a declaration document");
-    return holder->document;
+    return HeldObject<DeclarationDocumentObject>(a, 1, "a declaration document").document;
 }
 
 decl::DeclarationHeader HeaderFrom(const CallArgs& a) {
@@ -54,24 +50,35 @@ Variant Section(R& r, CallArgs& a, Write write) {
     return Variant();
 }
 
-void AddOssMembers(MemberTable& table) {
-    table.Method("OssXmlHeader", kHeaderArgs, [](R& r, CallArgs& a) {
-        return Section(r, a, [&](auto& d) { decl::OssXmlHeader(d, HeaderFrom(a)); });
+using HeaderWriter = void (*)(decl::DeclarationDocument&, const decl::DeclarationHeader&);
+using RepresentedHeaderWriter = void (*)(decl::DeclarationDocument&, const decl::DeclarationHeader&,
+                                         const decl::RepresentativeSource&);
+using InfoWriter = void (*)(decl::DeclarationDocument&, const decl::MemberStateInfo&);
+
+// The header, the header with its representative and the member-state block of a consignment
+// ("Oss" or "Moss"). The representative is the current record of the table open under the alias
+// given last.
+void AddHeaderMembers(MemberTable& table, const std::string& prefix, HeaderWriter header,
+                      RepresentedHeaderWriter represented, InfoWriter info) {
+    table.Method(prefix + "XmlHeader", kHeaderArgs, [header](R& r, CallArgs& a) {
+        return Section(r, a, [&](auto& d) { header(d, HeaderFrom(a)); });
     });
-    // The representative is the current record of the table open under the alias given last.
-    table.Method("OssXmlHeaderCheckRepresentative", Concat(kHeaderArgs, {kString}),
-                 [](R& r, CallArgs& a) {
+    table.Method(prefix + "XmlHeaderCheckRepresentative", Concat(kHeaderArgs, {kString}),
+                 [represented](R& r, CallArgs& a) {
                      return Section(r, a, [&](auto& d) {
                          const decl::TableRepresentative representative(R::Tables(), a.String(9));
-                         decl::OssXmlHeaderCheckRepresentative(d, HeaderFrom(a), representative);
+                         represented(d, HeaderFrom(a), representative);
                      });
                  });
-    table.Method("OssXmlHeaderInfo", {kRegistry, ByRef(kObject), kString, kString},
-                 [](R& r, CallArgs& a) {
-                     return Section(r, a, [&](auto& d) {
-                         decl::OssXmlHeaderInfo(d, {a.String(2), a.String(3)});
-                     });
+    table.Method(prefix + "XmlHeaderInfo", {kRegistry, ByRef(kObject), kString, kString},
+                 [info](R& r, CallArgs& a) {
+                     return Section(r, a, [&](auto& d) { info(d, {a.String(2), a.String(3)}); });
                  });
+}
+
+void AddOssMembers(MemberTable& table) {
+    AddHeaderMembers(table, "Oss", decl::OssXmlHeader, decl::OssXmlHeaderCheckRepresentative,
+                     decl::OssXmlHeaderInfo);
     table.Method("OssXmlNil", {kRegistry, ByRef(kObject)}, [](R& r, CallArgs& a) {
         return Section(r, a, [&](auto& d) { decl::OssXmlNil(d); });
     });
@@ -102,22 +109,8 @@ void AddOssMembers(MemberTable& table) {
 }
 
 void AddMossMembers(MemberTable& table) {
-    table.Method("MossXmlHeader", kHeaderArgs, [](R& r, CallArgs& a) {
-        return Section(r, a, [&](auto& d) { decl::MossXmlHeader(d, HeaderFrom(a)); });
-    });
-    table.Method("MossXmlHeaderCheckRepresentative", Concat(kHeaderArgs, {kString}),
-                 [](R& r, CallArgs& a) {
-                     return Section(r, a, [&](auto& d) {
-                         const decl::TableRepresentative representative(R::Tables(), a.String(9));
-                         decl::MossXmlHeaderCheckRepresentative(d, HeaderFrom(a), representative);
-                     });
-                 });
-    table.Method("MossXmlHeaderInfo", {kRegistry, ByRef(kObject), kString, kString},
-                 [](R& r, CallArgs& a) {
-                     return Section(r, a, [&](auto& d) {
-                         decl::MossXmlHeaderInfo(d, {a.String(2), a.String(3)});
-                     });
-                 });
+    AddHeaderMembers(table, "Moss", decl::MossXmlHeader, decl::MossXmlHeaderCheckRepresentative,
+                     decl::MossXmlHeaderInfo);
     // Sequence, establishment country and VAT number, rate type, rate, VAT, taxable and gross
     // amounts, currency.
     table.Method("MossXmlRow",

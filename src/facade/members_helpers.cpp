@@ -42,13 +42,9 @@ class ValueListObject : public VariantObject {
     util::ValueList list;
 };
 
-// The list of argument 1: the caller's, or a new one left there when it is empty.
+// The list of argument 2: the caller's, or a new one left there when it is empty.
 util::ValueList& ListOf(CallArgs& a) {
-    Variant& slot = a.Ref(1);
-    if (slot.IsEmpty()) slot = Variant(std::make_shared<ValueListObject>());
-    auto* holder = dynamic_cast<ValueListObject*>(slot.ToObject().get());
-    if (holder == nullptr) ThrowTypeMismatch("argument 2 is not a value list");
-    return holder->list;
+    return HeldObject<ValueListObject>(a, 1, "a value list").list;
 }
 
 // The keys of a collection, or the texts of an array standing for them.
