@@ -137,25 +137,36 @@ void AddMossMembers(MemberTable& table) {
         });
 }
 
-// One box as an object of named properties.
+// One box as an object of named properties, one per field of the box.
 std::shared_ptr<PropertyBag> BoxObject(const decl::DeclarationTvaCase& box) {
-    auto object = std::make_shared<PropertyBag>(
-        "DeclarationTvaCase",
-        std::vector<std::string>{"Number", "ValueModified", "ValueOriginal", "XmlNodeNameModified",
-                                 "XmlNodeNameOfficial", "MandatoryOriginal", "MandatoryModified",
-                                 "CaseType", "Total", "Page", "TabOrder", "Label"});
-    object->SetProperty("Number", Variant(box.Number));
-    object->SetProperty("ValueModified", Variant(box.ValueModified));
-    object->SetProperty("ValueOriginal", Variant(box.ValueOriginal));
-    object->SetProperty("XmlNodeNameModified", Variant(box.XmlNodeNameModified));
-    object->SetProperty("XmlNodeNameOfficial", Variant(box.XmlNodeNameOfficial));
-    object->SetProperty("MandatoryOriginal", Variant(box.MandatoryOriginal));
-    object->SetProperty("MandatoryModified", Variant(box.MandatoryModified));
-    object->SetProperty("CaseType", Variant(static_cast<std::int16_t>(box.CaseType)));
-    object->SetProperty("Total", Variant(box.Total));
-    object->SetProperty("Page", Variant(static_cast<std::int16_t>(box.Page)));
-    object->SetProperty("TabOrder", Variant(static_cast<std::int16_t>(box.TabOrder)));
-    object->SetProperty("Label", Variant(box.Label));
+    auto byte = [](std::uint8_t value) { return Variant(static_cast<std::int16_t>(value)); };
+    const std::vector<std::pair<std::string, Variant>> values = {
+        {"Number", Variant(box.Number)},
+        {"ValueModified", Variant(box.ValueModified)},
+        {"ValueOriginal", Variant(box.ValueOriginal)},
+        {"XmlNodeNameModified", Variant(box.XmlNodeNameModified)},
+        {"XmlNodeNameOfficial", Variant(box.XmlNodeNameOfficial)},
+        {"MandatoryOriginal", Variant(box.MandatoryOriginal)},
+        {"MandatoryModified", Variant(box.MandatoryModified)},
+        {"CaseType", byte(box.CaseType)},
+        {"Total", Variant(box.Total)},
+        {"Page", byte(box.Page)},
+        {"TabOrder", byte(box.TabOrder)},
+        {"AddEmptyLineAfter", byte(box.AddEmptyLineAfter)},
+        {"FieldVisible", Variant(box.FieldVisible)},
+        {"ShowHeaderBefore", Variant(box.ShowHeaderBefore)},
+        {"CalcVisible", Variant(box.CalcVisible)},
+        {"CalcHeight", Variant(box.CalcHeight)},
+        {"CalcWidth", Variant(box.CalcWidth)},
+        {"CorrVisible", Variant(box.CorrVisible)},
+        {"CorrHeight", Variant(box.CorrHeight)},
+        {"CorrWidth", Variant(box.CorrWidth)},
+        {"ColumnNumber", byte(box.ColumnNumber)},
+        {"Label", Variant(box.Label)}};
+    std::vector<std::string> names;
+    for (const auto& [name, value] : values) names.push_back(name);
+    auto object = std::make_shared<PropertyBag>("DeclarationTvaCase", names);
+    for (const auto& [name, value] : values) object->SetProperty(name, value);
     return object;
 }
 
