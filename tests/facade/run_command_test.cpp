@@ -156,6 +156,21 @@ TEST_F(SampleDossierTest, CallAnswersTheResultAndTheByReferenceValues) {
     EXPECT_NE(result.err.find("no dossier folder"), std::string::npos) << result.err;
 }
 
+TEST_F(SampleDossierTest, DbDisconnectClosesTheLibrarysTables) {
+    const std::string script = R"({"call": "IsAlias", "args": ["PARAM"]})"
+                               "\n"
+                               R"({"call": "DBDisconnect", "args": []})"
+                               "\n"
+                               R"({"call": "IsAlias", "args": ["PARAM"]})"
+                               "\n";
+    const auto result = RunFennrick({"run", "--dossier", dossier, "-"}, script);
+    EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
+    const std::vector<json> answers = AnswerLines(result.out);
+    ASSERT_EQ(answers.size(), 3u) << result.out;
+    EXPECT_EQ(answers[0]["result"], true);
+    EXPECT_EQ(answers[2]["result"], false);
+}
+
 TEST_F(SampleDossierTest, TheReadmeExampleWritesAnInvoiceThatPassesThePeppolRules) {
     const std::string example = std::string(FNRK_EXAMPLES_DIR) + "/peppol-invoice.jsonl";
     const auto result = RunCommand({"sh", "-c", "cd \"$1\" && \"$2\" run --dossier \"$3\" \"$4\"",
