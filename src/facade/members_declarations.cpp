@@ -8,7 +8,6 @@
 #include "declarations/table_representative.hpp"
 #include "facade/facade_error.hpp"
 #include "facade/fnrk_routines.hpp"
-#include "facade/helper_call.hpp"
 #include "facade/member_table.hpp"
 
 namespace fnrk::facade {
@@ -33,7 +32,11 @@ class DeclarationDocumentObject : public VariantObject {
 
 // The document of argument 2: the one the caller holds, or a new one when it is empty.
 decl::DeclarationDocument& DocumentOf(CallArgs& a) {
-    return HeldObject<DeclarationDocumentObject>(a, 1, "a declaration document").document;
+    Variant& slot = a.Ref(1);
+    if (slot.IsEmpty()) slot = Variant(std::make_shared<DeclarationDocumentObject>());
+    auto* holder = dynamic_cast<DeclarationDocumentObject*>(slot.ToObject().get());
+    if (holder == nullptr) ThrowTypeMismatch("argument 2 is not a declaration document");
+    return holder->document;
 }
 
 decl::DeclarationHeader HeaderFrom(const CallArgs& a) {

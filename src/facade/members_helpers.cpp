@@ -1,9 +1,11 @@
-// The small helper classes, one per prefix (XLS clsExcel, XML clsXml, DATIM clsDateTime, CLR
-// clsColor, PRN clsPrint, COL clsCollection, VBC clsVbControl, FMT clsFormat, PRC clsProcess,
-// IO clsIO, LOG clsLog, LST clsList): the member name after the prefix is the method's name.
+// The small helper classes, one per prefix: the member name after the prefix is the class's
+// method. Value lists live in a by-reference argument the caller keeps: an array of
+// [text, data] pairs.
 
 #include "facade/facade_error.hpp"
-#include "facade/helper_call.hpp"
+#include "facade/table_registry.hpp"
+#include "facade/variant_object.hpp"
+#include "facade/wrapped_member.hpp"
 #include "utilities/cls_collection.hpp"
 #include "utilities/cls_color.hpp"
 #include "utilities/cls_date_time.hpp"
@@ -19,227 +21,188 @@ namespace {
 
 using R = FnrkRoutines;
 using namespace args;
-namespace util = fnrk::utilities;
+namespace u = fnrk::utilities;
 
-// A value list as the caller holds it between the LST members: "Count", and "Items" as pairs
-// of text and item data.
-class ValueListObject : public VariantObject {
-  public:
-    std::string_view ClassName() const override { return "ValueList"; }
-    std::vector<std::string> PropertyNames() const override { return {"Count", "Items"}; }
-    Variant GetProperty(std::string_view name) const override {
-        if (name == "Count") return Variant(static_cast<std::int32_t>(list.size()));
-        if (name == "Items") {
-            VariantArray items;
-            for (const util::ValueListItem& item : list) {
-                items.emplace_back(VariantArray{Variant(item.text), Variant(item.data)});
-            }
-            return Variant(std::move(items));
-        }
-        ThrowNoProperty(name);
-    }
-
-    util::ValueList list;
-};
-
-// The list of argument 2: the caller's, or a new one left there when it is empty.
-util::ValueList& ListOf(CallArgs& a) {
-    return HeldObject<ValueListObject>(a, 1, "a value list").list;
+std::vector<std::string> Texts(const Variant& value) {
+    std::vector<std::string> texts;
+    for (const Variant& item : value.ToArray()) texts.push_back(item.ToString());
+    return texts;
 }
 
-// The keys of a collection, or the texts of an array standing for them.
+// The keys of a keyed collection, the aliases of a table registry, or the texts of an array.
 std::vector<std::string> KeysOf(const Variant& value) {
-    if (value.IsObject()) {
-        if (const auto* collection =
-                dynamic_cast<const VariantCollection*>(value.ToObject().get())) {
-            return collection->Keys();
-        }
+    if (!value.IsObject()) return Texts(value);
+    const auto object = value.ToObject();
+    if (const auto* collection = dynamic_cast<const VariantCollection*>(object.get()))
+        return collection->Keys();
+    if (const auto* registry = dynamic_cast<const TableRegistry*>(object.get())) {
+        std::vector<std::string> aliases;
+        for (const auto& entry : registry->Entries()) aliases.push_back(entry->Alias);
+        return aliases;
     }
-    return TextsOf(value);
+    ThrowTypeMismatch("a keyed collection is required");
 }
 
-// Process ids travel as doubles: late-bound callers have no 64-bit integer.
-std::int64_t ProcessId(const CallArgs& a, std::size_t index) {
-    return static_cast<std::int64_t>(a.Double(index));
+u::ValueList ListOf(const Variant& value) {
+    u::ValueList list;
+    if (value.IsEmpty()) return list;
+    for (const Variant& item : value.ToArray()) {
+        const VariantArray& pair = item.ToArray();
+        if (pair.size() != 2) ThrowTypeMismatch("a value list item is a pair [text, data]");
+        list.push_back({pair[0].ToString(), pair[1].ToLong()});
+    }
+    return list;
 }
 
-void AddTextAndDateHelpers(MemberTable& table) {
-    table.Method("XLSTabFormat", {kRegistry, kVariant}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] { return util::clsExcel().TabFormat(TextsOf(a.Value(1))); });
+Variant ListValue(const u::ValueList& list) {
+    VariantArray items;
+    for (const auto& item : list)
+        items.push_back(VariantArray{Variant(item.text), Variant(item.data)});
+    return Variant(std::move(items));
+}
+
+// Runs a change of the caller's value list (argument 1, by reference) and writes it back.
+template <typename Change>
+auto ChangeList(CallArgs& a, Change change) {
+    u::ValueList list = ListOf(a.Ref(1));
+    auto result = change(list);
+    a.Ref(1) = ListValue(list);
+    return result;
+}
+
+std::int32_t Int(std::int64_t value) {
+    return static_cast<std::int32_t>(value);
+}
+
+void AddDateAndColourMembers(MemberTable& table) {
+    AddWrapped(table, "DATIMDaysInYearCount", {kLong},
+               [](R&, CallArgs& a) { return Int(u::clsDateTime().DaysInYearCount(a.Long(1))); });
+    AddWrapped(table, "DATIMPerToDate", {kLong, kLong, kLong, Optional(kBoolean)},
+               [](R&, CallArgs& a) {
+                   return u::clsDateTime().PerToDate(a.Long(1), a.Long(2), a.Long(3),
+                                                     a.Has(4) && a.Boolean(4));
+               });
+    AddWrapped(table, "CLRIsColorDark", {kLong}, [](R&, CallArgs& a) {
+        return u::clsColor().IsColorDark(static_cast<std::uint32_t>(a.Long(1)));
     });
-    table.Method("XMLEscaping", {kRegistry, kString}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] { return util::clsXml().Escaping(a.String(1)); });
-    });
-    table.Method("DATIMDaysInYearCount", {kRegistry, kInteger}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] {
-            return static_cast<std::int16_t>(util::clsDateTime().DaysInYearCount(a.Integer(1)));
-        });
-    });
-    table.Method("DATIMPerToDate", {kRegistry, kInteger, kInteger, kInteger, kBoolean},
-                 [](R& r, CallArgs& a) {
-                     return HelperCall(r, a, [&] {
-                         return util::clsDateTime().PerToDate(a.Integer(1), a.Integer(2),
-                                                              a.Integer(3), a.Boolean(4));
-                     });
-                 });
-    table.Method("CLRIsColorDark", {kRegistry, kLong}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] {
-            return util::clsColor().IsColorDark(static_cast<std::uint32_t>(a.Long(1)));
-        });
-    });
-    table.Method("CLRBrightnessColorGet", {kRegistry, kLong}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] {
-            return static_cast<std::int32_t>(
-                util::clsColor().BrightnessColorGet(static_cast<std::uint32_t>(a.Long(1))));
-        });
-    });
-    table.Method("COLIsItemExistsInCollection", {kRegistry, kVariant, kString},
-                 [](R& r, CallArgs& a) {
-                     return HelperCall(r, a, [&] {
-                         return util::clsCollection().IsItemExistsInCollection(KeysOf(a.Value(1)),
-                                                                               a.String(2));
-                     });
-                 });
-    table.Method("VBCStatusBarOfAFormHeight", {kRegistry}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] {
-            return static_cast<std::int32_t>(util::clsVbControl().StatusBarOfAFormHeight());
-        });
-    });
-    table.Method("FMTCCurrency", {kRegistry, kDouble, kString, kString}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] {
-            return util::clsFormat().Currency(a.Double(1), a.String(2), a.String(3));
-        });
-    });
-    table.Method("FMTCDateDDMMYYYYWithSlash", {kRegistry, kString}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a,
-                          [&] { return util::clsFormat().DateDDMMYYYYWithSlash(a.String(1)); });
-    });
-    table.Method("PRCWindowToProcessId", {kRegistry, kDouble}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] {
-            return static_cast<double>(util::clsProcess().WindowToProcessId(ProcessId(a, 1)));
-        });
-    });
-    table.Method("IOIsDirectoryCreated", {kRegistry, kString}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] { return util::clsIO().IsDirectoryCreated(a.String(1)); });
+    AddWrapped(table, "CLRBrightnessColorGet", {kLong}, [](R&, CallArgs& a) {
+        return Int(u::clsColor().BrightnessColorGet(static_cast<std::uint32_t>(a.Long(1))));
     });
 }
 
-void AddPrintHelpers(MemberTable& table) {
-    table.Method("PRNSignTot", {kRegistry, kDouble, kDouble}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] { return util::clsPrint().SignTot(a.Double(1), a.Double(2)); });
+void AddFormatMembers(MemberTable& table) {
+    // The separators default to the session's own (GetDecimalSpecifier, GetThousandSpecifier).
+    AddWrapped(table, "FMTCCurrency", {kDouble, Optional(kString), Optional(kString)},
+               [](R& r, CallArgs& a) {
+                   return u::clsFormat().Currency(
+                       a.Double(1), a.Has(2) ? a.String(2) : r.GetDecimalSpecifier(),
+                       a.Has(3) ? a.String(3) : r.GetThousandSpecifier());
+               });
+    AddWrapped(table, "FMTCDateDDMMYYYYWithSlash", {kVariant}, [](R&, CallArgs& a) {
+        const Variant& date = a.Value(1);
+        if (date.Type() == VariantType::Date) return DateText(date.ToDate());
+        return u::clsFormat().DateDDMMYYYYWithSlash(date.ToString());
     });
-    table.Method("PRNCalculCarac", {kRegistry, kDouble, kInteger}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] {
-            return static_cast<std::int32_t>(
-                util::clsPrint().CalculCarac(a.Double(1), a.Integer(2)));
+    AddWrapped(table, "XLSTabFormat", {kVariant},
+               [](R&, CallArgs& a) { return u::clsExcel().TabFormat(Texts(a.Value(1))); });
+    AddWrapped(table, "XMLEscaping", {kString},
+               [](R&, CallArgs& a) { return u::clsXml().Escaping(a.String(1)); });
+}
+
+void AddPrintMembers(MemberTable& table) {
+    AddWrapped(table, "PRNSignTot", {kDouble, kDouble},
+               [](R&, CallArgs& a) { return u::clsPrint().SignTot(a.Double(1), a.Double(2)); });
+    AddWrapped(table, "PRNCalculCarac", {kDouble, kLong}, [](R&, CallArgs& a) {
+        return Int(u::clsPrint().CalculCarac(a.Double(1), a.Long(2)));
+    });
+    AddWrapped(table, "PRNCalculCaracForAnyZone", {kString, Optional(kLong)}, [](R&, CallArgs& a) {
+        return Int(u::clsPrint().CalculCaracForAnyZone(a.String(1), a.Has(2) ? a.Long(2) : 0));
+    });
+    AddWrapped(table, "PRNClotureValue", {kDouble, kBoolean}, [](R&, CallArgs& a) {
+        return u::clsPrint().ClotureValue(a.Double(1), a.Boolean(2));
+    });
+    AddWrapped(table, "PRNClotureValueCentral", {kDouble, kDouble, kBoolean}, [](R&, CallArgs& a) {
+        return u::clsPrint().ClotureValueCentral(a.Double(1), a.Double(2), a.Boolean(3));
+    });
+    AddWrapped(table, "PRNZoneIsSimulation", {kString},
+               [](R&, CallArgs& a) { return u::clsPrint().ZoneIsSimulation(a.String(1)); });
+    AddWrapped(table, "PRNFormatCheckedNumber", {kString},
+               [](R&, CallArgs& a) { return u::clsPrint().FormatCheckedNumber(a.String(1)); });
+    AddWrapped(table, "PRNGetNumberKeyControl", {kString},
+               [](R&, CallArgs& a) { return u::clsPrint().GetNumberKeyControl(a.String(1)); });
+}
+
+void AddListMembers(MemberTable& table) {
+    AddWrapped(table, "LSTValuesInit", {ByRef(kVariant)}, [](R&, CallArgs& a) {
+        return ChangeList(a, [](u::ValueList& list) {
+            u::clsList().ValuesInit(list);
+            return true;
         });
     });
-    table.Method("PRNCalculCaracForAnyZone", {kRegistry, kString, kInteger}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] {
-            return static_cast<std::int32_t>(
-                util::clsPrint().CalculCaracForAnyZone(a.String(1), a.Integer(2)));
-        });
+    AddWrapped(table, "LSTValuesComplete", {ByRef(kVariant), kString, Optional(kString)},
+               [](R&, CallArgs& a) {
+                   const std::string items = a.String(2);
+                   const std::string separator = a.Has(3) ? a.String(3) : "";
+                   return Int(ChangeList(a, [&](u::ValueList& list) {
+                       return u::clsList().ValuesComplete(list, items, separator);
+                   }));
+               });
+    AddWrapped(table, "LSTValuesAddItem", {ByRef(kVariant), kString, Optional(kLong)},
+               [](R&, CallArgs& a) {
+                   const std::string text = a.String(2);
+                   const std::int32_t data = a.Has(3) ? a.Long(3) : 0;
+                   return Int(ChangeList(a, [&](u::ValueList& list) {
+                       return u::clsList().ValuesAddItem(list, text, data);
+                   }));
+               });
+    AddWrapped(table, "LSTIsItemInListValues", {kVariant, kString}, [](R&, CallArgs& a) {
+        return u::clsList().IsItemInListValues(ListOf(a.Value(1)), a.String(2));
     });
-    table.Method("PRNClotureValue", {kRegistry, kDouble, kBoolean}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a,
-                          [&] { return util::clsPrint().ClotureValue(a.Double(1), a.Boolean(2)); });
+    AddWrapped(table, "LSTIndexListByItemListGet", {kVariant, kString}, [](R&, CallArgs& a) {
+        return Int(u::clsList().IndexListByItemListGet(ListOf(a.Value(1)), a.String(2)));
     });
-    table.Method(
-        "PRNClotureValueCentral", {kRegistry, kDouble, kDouble, kBoolean}, [](R& r, CallArgs& a) {
-            return HelperCall(r, a, [&] {
-                return util::clsPrint().ClotureValueCentral(a.Double(1), a.Double(2), a.Boolean(3));
-            });
-        });
-    table.Method("PRNZoneIsSimulation", {kRegistry, kString}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] { return util::clsPrint().ZoneIsSimulation(a.String(1)); });
+    AddWrapped(table, "LSTIndexListByItemDataGet", {kVariant, kLong}, [](R&, CallArgs& a) {
+        return Int(u::clsList().IndexListByItemDataGet(ListOf(a.Value(1)), a.Long(2)));
     });
-    table.Method("PRNGetNumberKeyControl", {kRegistry, kString}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] { return util::clsPrint().GetNumberKeyControl(a.String(1)); });
-    });
-    table.Method("PRNFormatCheckedNumber", {kRegistry, kString}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] { return util::clsPrint().FormatCheckedNumber(a.String(1)); });
+    AddWrapped(table, "COLIsItemExistsInCollection", {kVariant, kString}, [](R&, CallArgs& a) {
+        return u::clsCollection().IsItemExistsInCollection(KeysOf(a.Value(1)), a.String(2));
     });
 }
 
-void AddLogHelpers(MemberTable& table) {
-    table.Method("LOGFileReset", {kRegistry, kString}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] { return util::clsLog().FileReset(a.String(1)); });
+void AddHostMembers(MemberTable& table) {
+    AddWrapped(table, "IOIsDirectoryCreated", {kString},
+               [](R&, CallArgs& a) { return u::clsIO().IsDirectoryCreated(a.String(1)); });
+    AddWrapped(table, "PRCWindowToProcessId", {kLong},
+               [](R&, CallArgs& a) { return Int(u::clsProcess().WindowToProcessId(a.Long(1))); });
+    AddWrapped(table, "VBCStatusBarOfAFormHeight", {},
+               [](R&, CallArgs&) { return Int(u::clsVbControl().StatusBarOfAFormHeight()); });
+    AddWrapped(table, "LOGFileReset", {kString},
+               [](R&, CallArgs& a) { return u::clsLog().FileReset(a.String(1)); });
+    AddWrapped(table, "LOGFileInfoAdd", {kString, kString},
+               [](R&, CallArgs& a) { return u::clsLog().FileInfoAdd(a.String(1), a.String(2)); });
+    AddWrapped(table, "LOGExcelAndFennrickProcessCreated", {kString, kLong}, [](R&, CallArgs& a) {
+        return u::clsLog().ExcelAndFennrickProcessCreated(a.String(1), a.Long(2));
     });
-    table.Method("LOGFileInfoAdd", {kRegistry, kString, kString}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a,
-                          [&] { return util::clsLog().FileInfoAdd(a.String(1), a.String(2)); });
+    AddWrapped(table, "LOGExcelAndFennrickProcessDeleted", {kString, kLong}, [](R&, CallArgs& a) {
+        return u::clsLog().ExcelAndFennrickProcessDeleted(a.String(1), a.Long(2));
     });
-    table.Method(
-        "LOGExcelAndFennrickProcessCreated", {kRegistry, kString, kDouble}, [](R& r, CallArgs& a) {
-            return HelperCall(r, a, [&] {
-                return util::clsLog().ExcelAndFennrickProcessCreated(a.String(1), ProcessId(a, 2));
-            });
-        });
-    table.Method(
-        "LOGExcelAndFennrickProcessDeleted", {kRegistry, kString, kDouble}, [](R& r, CallArgs& a) {
-            return HelperCall(r, a, [&] {
-                return util::clsLog().ExcelAndFennrickProcessDeleted(a.String(1), ProcessId(a, 2));
-            });
-        });
-    // The ids of the logged processes still running.
-    table.Method("LOGExcelAndFennrickProcessManage", {kRegistry, kString}, [](R& r, CallArgs& a) {
-        return HelperCall(r, a, [&] {
-            VariantArray running;
-            for (std::int64_t id : util::clsLog().ExcelAndFennrickProcessManage(a.String(1))) {
-                running.emplace_back(static_cast<double>(id));
-            }
-            return running;
-        });
+    // The ids of the recorded processes that still run.
+    AddWrapped(table, "LOGExcelAndFennrickProcessManage", {kString}, [](R&, CallArgs& a) {
+        VariantArray running;
+        for (const std::int64_t id : u::clsLog().ExcelAndFennrickProcessManage(a.String(1)))
+            running.push_back(Variant(Int(id)));
+        return running;
     });
-}
-
-void AddListHelpers(MemberTable& table) {
-    table.Method("LSTValuesInit", {kRegistry, ByRef(kObject)}, [](R& r, CallArgs& a) {
-        r.Wrapped(a.Value(0), [&] { util::clsList().ValuesInit(ListOf(a)); });
-        return Variant();
-    });
-    table.Method("LSTValuesComplete", {kRegistry, ByRef(kObject), kString, Optional(kString)},
-                 [](R& r, CallArgs& a) {
-                     return HelperCall(r, a, [&] {
-                         return static_cast<std::int32_t>(
-                             util::clsList().ValuesComplete(ListOf(a), a.String(2), a.String(3)));
-                     });
-                 });
-    table.Method("LSTValuesAddItem", {kRegistry, ByRef(kObject), kString, kLong},
-                 [](R& r, CallArgs& a) {
-                     return HelperCall(r, a, [&] {
-                         return static_cast<std::int32_t>(
-                             util::clsList().ValuesAddItem(ListOf(a), a.String(2), a.Long(3)));
-                     });
-                 });
-    table.Method(
-        "LSTIsItemInListValues", {kRegistry, ByRef(kObject), kString}, [](R& r, CallArgs& a) {
-            return HelperCall(
-                r, a, [&] { return util::clsList().IsItemInListValues(ListOf(a), a.String(2)); });
-        });
-    table.Method("LSTIndexListByItemListGet", {kRegistry, ByRef(kObject), kString},
-                 [](R& r, CallArgs& a) {
-                     return HelperCall(r, a, [&] {
-                         return static_cast<std::int32_t>(
-                             util::clsList().IndexListByItemListGet(ListOf(a), a.String(2)));
-                     });
-                 });
-    table.Method("LSTIndexListByItemDataGet", {kRegistry, ByRef(kObject), kLong},
-                 [](R& r, CallArgs& a) {
-                     return HelperCall(r, a, [&] {
-                         return static_cast<std::int32_t>(
-                             util::clsList().IndexListByItemDataGet(ListOf(a), a.Long(2)));
-                     });
-                 });
 }
 
 }  // namespace
 
 void AddHelperMembers(MemberTable& table) {
-    AddTextAndDateHelpers(table);
-    AddPrintHelpers(table);
-    AddLogHelpers(table);
-    AddListHelpers(table);
+    AddDateAndColourMembers(table);
+    AddFormatMembers(table);
+    AddPrintMembers(table);
+    AddListMembers(table);
+    AddHostMembers(table);
 }
 
 }  // namespace fnrk::facade

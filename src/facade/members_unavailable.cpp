@@ -19,7 +19,7 @@ void AddUnavailableMembers(MemberTable& table) {
                        "DEPInvokeMethod", "DEPInvokeMethodOptionalMessage", "DEPGetJournalList",
                        "DEPDeleteJournal", "DEPGetAllCartrige", "DEPCreateJournal",
                        "DEPGetOffloadDataTransfertPath", "DEPGetVICustomType"});
-    // the accounting and analytical helpers
+    // small helpers
     table.Unavailable({"ACCReturnPeriode", "ACCCheckCentralisateur", "ACCGetBankName",
                        "ANAGetFormatforSectionQuantity", "ANAIsAccountAnalytical"});
     // vehicles ("Desciption" is the public spelling)

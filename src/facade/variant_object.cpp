@@ -83,14 +83,6 @@ void VariantCollection::Add(Variant item, std::string key) {
     keys_.push_back(platform::UpperCase(key));
 }
 
-std::vector<std::string> VariantCollection::Keys() const {
-    std::vector<std::string> keys;
-    for (const std::string& key : keys_) {
-        if (!key.empty()) keys.push_back(key);
-    }
-    return keys;
-}
-
 void VariantCollection::Remove(std::size_t index) {
     Item(index);
     items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index - 1));

@@ -67,8 +67,8 @@ class VariantCollection : public VariantObject {
     bool HasKey(std::string_view key) const;
     void Remove(std::size_t index);
     const std::vector<Variant>& Items() const { return items_; }
-    // The keys of the keyed items, upper-cased, in item order.
-    std::vector<std::string> Keys() const;
+    // The keys in item order, upper case; empty for an item added without one.
+    const std::vector<std::string>& Keys() const { return keys_; }
 
   private:
     std::vector<Variant> items_;
