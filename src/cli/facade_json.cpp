@@ -8,6 +8,7 @@
 #include "cli/command_registry.hpp"
 #include "facade/facade_error.hpp"
 #include "facade/table_registry.hpp"
+#include "facade/user_object.hpp"
 #include "facade/variant_object.hpp"
 
 namespace fnrk::cli {

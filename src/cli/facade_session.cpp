@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "cli/dossier_tables.hpp"
+#include "facade/user_object.hpp"
 #include "session/api_ini.hpp"
 #include "tables/shared_tables.hpp"
 

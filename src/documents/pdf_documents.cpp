@@ -41,8 +41,10 @@ std::unique_ptr<QPDF> OpenPdf(const std::string& path) {
 void WriteAtomically(QPDF& pdf, const std::string& target) {
     const fs::path file = platform::FileSystemPath(target);
     const fs::path partial = file.string() + ".partial";
+    // The writer keeps the file name it is given while it writes.
+    const std::string partialName = partial.string();
     try {
-        QPDFWriter writer(pdf, partial.string().c_str());
+        QPDFWriter writer(pdf, partialName.c_str());
         writer.setStaticID(false);
         writer.write();
     } catch (const std::exception& e) {

@@ -1,11 +1,15 @@
 #include "facade/fnrk_routines.hpp"
 
+#include "company/shared_company.hpp"
 #include "einvoice/cls_ubl.hpp"
 #include "einvoice/table_invoice_lookups.hpp"
+#include "facade/user_object.hpp"
 #include "platform/network_state.hpp"
 #include "platform/text.hpp"
 #include "session/session_user.hpp"
 #include "tables/shared_tables.hpp"
+#include "users/shared_user.hpp"
+#include "users/user_password.hpp"
 
 namespace fnrk::facade {
 
@@ -29,55 +33,54 @@ void FnrkRoutines::ScreenFont(const Variant& value) {
 
 void FnrkRoutines::ProtectedBy(std::string value) {
     protectedBy_ = std::move(value);
-    SharedSession().company.ProtectedBy = protectedBy_;
+    company::SharedSocParamColClassApi().ProtectedBy(protectedBy_);
 }
 
 void FnrkRoutines::USER_Class(const Variant& value) {
     const std::shared_ptr<VariantObject> given = value.ToObject();
-    // Read one by one, in this order, so that the first missing property is the one named.
-    std::string language = given->GetProperty("language").ToString();
-    std::string name = given->GetProperty("Name").ToString();
-    std::string password = given->GetProperty("Password").ToString();
-    std::string rights = given->GetProperty("Rights").ToString();
-    session::SessionUser& current = session::CurrentUser();
-    current.Name = name;
-    current.Password = password;
-    current.Rights = rights;
-    current.language = language;
-    user_ = MakeUserObject(std::move(name), std::move(password), std::move(rights),
-                           std::move(language));
+    // Read one by one, in this order, so that the first missing property is the one named. A
+    // user object of the library's own keeps its password to itself.
+    auto user = std::make_shared<UserObject>();
+    user->person.language(given->GetProperty("language").ToString());
+    user->person.Name(given->GetProperty("Name").ToString());
+    if (const auto* own = dynamic_cast<const UserObject*>(given.get())) {
+        users::SetUserPassword(user->person, users::UserPassword(own->person));
+    } else {
+        users::SetUserPassword(user->person, given->GetProperty("Password").ToString());
+    }
+    user->person.Rights(given->GetProperty("Rights").ToString());
+    users::MakeCurrentUser(user->person);
+    user_ = std::move(user);
 }
 
 bool FnrkRoutines::ConnexionInternetActive() {
     return platform::NetworkConnectionPresent();
 }
 
-std::int32_t FnrkRoutines::CurrentBYNum() {
-    return SharedSession().company.CurrentBYNum;
+std::int16_t FnrkRoutines::CurrentBYNum() {
+    return company::SharedSocParamColClassApi().CurrentBYNum();
 }
 
-void FnrkRoutines::CurrentBYNum(std::int32_t value) {
-    SharedSession().company.CurrentBYNum = value;
+void FnrkRoutines::CurrentBYNum(std::int16_t value) {
+    company::SharedSocParamColClassApi().CurrentBYNum(value);
 }
 
 std::string FnrkRoutines::pathName() {
-    return SharedSession().company.pathName;
+    return company::SharedSocParamColClassApi().pathName();
 }
 
 void FnrkRoutines::pathName(std::string value) {
-    CompanySession& company = SharedSession().company;
-    company.pathName = platform::Trim(value);
-    ApplyCompanyToTables(company);
+    company::SharedSocParamColClassApi().pathName(value);
+    ApplyCompanyToTables();
 }
 
 std::string FnrkRoutines::socShortName() {
-    return SharedSession().company.socShortName;
+    return company::SharedSocParamColClassApi().socShortName();
 }
 
 void FnrkRoutines::socShortName(std::string value) {
-    CompanySession& company = SharedSession().company;
-    company.socShortName = platform::Trim(value);
-    ApplyCompanyToTables(company);
+    company::SharedSocParamColClassApi().socShortName(platform::Trim(value));
+    ApplyCompanyToTables();
 }
 
 void FnrkRoutines::RestoreAlias(const std::string& alias) {

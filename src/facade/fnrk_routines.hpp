@@ -63,18 +63,18 @@ class FnrkRoutines {
     const std::string& LastNewsBrowser() const { return lastNewsBrowser_; }
     void LastNewsBrowser(std::string value) { lastNewsBrowser_ = std::move(value); }
 
-    // The current user. Setting it makes a new user object from the "language", "Name",
-    // "Password" and "Rights" of the object given (read by name) and makes it the session's
-    // current user.
+    // The current user. Setting it makes a new `user` from the "language", "Name", "Password"
+    // and "Rights" of the object given (read by name) and makes it the shared current user.
     const std::shared_ptr<VariantObject>& USER_Class() const { return user_; }
     void USER_Class(const Variant& value);
 
     // Whether the host has a network connection up.
     static bool ConnexionInternetActive();
 
-    // Kept by the shared company session.
-    static std::int32_t CurrentBYNum();
-    static void CurrentBYNum(std::int32_t value);
+    // Kept by the shared company-parameter object; setting the folder or the short name also
+    // points the table access at the company's tables.
+    static std::int16_t CurrentBYNum();
+    static void CurrentBYNum(std::int16_t value);
     static std::string pathName();
     static void pathName(std::string value);
     static std::string socShortName();
@@ -145,6 +145,8 @@ class FnrkRoutines {
     static void RestoreAlias(const std::string& alias);
     void ApplyInitializePosition(std::size_t position, const Variant& value);
     void RefillRegistry(const std::vector<AdsPropertyClass>& entries);
+    // A parameter table without book years, where the configuration asks for it, is shown.
+    static void WarnOfDamagedParamTable();
 
     std::string tempPath_;
     std::string orgPath_;

@@ -3,8 +3,13 @@
 
 #include <cmath>
 
+#include "company/shared_company.hpp"
 #include "facade/fnrk_routines.hpp"
+#include "platform/ini_file.hpp"
+#include "platform/messages.hpp"
+#include "platform/paths.hpp"
 #include "platform/text.hpp"
+#include "session/app_class.hpp"
 
 namespace fnrk::facade {
 namespace {
@@ -64,7 +69,7 @@ void FnrkRoutines::ApplyInitializePosition(std::size_t position, const Variant& 
             TestMode(value.ToBoolean());
             break;
         case 4:
-            CurrentBYNum(value.ToLong());
+            CurrentBYNum(value.ToInteger());
             break;
         case 5:
             language(value.ToString());
@@ -201,6 +206,19 @@ void FnrkRoutines::ParamActivate() {
         static_cast<void>(tables.ActivateQuery("SEEKPARAM", 0));
     }
     static_cast<void>(tables.ActivateAlias("PARAM"));
+    if (company::SharedSocParamColClassApi().BookYearCount() < 1) WarnOfDamagedParamTable();
+}
+
+void FnrkRoutines::WarnOfDamagedParamTable() {
+    // Installations that test their parameter tables ask for the warning in their shared
+    // configuration file. The text exists in French only.
+    const std::string file =
+        session::SharedAppClass().RootPath() + platform::kPathSep + "FennRick.ini";
+    if (platform::GetPrivateProfileString("Param", "Test", "", 256, file) == "TRUE") {
+        platform::ShowMessage(
+            "Attention, nous avons détecté un problème potentiel d'accès au fichier param",
+            platform::message_style::kCritical, platform::kErrorTitle);
+    }
 }
 
 void FnrkRoutines::ReinitializeColAdsTable(const Variant& callerRegistry) {

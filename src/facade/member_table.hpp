@@ -119,6 +119,11 @@ constexpr ArgSpec Optional(ArgSpec spec) {
     spec.optional = true;
     return spec;
 }
+// `head` followed by `tail`.
+inline std::vector<ArgSpec> Concat(std::vector<ArgSpec> head, const std::vector<ArgSpec>& tail) {
+    head.insert(head.end(), tail.begin(), tail.end());
+    return head;
+}
 }  // namespace args
 
 // The family files' contributions (one file each).

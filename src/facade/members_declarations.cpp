@@ -9,7 +9,6 @@
 #include "facade/facade_error.hpp"
 #include "facade/fnrk_routines.hpp"
 #include "facade/member_table.hpp"
-#include "facade/ubl_member_args.hpp"
 
 namespace fnrk::facade {
 namespace {
@@ -31,7 +30,7 @@ class DeclarationDocumentObject : public VariantObject {
     decl::DeclarationDocument document;
 };
 
-// The document of argument 1: the one the caller holds, or a new one when it is empty.
+// The document of argument 2: the one the caller holds, or a new one when it is empty.
 decl::DeclarationDocument& DocumentOf(CallArgs& a) {
     Variant& slot = a.Ref(1);
     if (slot.IsEmpty()) slot = Variant(std::make_shared<DeclarationDocumentObject>());
@@ -54,24 +53,35 @@ Variant Section(R& r, CallArgs& a, Write write) {
     return Variant();
 }
 
-void AddOssMembers(MemberTable& table) {
-    table.Method("OssXmlHeader", kHeaderArgs, [](R& r, CallArgs& a) {
-        return Section(r, a, [&](auto& d) { decl::OssXmlHeader(d, HeaderFrom(a)); });
+using HeaderWriter = void (*)(decl::DeclarationDocument&, const decl::DeclarationHeader&);
+using RepresentedHeaderWriter = void (*)(decl::DeclarationDocument&, const decl::DeclarationHeader&,
+                                         const decl::RepresentativeSource&);
+using InfoWriter = void (*)(decl::DeclarationDocument&, const decl::MemberStateInfo&);
+
+// The header, the header with its representative and the member-state block of a consignment
+// ("Oss" or "Moss"). The representative is the current record of the table open under the alias
+// given last.
+void AddHeaderMembers(MemberTable& table, const std::string& prefix, HeaderWriter header,
+                      RepresentedHeaderWriter represented, InfoWriter info) {
+    table.Method(prefix + "XmlHeader", kHeaderArgs, [header](R& r, CallArgs& a) {
+        return Section(r, a, [&](auto& d) { header(d, HeaderFrom(a)); });
     });
-    // The representative is the current record of the table open under the alias given last.
-    table.Method("OssXmlHeaderCheckRepresentative", Concat(kHeaderArgs, {kString}),
-                 [](R& r, CallArgs& a) {
+    table.Method(prefix + "XmlHeaderCheckRepresentative", Concat(kHeaderArgs, {kString}),
+                 [represented](R& r, CallArgs& a) {
                      return Section(r, a, [&](auto& d) {
                          const decl::TableRepresentative representative(R::Tables(), a.String(9));
-                         decl::OssXmlHeaderCheckRepresentative(d, HeaderFrom(a), representative);
+                         represented(d, HeaderFrom(a), representative);
                      });
                  });
-    table.Method("OssXmlHeaderInfo", {kRegistry, ByRef(kObject), kString, kString},
-                 [](R& r, CallArgs& a) {
-                     return Section(r, a, [&](auto& d) {
-                         decl::OssXmlHeaderInfo(d, {a.String(2), a.String(3)});
-                     });
+    table.Method(prefix + "XmlHeaderInfo", {kRegistry, ByRef(kObject), kString, kString},
+                 [info](R& r, CallArgs& a) {
+                     return Section(r, a, [&](auto& d) { info(d, {a.String(2), a.String(3)}); });
                  });
+}
+
+void AddOssMembers(MemberTable& table) {
+    AddHeaderMembers(table, "Oss", decl::OssXmlHeader, decl::OssXmlHeaderCheckRepresentative,
+                     decl::OssXmlHeaderInfo);
     table.Method("OssXmlNil", {kRegistry, ByRef(kObject)}, [](R& r, CallArgs& a) {
         return Section(r, a, [&](auto& d) { decl::OssXmlNil(d); });
     });
@@ -102,22 +112,8 @@ void AddOssMembers(MemberTable& table) {
 }
 
 void AddMossMembers(MemberTable& table) {
-    table.Method("MossXmlHeader", kHeaderArgs, [](R& r, CallArgs& a) {
-        return Section(r, a, [&](auto& d) { decl::MossXmlHeader(d, HeaderFrom(a)); });
-    });
-    table.Method("MossXmlHeaderCheckRepresentative", Concat(kHeaderArgs, {kString}),
-                 [](R& r, CallArgs& a) {
-                     return Section(r, a, [&](auto& d) {
-                         const decl::TableRepresentative representative(R::Tables(), a.String(9));
-                         decl::MossXmlHeaderCheckRepresentative(d, HeaderFrom(a), representative);
-                     });
-                 });
-    table.Method("MossXmlHeaderInfo", {kRegistry, ByRef(kObject), kString, kString},
-                 [](R& r, CallArgs& a) {
-                     return Section(r, a, [&](auto& d) {
-                         decl::MossXmlHeaderInfo(d, {a.String(2), a.String(3)});
-                     });
-                 });
+    AddHeaderMembers(table, "Moss", decl::MossXmlHeader, decl::MossXmlHeaderCheckRepresentative,
+                     decl::MossXmlHeaderInfo);
     // Sequence, establishment country and VAT number, rate type, rate, VAT, taxable and gross
     // amounts, currency.
     table.Method("MossXmlRow",
@@ -144,25 +140,36 @@ void AddMossMembers(MemberTable& table) {
         });
 }
 
-// One box as an object of named properties.
+// One box as an object of named properties, one per field of the box.
 std::shared_ptr<PropertyBag> BoxObject(const decl::DeclarationTvaCase& box) {
-    auto object = std::make_shared<PropertyBag>(
-        "DeclarationTvaCase",
-        std::vector<std::string>{"Number", "ValueModified", "ValueOriginal", "XmlNodeNameModified",
-                                 "XmlNodeNameOfficial", "MandatoryOriginal", "MandatoryModified",
-                                 "CaseType", "Total", "Page", "TabOrder", "Label"});
-    object->SetProperty("Number", Variant(box.Number));
-    object->SetProperty("ValueModified", Variant(box.ValueModified));
-    object->SetProperty("ValueOriginal", Variant(box.ValueOriginal));
-    object->SetProperty("XmlNodeNameModified", Variant(box.XmlNodeNameModified));
-    object->SetProperty("XmlNodeNameOfficial", Variant(box.XmlNodeNameOfficial));
-    object->SetProperty("MandatoryOriginal", Variant(box.MandatoryOriginal));
-    object->SetProperty("MandatoryModified", Variant(box.MandatoryModified));
-    object->SetProperty("CaseType", Variant(static_cast<std::int16_t>(box.CaseType)));
-    object->SetProperty("Total", Variant(box.Total));
-    object->SetProperty("Page", Variant(static_cast<std::int16_t>(box.Page)));
-    object->SetProperty("TabOrder", Variant(static_cast<std::int16_t>(box.TabOrder)));
-    object->SetProperty("Label", Variant(box.Label));
+    auto byte = [](std::uint8_t value) { return Variant(static_cast<std::int16_t>(value)); };
+    const std::vector<std::pair<std::string, Variant>> values = {
+        {"Number", Variant(box.Number)},
+        {"ValueModified", Variant(box.ValueModified)},
+        {"ValueOriginal", Variant(box.ValueOriginal)},
+        {"XmlNodeNameModified", Variant(box.XmlNodeNameModified)},
+        {"XmlNodeNameOfficial", Variant(box.XmlNodeNameOfficial)},
+        {"MandatoryOriginal", Variant(box.MandatoryOriginal)},
+        {"MandatoryModified", Variant(box.MandatoryModified)},
+        {"CaseType", byte(box.CaseType)},
+        {"Total", Variant(box.Total)},
+        {"Page", byte(box.Page)},
+        {"TabOrder", byte(box.TabOrder)},
+        {"AddEmptyLineAfter", byte(box.AddEmptyLineAfter)},
+        {"FieldVisible", Variant(box.FieldVisible)},
+        {"ShowHeaderBefore", Variant(box.ShowHeaderBefore)},
+        {"CalcVisible", Variant(box.CalcVisible)},
+        {"CalcHeight", Variant(box.CalcHeight)},
+        {"CalcWidth", Variant(box.CalcWidth)},
+        {"CorrVisible", Variant(box.CorrVisible)},
+        {"CorrHeight", Variant(box.CorrHeight)},
+        {"CorrWidth", Variant(box.CorrWidth)},
+        {"ColumnNumber", byte(box.ColumnNumber)},
+        {"Label", Variant(box.Label)}};
+    std::vector<std::string> names;
+    for (const auto& [name, value] : values) names.push_back(name);
+    auto object = std::make_shared<PropertyBag>("DeclarationTvaCase", names);
+    for (const auto& [name, value] : values) object->SetProperty(name, value);
     return object;
 }
 

@@ -62,9 +62,9 @@ void AddSessionProperties(MemberTable& table) {
         "ConnexionInternetActive", ArgKind::Boolean,
         [](R&, CallArgs&) { return Variant(R::ConnexionInternetActive()); }, nullptr);
     table.Property(
-        "CurrentBYNum", ArgKind::Long, [](R&, CallArgs&) { return Variant(R::CurrentBYNum()); },
+        "CurrentBYNum", ArgKind::Integer, [](R&, CallArgs&) { return Variant(R::CurrentBYNum()); },
         [](R&, CallArgs& a) {
-            R::CurrentBYNum(a.Long(0));
+            R::CurrentBYNum(a.Integer(0));
             return Variant();
         });
     for (const char* name : {"SocPathName", "pathName"}) {

@@ -2,7 +2,7 @@
 // (the command line, a script) can open the company's tables on the library's connection and
 // name them in its registry, and the company-parameter reader.
 
-#include "company/soc_param_col_class_api.hpp"
+#include "company/shared_company.hpp"
 #include "facade/fnrk_routines.hpp"
 #include "facade/member_table.hpp"
 
@@ -48,8 +48,8 @@ void AddTableAccessMembers(MemberTable& table) {
     // The full value of a company parameter, in the last argument ("" when absent).
     table.Method("GetParamValue", {kRegistry, kString, ByRef(kString)}, [](R& r, CallArgs& a) {
         const std::string key = a.String(1);
-        a.Ref(2) = Variant(
-            r.Wrapped(a.Value(0), [&] { return SharedSocParamColClassApi().GetParamValue(key); }));
+        a.Ref(2) = Variant(r.Wrapped(
+            a.Value(0), [&] { return company::SharedSocParamColClassApi().GetParamValue(key); }));
         return Variant();
     });
 }

@@ -1,6 +1,6 @@
 #include "facade/shared_session.hpp"
 
-#include "company/soc_param_col_class_api.hpp"
+#include "company/shared_company.hpp"
 #include "facade/fnrk_routines.hpp"
 #include "platform/paths.hpp"
 #include "tables/shared_tables.hpp"
@@ -17,16 +17,11 @@ FnrkRoutines& SharedFnrkRoutines() {
     return shared;
 }
 
-company::SocParamColClassApi& SharedSocParamColClassApi() {
-    static company::SocParamColClassApi params(tables::SharedAdsClass());
-    return params;
-}
-
-void ApplyCompanyToTables(const CompanySession& company) {
-    if (company.pathName.empty() || company.socShortName.empty()) return;
-    std::string folder = company.pathName;
-    if (folder.back() == platform::kPathSep) folder.pop_back();
-    tables::SharedAdsClass().SetDossierPrefix(folder + platform::kPathSep + company.socShortName);
+void ApplyCompanyToTables() {
+    const company::SocParamColClassApi& company = company::SharedSocParamColClassApi();
+    const std::string folder = company.pathName();
+    if (folder.empty() || company.socShortName().empty()) return;
+    tables::SharedAdsClass().SetDossierPrefix(folder + platform::kPathSep + company.socShortName());
 }
 
 }  // namespace fnrk::facade

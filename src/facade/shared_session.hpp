@@ -3,7 +3,8 @@
 // The session objects the whole process shares: made on first use, kept until the process ends,
 // reached by every FnrkRoutines instance. The table access, the configuration file and the
 // application paths live in their own layers (SharedAdsClass, SharedApiIni, SharedAppClass);
-// what is gathered here is what only the façade fills.
+// so do the company-parameter object (SharedSocParamColClassApi) and the current user
+// (SharedUser); what is gathered here is what only the façade fills.
 
 #include <array>
 #include <cstdint>
@@ -12,10 +13,6 @@
 
 #include "facade/table_registry.hpp"
 #include "facade/variant.hpp"
-
-namespace fnrk::company {
-class SocParamColClassApi;
-}
 
 namespace fnrk::facade {
 
@@ -32,31 +29,17 @@ struct BackendSettings {
     std::int32_t lastSetting = 0;                             // position 26
 };
 
-// The current company as the caller names it: its folder, short name, current book year and
-// protecting office. Setting the folder or the short name points the table access at the
-// company's tables.
-struct CompanySession {
-    std::string pathName;
-    std::string socShortName;
-    std::int32_t CurrentBYNum = 0;
-    std::string ProtectedBy;
-};
-
 struct FacadeSession {
     std::array<std::int32_t, 2> connectionHandles{};
     BackendSettings backend;
     TableRegistry registry;
-    CompanySession company;
 };
 
 FacadeSession& SharedSession();
 // The second façade that receives the caller's settings (InitializeDLL, InitializeProperty).
 FnrkRoutines& SharedFnrkRoutines();
-// The company-parameter object every class reads parameters through.
-company::SocParamColClassApi& SharedSocParamColClassApi();
-
-// Points the table access at the company named by the session's folder and short name (the
-// prefix of its table files); nothing while either is empty.
-void ApplyCompanyToTables(const CompanySession& company);
+// Points the table access at the current company (company::SharedSocParamColClassApi): its
+// folder and short name make the prefix of its table files. Nothing while either is empty.
+void ApplyCompanyToTables();
 
 }  // namespace fnrk::facade

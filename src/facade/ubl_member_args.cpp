@@ -47,9 +47,4 @@ einvoice::UblLine LineFrom(const CallArgs& a, std::size_t i) {
     return line;
 }
 
-std::vector<ArgSpec> Concat(std::vector<ArgSpec> head, const std::vector<ArgSpec>& tail) {
-    head.insert(head.end(), tail.begin(), tail.end());
-    return head;
-}
-
 }  // namespace fnrk::facade

@@ -53,17 +53,6 @@ bool IsFont(const VariantObject& object) {
     return object.ClassName() == "Font";
 }
 
-std::shared_ptr<PropertyBag> MakeUserObject(std::string name, std::string password,
-                                            std::string rights, std::string language) {
-    auto user = std::make_shared<PropertyBag>(
-        "user", std::vector<std::string>{"Name", "Password", "Rights", "language"});
-    user->SetProperty("Name", Variant(std::move(name)));
-    user->SetProperty("Password", Variant(std::move(password)));
-    user->SetProperty("Rights", Variant(std::move(rights)));
-    user->SetProperty("language", Variant(std::move(language)));
-    return user;
-}
-
 Variant VariantCollection::GetProperty(std::string_view name) const {
     if (platform::EqualsNoCase(name, "Count")) {
         return Variant(static_cast<std::int32_t>(items_.size()));

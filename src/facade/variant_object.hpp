@@ -51,11 +51,6 @@ class PropertyBag : public VariantObject {
 std::shared_ptr<PropertyBag> MakeFont(std::string name, double size);
 bool IsFont(const VariantObject& object);
 
-// A user object as a caller builds one for `USER_Class`: "Name", "Password", "Rights",
-// "language".
-std::shared_ptr<PropertyBag> MakeUserObject(std::string name, std::string password,
-                                            std::string rights, std::string language);
-
 // A collection of values, 1-based as callers count, optionally keyed (keys compared without
 // regard to case). "Count" is its one property.
 class VariantCollection : public VariantObject {

@@ -91,6 +91,9 @@ TEST_F(DeclarationMembersTest, TheLuxembourgBoxesComeBackKeyedByNumber) {
     ASSERT_NE(boxes, nullptr);
     EXPECT_EQ(boxes->Count(), 170u);
     EXPECT_TRUE(boxes->HasKey("042"));
+    const std::shared_ptr<VariantObject> first = boxes->Item(1).ToObject();
+    EXPECT_EQ(first->PropertyNames().size(), 22u);
+    EXPECT_EQ(first->GetProperty("ColumnNumber").Type(), VariantType::Integer);
     args = {RegistryOf({}), Variant(), Variant(11)};
     MemberTable::Instance().Invoke(routines, "LuxXmlCaseInitialise", MemberKind::Method, args);
     EXPECT_EQ(args[1].ToObject()->GetProperty("Count"), Variant(165));

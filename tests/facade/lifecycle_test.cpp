@@ -3,8 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include "company/shared_company.hpp"
+#include "facade/user_object.hpp"
 #include "facade_fixture.hpp"
 #include "session/session_user.hpp"
+#include "users/shared_user.hpp"
+#include "users/user_password.hpp"
 
 namespace fnrk::facade {
 namespace {
@@ -87,7 +91,7 @@ TEST_F(LifecycleTest, InitializeKeepsTheBackendPositionsAndIgnoresThoseAfterTwen
     EXPECT_FALSE(routines.IsFiduc());
     EXPECT_EQ(routines.Position12Text(), "kept");
     EXPECT_EQ(routines.ProtectedBy(), "Fiduciaire Dupont");
-    EXPECT_EQ(SharedSession().company.ProtectedBy, "Fiduciaire Dupont");
+    EXPECT_EQ(company::SharedSocParamColClassApi().ProtectedBy(), "Fiduciaire Dupont");
     EXPECT_EQ(backend.backendSetting, 4);
     EXPECT_EQ(backend.objects[0], backendObject);
     EXPECT_EQ(backend.objects[1], nullptr);
@@ -159,7 +163,7 @@ TEST_F(LifecycleTest, InitializePropertyTakesUpperCasedNamesAndSetsTheSharedFaca
         EXPECT_EQ(r->ProtectedBy(), "Office");
     }
     EXPECT_EQ(session::CurrentMessageLanguage(), session::MessageLanguage::English);
-    EXPECT_EQ(SharedSession().company.ProtectedBy, "Office");
+    EXPECT_EQ(company::SharedSocParamColClassApi().ProtectedBy(), "Office");
     // A value that is no boolean is refused and nothing is set.
     EXPECT_THROW(routines.InitializeProperty("TESTMODE", Variant("maybe")), FacadeError);
     EXPECT_TRUE(routines.TestMode());
@@ -211,6 +215,10 @@ TEST_F(LifecycleTest, UserClassCopiesTheFourValuesByNameIntoANewUser) {
     ASSERT_TRUE(routines.USER_Class());
     EXPECT_NE(routines.USER_Class(), std::static_pointer_cast<VariantObject>(given));
     EXPECT_EQ(routines.USER_Class()->GetProperty("Rights").ToString(), "1101");
+    // The shared user and the session below it are the new user.
+    EXPECT_EQ(users::SharedUser().Name(), "MARTIN");
+    EXPECT_EQ(users::SharedUser().language(), "N");
+    EXPECT_EQ(users::UserPassword(users::SharedUser()), "secret");
     const session::SessionUser& current = session::CurrentUser();
     EXPECT_EQ(current.Name, "MARTIN");
     EXPECT_EQ(current.Password, "secret");
@@ -219,6 +227,11 @@ TEST_F(LifecycleTest, UserClassCopiesTheFourValuesByNameIntoANewUser) {
     // Later changes to the caller's object do not reach the session's user.
     given->SetProperty("Name", Variant("OTHER"));
     EXPECT_EQ(routines.USER_Class()->GetProperty("Name").ToString(), "MARTIN");
+    // The password is never read back from the library's user, yet the user object can be
+    // handed over again as it is.
+    EXPECT_THROW(routines.USER_Class()->GetProperty("Password"), FacadeError);
+    routines.USER_Class(Variant(routines.USER_Class()));
+    EXPECT_EQ(users::UserPassword(users::SharedUser()), "secret");
 
     auto incomplete =
         std::make_shared<PropertyBag>("Person", std::vector<std::string>{"Name", "language"});

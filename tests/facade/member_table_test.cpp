@@ -441,7 +441,8 @@ TEST_F(MemberCallTest, PropertiesAreReadAndWrittenThroughTheTable) {
     std::vector<Variant> value = {Variant(" 2 ")};
     Table().Invoke(routines, "currentbynum", MemberKind::PropertyPut, value);
     std::vector<Variant> none;
-    EXPECT_EQ(Table().Invoke(routines, "CurrentBYNum", MemberKind::PropertyGet, none), Variant(2));
+    EXPECT_EQ(Table().Invoke(routines, "CurrentBYNum", MemberKind::PropertyGet, none),
+              Variant(std::int16_t{2}));
     value = {Variant(dossier.string())};
     Table().Invoke(routines, "SocPathName", MemberKind::PropertyPut, value);
     EXPECT_EQ(Table().Invoke(routines, "pathName", MemberKind::PropertyGet, none),

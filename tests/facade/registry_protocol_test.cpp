@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "facade_fixture.hpp"
+#include "platform/paths.hpp"
 
 namespace fnrk::facade {
 namespace {
@@ -61,6 +62,35 @@ TEST_F(RegistryProtocolTest, ParamActivateNeedsBothParamAndCsf) {
     EXPECT_EQ(Tables().GetCurrentAlias(), "ACT");
     routines.ReinitializeColAdsTable(RegistryOf({{"PARAM", 0, 1}}));
     EXPECT_FALSE(Tables().IsQuery("SEEKPARAM", 0));
+}
+
+TEST_F(RegistryProtocolTest, AParamTableWithoutBookYearsIsReportedWhereTheConfigurationAsks) {
+    platform::SetProgramFolder((folder / "PRG").string());
+    OpenCompanyTables();
+    routines.ParamActivate();
+    EXPECT_TRUE(messages.shown().empty()) << "no configuration file, no warning";
+
+    fnrk::testing::WriteFileBytes(folder / "FennRick.ini", "[Param]\r\nTest=TRUE\r\n");
+    routines.ParamActivate();
+    ASSERT_EQ(messages.shown().size(), 1u);
+    EXPECT_EQ(messages.shown()[0].text,
+              "Attention, nous avons détecté un problème potentiel d'accès au fichier param");
+    EXPECT_EQ(messages.shown()[0].title, platform::kErrorTitle);
+    EXPECT_EQ(platform::IconOf(messages.shown()[0].style), platform::message_style::kCritical);
+
+    // "Test" must be "TRUE" exactly.
+    fnrk::testing::WriteFileBytes(folder / "FennRick.ini", "[Param]\r\nTest=true\r\n");
+    routines.ParamActivate();
+    EXPECT_EQ(messages.shown().size(), 1u);
+    // With book years the table is sound.
+    fnrk::testing::WriteFileBytes(folder / "FennRick.ini", "[Param]\r\nTest=TRUE\r\n");
+    ASSERT_EQ(Tables().ActivateAlias("PARAM"), engine::AE_SUCCESS);
+    ASSERT_EQ(Tables().RecordAdd(), engine::AE_SUCCESS);
+    ASSERT_TRUE(Tables().PutFieldValue("ID", std::string("BOOKYEARCOUNT")));
+    ASSERT_TRUE(Tables().PutFieldValue("VALUE", std::string("2")));
+    ASSERT_EQ(Tables().FlushAndUnlock("PARAM"), engine::AE_SUCCESS);
+    routines.ParamActivate();
+    EXPECT_EQ(messages.shown().size(), 1u);
 }
 
 TEST_F(RegistryProtocolTest, AnUnchangedRegistryActivatesNoTable) {

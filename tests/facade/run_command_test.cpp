@@ -70,6 +70,34 @@ TEST(RunCommandTest, EachLineIsAnsweredAndAnErrorDoesNotStopTheRun) {
     EXPECT_NE(result.out.find(R"({"call":"CarsOpen","error":{"number":445,)"), std::string::npos);
 }
 
+TEST(RunCommandTest, InitializeTakesItsListAndByReferenceValuesTravelByName) {
+    const std::string script =
+        R"({"call": "Initialize", "args": [0, 0, {"registry": [{"Alias": "ACT", "ActiveIndexHandle": 0, "Order": 1}]}, false, "3", "E", "/tmp", "/org", "/users/", "/x.ini", {"font": {"Name": "Tahoma", "Size": 8.25}}]})"
+        "\n"
+        R"({"get": "CurrentBYNum"})"
+        "\n"
+        R"({"get": "ScreenFont"})"
+        "\n"
+        R"({"call": "OssXmlHeader", "args": [{"registry": []}, {"ref": "doc", "value": null}, "1", "", "1", "BE", "0477472701", "2024", "2"]})"
+        "\n"
+        R"({"call": "OssXmlNil", "args": [{"registry": []}, {"ref": "doc"}]})"
+        "\n";
+    const auto result = RunFennrick({"run", "-"}, script);
+    EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
+    const std::vector<json> answers = AnswerLines(result.out);
+    ASSERT_EQ(answers.size(), 5u) << result.out;
+    EXPECT_EQ(answers[1], json::parse(R"({"get": "CurrentBYNum", "value": 3})"));
+    EXPECT_EQ(answers[2]["value"],
+              json::parse(R"({"font": {"Name": "Tahoma", "Size": 8.25, "Bold": false,
+                                        "Italic": false}})"));
+    const std::string xml = answers[4]["refs"]["doc"]["properties"]["xml"].get<std::string>();
+    EXPECT_EQ(answers[4]["refs"]["doc"]["object"], "DOMDocument");
+    EXPECT_NE(xml.find("<ns2:VATNumber issuedBy=\"BE\">0477472701</ns2:VATNumber>"),
+              std::string::npos)
+        << xml;
+    EXPECT_NE(xml.find("<ns0:IsNihil>true</ns0:IsNihil>"), std::string::npos) << xml;
+}
+
 TEST(RunCommandTest, AScriptWithoutErrorsEndsWithStatusZero) {
     const auto result = RunFennrick({"run", "-"}, R"({"call": "init", "args": []})"
                                                   "\n"
@@ -126,6 +154,21 @@ TEST_F(SampleDossierTest, CallAnswersTheResultAndTheByReferenceValues) {
     result = RunFennrick({"call", "--dossier", (folder / "DATA" / "NONE").string(), "init"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_NE(result.err.find("no dossier folder"), std::string::npos) << result.err;
+}
+
+TEST_F(SampleDossierTest, DbDisconnectClosesTheLibrarysTables) {
+    const std::string script = R"({"call": "IsAlias", "args": ["PARAM"]})"
+                               "\n"
+                               R"({"call": "DBDisconnect", "args": []})"
+                               "\n"
+                               R"({"call": "IsAlias", "args": ["PARAM"]})"
+                               "\n";
+    const auto result = RunFennrick({"run", "--dossier", dossier, "-"}, script);
+    EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
+    const std::vector<json> answers = AnswerLines(result.out);
+    ASSERT_EQ(answers.size(), 3u) << result.out;
+    EXPECT_EQ(answers[0]["result"], true);
+    EXPECT_EQ(answers[2]["result"], false);
 }
 
 TEST_F(SampleDossierTest, TheReadmeExampleWritesAnInvoiceThatPassesThePeppolRules) {
