@@ -1,6 +1,5 @@
 // user: log-ons in "USERSLOG.DBF" (see user.hpp for who writes LOGGED and holds the row lock).
 
-#include "engine/constants.hpp"
 #include "platform/file_system.hpp"
 #include "platform/messages.hpp"
 #include "platform/paths.hpp"
@@ -72,14 +71,7 @@ bool RowHeldElsewhere(tables::AdsClass& tables, std::string_view alias) {
 bool EnsureLogTable(tables::AdsClass& tables, const std::string& path) {
     if (tables.OpenFile(kLogAlias, path, "", "SHARED", tables::AdsClass::kOpenQuiet) == 0)
         return true;
-    tables::SqlDatabase& db = tables.Database();
-    const tables::AdsClass::Handle connection = tables.ConnectionOfTableFile(kLogAlias, path);
-    tables::AdsClass::Handle table = 0;
-    if (connection != 0 &&
-        db.CreateTable(connection, path, kLogAlias, engine::ADS_CDX, engine::ADS_ANSI,
-                       engine::ADS_COMPATIBLE_LOCKING, engine::ADS_IGNORERIGHTS, 0, kLogFields,
-                       table) == engine::AE_SUCCESS)
-        db.CloseTable(table);
+    tables.CreateTableFile(kLogAlias, path, kLogFields);
     return tables.OpenFile(kLogAlias, path, "", "SHARED") == 0;
 }
 
