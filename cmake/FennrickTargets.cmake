@@ -26,6 +26,17 @@ function(fnrk_tests name)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS "${ARG_LABELS}")
 endfunction()
 
+# A helper program that a test program starts as a process of its own (another workstation):
+# helpers/<name>.cpp linked to `DEPS`, built with `tests`, its path given to `tests` as the
+# compile definition `DEFINE`.
+function(fnrk_test_helper tests name)
+    cmake_parse_arguments(ARG "" "DEFINE" "DEPS" ${ARGN})
+    add_executable(${name} helpers/${name}.cpp)
+    target_link_libraries(${name} PRIVATE ${ARG_DEPS})
+    add_dependencies(${tests} ${name})
+    target_compile_definitions(${tests} PRIVATE ${ARG_DEFINE}="$<TARGET_FILE:${name}>")
+endfunction()
+
 # Adds every sub-folder that has its own CMakeLists.txt.
 function(fnrk_add_subfolders)
     file(GLOB children LIST_DIRECTORIES true RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}"

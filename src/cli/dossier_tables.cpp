@@ -5,7 +5,8 @@
 
 namespace fnrk::cli {
 
-tables::AdsClass& OpenDossierTables(const std::filesystem::path& folder) {
+tables::AdsClass& OpenDossierTables(const std::filesystem::path& folder,
+                                    const std::string& shortName) {
     std::error_code error;
     if (!std::filesystem::is_directory(folder, error))
         throw CommandFailure("no dossier folder " + folder.string());
@@ -15,7 +16,9 @@ tables::AdsClass& OpenDossierTables(const std::filesystem::path& folder) {
     // A command answers in its output, not in message boxes.
     tables.SetInteractive(false);
     tables.Initialize();
-    tables.SetDossierPrefix((named / named.filename()).string());
+    tables.SetDossierPrefix(
+        (named / (shortName.empty() ? named.filename() : std::filesystem::path(shortName)))
+            .string());
     if (!tables.FileExistParam() || tables.FileOpenParam("SHARED") != 0) {
         throw CommandFailure(folder.string() + ": no parameter table " +
                              tables.StandardTablePath("PARAM"));

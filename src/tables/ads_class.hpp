@@ -90,6 +90,9 @@ class AdsClass {
     // SQL-kept folder), connecting first when needed; 0 when it cannot be had. Tables that a
     // module creates are created on it.
     Handle ConnectionOfTableFile(std::string_view alias, std::string_view path);
+    // Creates the table `path` with `fields` ("NAME,C,15,0;...") on that connection and closes
+    // it again; an existing table is an error.
+    Status CreateTableFile(std::string_view alias, std::string_view path, std::string_view fields);
 
     // ===== opening and closing tables
     // The one routine that opens a table. The structural index (the table's name with ".cdx")
@@ -243,6 +246,10 @@ class AdsClass {
     // The session's two temporary-entry switches (set by the entry screens).
     void SetTemporaryEntrySwitches(bool first, bool second);
 
+    // Adds tag `tag` on `expression` to the structural index of the table open under `alias`
+    // (open exclusively), which becomes current in the order it had.
+    Status CreateIndexTag(std::string_view alias, std::string_view tag,
+                          std::string_view expression);
     // The current table's order, by a tag name or its start (empty: natural order).
     bool SetIndex(std::string_view tag);
     std::string GetIndexTagName();

@@ -119,6 +119,18 @@ AdsClass::Handle AdsClass::ConnectionOfTableFile(std::string_view alias, std::st
                                IsUsersTable(platform::UpperCase(platform::Trim(alias))));
 }
 
+Status AdsClass::CreateTableFile(std::string_view alias, std::string_view path,
+                                 std::string_view fields) {
+    const Handle connection = ConnectionOfTableFile(alias, path);
+    if (connection == 0) return AE_INVALID_CONNECTION_HANDLE;
+    Handle table = 0;
+    const Status status = db_.CreateTable(
+        connection, platform::Trim(path), platform::UpperCase(platform::Trim(alias)), ADS_CDX,
+        ADS_ANSI, ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0, fields, table);
+    if (status != AE_SUCCESS) return status;
+    return db_.CloseTable(table);
+}
+
 Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::string_view indexFile,
                           std::string_view openMode, std::int32_t flags) {
     std::uint32_t options = 0;

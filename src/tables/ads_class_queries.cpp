@@ -105,6 +105,14 @@ void AdsClass::SetTemporaryEntrySwitches(bool first, bool second) {
 
 // --- order and key range of the current table
 
+Status AdsClass::CreateIndexTag(std::string_view alias, std::string_view tag,
+                                std::string_view expression) {
+    if (!MakeCurrent(alias)) return AE_TABLE_NOT_FOUND;
+    Handle index = 0;
+    // Navigation keeps going through currentIndex_: the new tag does not become the order.
+    return db_.CreateIndex(currentTable_, "", tag, expression, "", "", ADS_COMPOUND, index);
+}
+
 bool AdsClass::SetIndex(std::string_view tag) {
     if (currentTable_ == 0) return false;
     const std::string name = IndexTagName(db_, currentTable_, tag);

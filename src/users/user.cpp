@@ -4,10 +4,10 @@
 #include "platform/messages.hpp"
 #include "platform/paths.hpp"
 #include "platform/text.hpp"
-#include "session/api_ini.hpp"
 #include "tables/shared_tables.hpp"
 #include "users/menu_rights.hpp"
 #include "users/user_password.hpp"
+#include "users/users_folder.hpp"
 
 namespace fnrk::users {
 
@@ -77,16 +77,12 @@ bool user::IsAccess(std::string_view menuCode) const {
 }
 
 std::string user::PrefsPath() {
-    const std::string usersFolder = session::SharedApiIni().GetUserDbfPath();
-    const std::string root = platform::TrimRight(usersFolder);
-    if (root.empty() || root == std::string(1, platform::kPathSep)) {
+    const std::string users = UsersSubfolder();
+    if (users.empty()) {
         platform::ShowMessage("Error getting user private path",
                               platform::message_style::kExclamation, platform::kProductTitle);
         return {};
     }
-    const std::string users =
-        root + (root.back() == platform::kPathSep ? "" : std::string(1, platform::kPathSep)) +
-        "USERS";
     if (!platform::FolderExists(users)) platform::CreateFolder(users);
     const std::string own = users + platform::kPathSep + platform::Trim(name_);
     if (!platform::FolderExists(own)) platform::CreateFolder(own);

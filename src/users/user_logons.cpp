@@ -1,16 +1,15 @@
 // user: log-ons in "USERSLOG.DBF" (see user.hpp for who writes LOGGED and holds the row lock).
 
-#include "engine/constants.hpp"
 #include "platform/file_system.hpp"
 #include "platform/messages.hpp"
 #include "platform/paths.hpp"
 #include "platform/text.hpp"
-#include "session/api_ini.hpp"
 #include "session/session_user.hpp"
 #include "tables/ads_class.hpp"
 #include "tables/current_alias_guard.hpp"
 #include "tables/xbase_literal.hpp"
 #include "users/user.hpp"
+#include "users/users_folder.hpp"
 
 namespace fnrk::users {
 
@@ -22,15 +21,6 @@ constexpr std::string_view kLogAlias = "LOGUSERS";
 constexpr std::string_view kProbeAlias = "TMPLOG";
 constexpr const char* kLogFields = "NAME,C,15,0;LOGGED,L,1,0";
 constexpr int kLogOpenError = 10;
-
-// "<users folder>USERS"; empty when the users folder is not known.
-std::string LogFolder() {
-    const std::string usersFolder = platform::TrimRight(session::SharedApiIni().GetUserDbfPath());
-    if (usersFolder.empty() || usersFolder == std::string(1, platform::kPathSep)) return {};
-    return usersFolder +
-           (usersFolder.back() == platform::kPathSep ? "" : std::string(1, platform::kPathSep)) +
-           "USERS";
-}
 
 std::string LogTablePath(const std::string& folder) {
     return folder + platform::kPathSep + "USERSLOG.DBF";
@@ -72,14 +62,7 @@ bool RowHeldElsewhere(tables::AdsClass& tables, std::string_view alias) {
 bool EnsureLogTable(tables::AdsClass& tables, const std::string& path) {
     if (tables.OpenFile(kLogAlias, path, "", "SHARED", tables::AdsClass::kOpenQuiet) == 0)
         return true;
-    tables::SqlDatabase& db = tables.Database();
-    const tables::AdsClass::Handle connection = tables.ConnectionOfTableFile(kLogAlias, path);
-    tables::AdsClass::Handle table = 0;
-    if (connection != 0 &&
-        db.CreateTable(connection, path, kLogAlias, engine::ADS_CDX, engine::ADS_ANSI,
-                       engine::ADS_COMPATIBLE_LOCKING, engine::ADS_IGNORERIGHTS, 0, kLogFields,
-                       table) == engine::AE_SUCCESS)
-        db.CloseTable(table);
+    tables.CreateTableFile(kLogAlias, path, kLogFields);
     return tables.OpenFile(kLogAlias, path, "", "SHARED") == 0;
 }
 
@@ -105,7 +88,7 @@ bool user::CheckAccess(std::string_view userName) {
     // A dossier without its parameter table is no company to enter.
     if (!platform::Trim(tables_->Dossier().prefix).empty() && !tables_->FileExistParam())
         return false;
-    const std::string folder = LogFolder();
+    const std::string folder = UsersSubfolder();
     if (folder.empty()) return false;
     if (!platform::FolderExists(folder)) platform::CreateFolder(folder);
     if (!loggedOn_.empty() && loggedOn_ != name) LogOff();
@@ -145,7 +128,7 @@ void user::LogOff() {
 
 bool user::IsUserLoggedInDossier(std::string_view userName) {
     const tables::CurrentAliasGuard caller(*tables_);
-    const std::string folder = LogFolder();
+    const std::string folder = UsersSubfolder();
     const std::string path = folder.empty() ? std::string("USERSLOG.DBF") : LogTablePath(folder);
     if (folder.empty() ||
         tables_->OpenFile(kProbeAlias, path, "", "SHARED", tables::AdsClass::kOpenQuiet) != 0) {

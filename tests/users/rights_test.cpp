@@ -7,8 +7,10 @@
 
 #include "backend/frc_database.hpp"
 #include "engine/engine.hpp"
+#include "session/session_user.hpp"
 #include "tables/ads_class.hpp"
 #include "users/menu_rights.hpp"
+#include "users/shared_user.hpp"
 #include "users/user.hpp"
 #include "users/user_password.hpp"
 
@@ -124,6 +126,25 @@ TEST(UserObjectTest, RegisterFillsAndUnRegisterBlanks) {
     EXPECT_EQ(person.Rights(), "");
     EXPECT_EQ(UserPassword(person), "");
     EXPECT_EQ(copy.Name(), "martin") << "a copy is a person of its own";
+}
+
+TEST(UserObjectTest, MakingAUserCurrentCopiesItForTheWholeProcess) {
+    engine::Engine engine;
+    tables::SqlDatabase db{engine, [] { return std::make_unique<backend::FRCDatabase>(); }};
+    tables::AdsClass ads{db};
+    user person(ads);
+    person.Register("", "LEA", "E", "pw", "0001");
+    MakeCurrentUser(person);
+    person.UnRegister();
+    EXPECT_EQ(SharedUser().Name(), "LEA");
+    EXPECT_EQ(SharedUser().language(), "E");
+    EXPECT_EQ(SharedUser().Rights(), "0001");
+    EXPECT_EQ(UserPassword(SharedUser()), "pw");
+    EXPECT_FALSE(SharedUser().IsAccess("MNUPRINT"));
+    EXPECT_EQ(session::CurrentUser().Name, "LEA") << "the layers below see the same user";
+    EXPECT_EQ(session::CurrentUser().language, "E");
+    SharedUser().UnRegister();
+    session::CurrentUser() = {};
 }
 
 }  // namespace
