@@ -37,16 +37,8 @@ struct CategoryCase {
     bool cashDiscount = true;
 };
 
-const UblParty kBelgianCustomer = {"BE0812345603",
-                                   "Brasserie Ölbaum NV",
-                                   "Kerkstraat 5",
-                                   "Gent",
-                                   "9000",
-                                   "BE",
-                                   "België",
-                                   "+32 9 765 43 21",
-                                   "",
-                                   "ap@olbaum.example"};
+// The sample company's own customer.
+const UblParty kBelgianCustomer = SampleSalesDocument(false, "").customer;
 const UblParty kDutchCustomer = {"NL123456789B01",
                                  "Fietsen BV",
                                  "Dorpsstraat 1",
