@@ -178,9 +178,9 @@ bool clsUBL::TaxTotalFormat(double taxAmount, double cashDiscount) {
     XmlElement total = Root().Add("cac:TaxTotal");
     AddAmount(total, "cbc:TaxAmount", taxAmount);
     // The cash discount gets a "Cash Discount" row of its own only when the document has no
-    // exempt row: the rule on exempt breakdowns (BR-E-08) compares the taxable amount of each
-    // "E" row with the sum over every exempt line, allowance and charge, so two "E" rows cannot
-    // both hold. With exempt rows of its own, the document adds the cash discount to the first.
+    // exempt row: the rules allow exactly one "E" breakdown (BR-E-01), whose taxable amount is
+    // the sum over every exempt line, allowance and charge (BR-E-08), so a second "E" row is
+    // refused. With an exempt row of its own, the document adds the cash discount to it.
     bool cashDiscountWritten = cashDiscount <= 0.0;
     for (const SubTotalRow& row : subTotals_) {
         const std::string category = VatCategoryOrDefault(row.firstCode, row.first);

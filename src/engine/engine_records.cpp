@@ -152,7 +152,10 @@ Status Engine::IsRecordDeleted(Handle table, bool& deleted) {
 
 Status Engine::IsRecordVisible(Handle object, bool& visible) {
     return WithTable(object, [&](cursor::TableCursor* cursor) -> Status {
-        return (visible = cursor->IsVisible(), AE_SUCCESS);
+        // Through an index handle, a record outside the order's scopes is not visible either.
+        order::IndexOrder* order = orders_ != nullptr ? orders_->FindOrder(object) : nullptr;
+        visible = cursor->IsVisible() && (order == nullptr || order->CurrentRecordInScope());
+        return AE_SUCCESS;
     });
 }
 

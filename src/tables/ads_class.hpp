@@ -208,8 +208,10 @@ class AdsClass {
     Status FlushAndUnlock(std::string_view alias);
     Status FlushButDontUnlock(std::string_view alias);
     std::uint16_t GetLockNumberOnServer();
-    // Locks the records of one document (journal code and document number) in the entries
-    // tables; see ads_class_locks.cpp for how the records are chosen.
+    // Locks the records of one document (journal code and document number) in the entries,
+    // accounts and customers tables through the lock aliases "ACTLOCKS", "ACFLOCKS" and
+    // "CSFLOCKS"; see ads_class_locks.cpp for how the records are chosen. Released with
+    // FlushAndUnlock on those aliases.
     bool SetAllLocksInExistingDocument(std::string_view journalCode, std::string_view docNumber);
 
     // ===== logbook
@@ -324,6 +326,11 @@ class AdsClass {
     Handle NavigationHandle() const { return currentIndex_ != 0 ? currentIndex_ : currentTable_; }
     // Makes `alias` current quietly; false when it is not open.
     bool MakeCurrent(std::string_view alias);
+    // Record numbers of the table open under `alias` that meet the condition, in table order;
+    // leaves that alias current.
+    std::vector<std::uint32_t> LocateAll(std::string_view alias, const std::string& condition);
+    // Opens the table open under `alias` a second time under `lockAlias`, unless it is open.
+    bool OpenLockAlias(std::string_view alias, std::string_view lockAlias);
     // The connection for a table in `folder` (connecting first when needed); 0 on failure.
     Handle ConnectionForFolder(const std::string& folder, bool usersTable);
     // Appends one logbook entry (the logbook open or opened under "LOGBOOK"); the current

@@ -1,6 +1,8 @@
 // AdsClass: record and table locks with the user's Retry / Cancel, flushing, and the locks of a
 // whole document.
 
+#include <algorithm>
+
 #include "platform/messages.hpp"
 #include "platform/text.hpp"
 #include "tables/ads_class.hpp"
@@ -48,10 +50,14 @@ bool AdsClass::RecLock(std::string_view alias, std::uint32_t record) {
         // Tell the user which record: the entry's journal, document and account, or the
         // account's or customer's number.
         std::string which;
-        if (currentAlias_ == "ACT" || currentAlias_ == "ANT") {
+        // A document's lock alias ("ACTLOCKS") tells the same as its table's.
+        const std::string table = currentAlias_.ends_with("LOCKS")
+                                      ? currentAlias_.substr(0, currentAlias_.size() - 5)
+                                      : currentAlias_;
+        if (table == "ACT" || table == "ANT") {
             which = GetStringValue("DBKCODE") + " " + GetStringValue("DOCNUMBER") + " " +
                     GetStringValue("ACCOUNTGL") + ",rn=" + std::to_string(record);
-        } else if (currentAlias_ == "ACF" || currentAlias_ == "CSF") {
+        } else if (table == "ACF" || table == "CSF") {
             which = GetStringValue("NUMBER") + ", rn:" + std::to_string(record);
         }
         std::string text = CatalogueText(kRecordBlocked);
@@ -88,30 +94,91 @@ std::uint16_t AdsClass::GetLockNumberOnServer() {
     return db_.GetNumLocks(currentTable_, count) == AE_SUCCESS ? count : 0;
 }
 
-bool AdsClass::SetAllLocksInExistingDocument(std::string_view journalCode,
-                                             std::string_view docNumber) {
-    // A document is the set of entries (ACT) with its journal code and document number. Each is
-    // found by a locate on those two fields over the whole table, so no particular index tag is
-    // needed; every one found is locked (with the user's Retry / Cancel). The lock tables
-    // "CSFLOCKS", "ACFLOCKS" and "ACTLOCKS" are other screens' concern and are not touched.
-    // A quote would end the expression's text early.
-    if (journalCode.find('"') != std::string_view::npos ||
-        docNumber.find('"') != std::string_view::npos || !MakeCurrent("ACT")) {
-        return false;
-    }
-    const std::string condition =
-        "UPPER(DBKCODE)=\"" + platform::UpperCase(platform::Trim(journalCode)) +
-        "\" .AND. ALLTRIM(DOCNUMBER)==\"" + platform::Trim(docNumber) + "\"";
+namespace {
+
+// The tables of a document and the aliases under which each is opened a second time to hold the
+// document's locks, so that flushing and unlocking the table's own alias does not free them.
+struct DocumentLockTable {
+    std::string_view alias;
+    std::string_view lockAlias;
+};
+constexpr DocumentLockTable kEntriesLocks = {"ACT", "ACTLOCKS"};
+constexpr DocumentLockTable kAccountLocks[] = {{"ACF", "ACFLOCKS"}, {"CSF", "CSFLOCKS"}};
+
+}  // namespace
+
+std::vector<std::uint32_t> AdsClass::LocateAll(std::string_view alias,
+                                               const std::string& condition) {
     std::vector<std::uint32_t> records;
+    if (!MakeCurrent(alias)) return records;
     bool found = false;
     db_.GotoTop(currentTable_);
     for (Status status = db_.Locate(currentTable_, condition, true, found);
          status == AE_SUCCESS && found; status = db_.Continue(currentTable_, found)) {
         records.push_back(recno());
     }
-    if (records.empty()) return false;
-    for (std::uint32_t record : records) {
-        if (!RecLock("ACT", record)) return false;
+    return records;
+}
+
+bool AdsClass::OpenLockAlias(std::string_view alias, std::string_view lockAlias) {
+    if (IsAlias(lockAlias)) return true;
+    const Handle table = TableOfAlias(alias);
+    std::string path;
+    if (table == 0 || db_.GetTableFilename(table, ADS_FULLPATHNAME, path) != AE_SUCCESS) {
+        return false;
+    }
+    return OpenFile(lockAlias, path, "", "SHARED", kOpenQuiet) == AE_SUCCESS;
+}
+
+bool AdsClass::SetAllLocksInExistingDocument(std::string_view journalCode,
+                                             std::string_view docNumber) {
+    // A document is the set of entries (ACT) with its journal code and document number, and
+    // the accounts they post to: the general-ledger accounts (ACF) and the customer or supplier
+    // accounts (CSF) whose NUMBER is the entries' ACCOUNTGL, in whichever of those tables the
+    // session has open. Records are found by locates, so no particular index tag is needed.
+    // Every record is locked through the table's lock alias ("ACTLOCKS", "ACFLOCKS",
+    // "CSFLOCKS"), with the user's Retry / Cancel; when one cannot be locked, the locks taken
+    // here are released again and the document stays free.
+    const auto quoted = [](std::string_view text) {
+        return text.find('"') != std::string_view::npos;
+    };
+    if (quoted(journalCode) || quoted(docNumber)) return false;
+    const std::vector<std::uint32_t> entries =
+        LocateAll(kEntriesLocks.alias,
+                  "UPPER(DBKCODE)=\"" + platform::UpperCase(platform::Trim(journalCode)) +
+                      "\" .AND. ALLTRIM(DOCNUMBER)==\"" + platform::Trim(docNumber) + "\"");
+    if (entries.empty()) return false;
+
+    std::vector<std::pair<const DocumentLockTable*, std::uint32_t>> wanted;
+    std::vector<std::string> accounts;
+    for (std::uint32_t entry : entries) {
+        wanted.emplace_back(&kEntriesLocks, entry);
+        db_.GotoRecord(currentTable_, entry);
+        const std::string account = platform::Trim(GetStringValue("ACCOUNTGL"));
+        if (!account.empty() && !quoted(account) &&
+            std::find(accounts.begin(), accounts.end(), account) == accounts.end()) {
+            accounts.push_back(account);
+        }
+    }
+    for (const DocumentLockTable& table : kAccountLocks) {
+        if (!IsAlias(table.alias)) continue;
+        for (const std::string& account : accounts) {
+            for (std::uint32_t record :
+                 LocateAll(table.alias, "ALLTRIM(NUMBER)==\"" + account + "\"")) {
+                wanted.emplace_back(&table, record);
+            }
+        }
+    }
+
+    std::vector<std::pair<std::string_view, std::uint32_t>> taken;
+    for (const auto& [table, record] : wanted) {
+        if (!OpenLockAlias(table->alias, table->lockAlias) || !RecLock(table->lockAlias, record)) {
+            for (const auto& [lockAlias, held] : taken) {
+                db_.UnlockRecord(TableOfAlias(lockAlias), held);
+            }
+            return false;
+        }
+        taken.emplace_back(table->lockAlias, record);
     }
     return true;
 }

@@ -49,6 +49,26 @@ TEST_P(AdsFieldsTest, EachLetterTypeIsWrittenAndReadInItsOwnWay) {
     EXPECT_EQ(ads.GetDoubleValue("AMOUNT"), 50);
 }
 
+TEST_P(AdsFieldsTest, BinaryFieldsKeepEveryByte) {
+    CreateStandard("ACT", "DBKCODE,C,4,0;SCAN,BINARY,10,0");
+    ASSERT_EQ(ads.FileOpen("ACT"), AE_SUCCESS);
+    ASSERT_EQ(ads.RecordAdd(), AE_SUCCESS);
+    EXPECT_EQ(ads.FieldType("SCAN"), "B");
+    const std::string bytes("%PDF\0\x01\xff\r\n\x80" "end", 13);
+    ASSERT_TRUE(ads.PutBlobValue(" scan ", bytes));
+    ASSERT_EQ(ads.FlushAndUnlock("ACT"), AE_SUCCESS);
+    // Read back as bytes, the engine being past version 7.00; the version reads as "M.mm".
+    EXPECT_GE(ads.GetADSVersionNumber(), 7.0);
+    EXPECT_EQ(ads.Version().size(), ads.Version().find('.') + 3) << ads.Version();
+    EXPECT_EQ(std::stod(ads.Version()), ads.GetADSVersionNumber());
+    EXPECT_EQ(ads.GetBlobString("SCAN"), bytes);
+    EXPECT_EQ(ads.GetFieldValue("SCAN"), FieldValue(bytes));
+    // A field that holds no blob is refused and left as it was.
+    EXPECT_FALSE(ads.PutBlobValue("DBKCODE", "x"));
+    EXPECT_NE(Shown().find("Field not found (DBKCODE)"), std::string::npos) << Shown();
+    EXPECT_EQ(ads.GetStringValue("DBKCODE"), "");
+}
+
 TEST_P(AdsFieldsTest, TwoDigitYearsPivotAtEighty) {
     OpenEntries();
     ASSERT_EQ(ads.MoveTop(), AE_SUCCESS);

@@ -117,6 +117,48 @@ TEST_P(AdsLocksTest, ADocumentsEntriesAreLockedTogether) {
     EXPECT_FALSE(ads.SetAllLocksInExistingDocument("VEN\"", "1"));
 }
 
+TEST_P(AdsLocksTest, ADocumentsAccountsAreLockedThroughTheLockAliases) {
+    // The accounts the documents post to: general ledger in ACF, the customer in CSF.
+    CreateStandard("ACF", kAccountFields);
+    CreateStandard("CSF", kAccountFields);
+    ASSERT_EQ(ads.FileOpen("ACF"), AE_SUCCESS);
+    ASSERT_EQ(ads.FileOpen("CSF"), AE_SUCCESS);
+    for (const char* number : {"604000", "700000", "451000"})
+        AddRecord("ACF", {{"NUMBER", number}});
+    AddRecord("CSF", {{"NUMBER", "999999"}});
+    AddRecord("CSF", {{"NUMBER", "400000"}});
+
+    ASSERT_TRUE(ads.SetAllLocksInExistingDocument("VEN", "1"));
+    for (const char* alias : {"ACTLOCKS", "ACFLOCKS", "CSFLOCKS"}) EXPECT_TRUE(ads.IsAlias(alias));
+    // Flushing and unlocking the tables' own aliases leaves the document locked.
+    for (const char* alias : {"ACT", "ACF", "CSF"}) ads.FlushAndUnlock(alias);
+
+    OtherWorkstation other(Prefix());
+    for (const char* alias : {"ACT", "ACF", "CSF"})
+        ASSERT_EQ(other.ads.FileOpen(alias), AE_SUCCESS);
+    EXPECT_FALSE(other.ads.RecLock("ACT", 1));
+    EXPECT_FALSE(other.ads.RecLock("ACF", 2));  // 700000
+    EXPECT_FALSE(other.ads.RecLock("ACF", 3));  // 451000
+    EXPECT_FALSE(other.ads.RecLock("CSF", 2));  // 400000
+    EXPECT_TRUE(other.ads.RecLock("CSF", 1));
+    EXPECT_TRUE(other.ads.RecLock("ACT", 4));  // the other document
+
+    // A document one of whose accounts is held elsewhere is not locked at all.
+    ASSERT_TRUE(other.ads.RecLock("ACF", 1));  // 604000
+    ASSERT_EQ(other.ads.FlushAndUnlock("ACT"), AE_SUCCESS);
+    messages.QueueAnswer(platform::MessageAnswer::Cancel);
+    EXPECT_FALSE(ads.SetAllLocksInExistingDocument("ACH", "1"));
+    EXPECT_NE(Shown().find("604000, rn:1"), std::string::npos) << Shown();
+    EXPECT_TRUE(other.ads.RecLock("ACT", 4));
+
+    // Unlocking the lock aliases frees the document.
+    for (const char* alias : {"ACTLOCKS", "ACFLOCKS", "CSFLOCKS"}) {
+        EXPECT_EQ(ads.FlushAndUnlock(alias), AE_SUCCESS);
+    }
+    EXPECT_TRUE(other.ads.RecLock("ACT", 1));
+    EXPECT_TRUE(other.ads.RecLock("CSF", 2));
+}
+
 // The holder of a lock in another process, released by creating a file.
 class LockHolder {
   public:

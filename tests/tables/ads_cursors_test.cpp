@@ -75,6 +75,22 @@ TEST_P(AdsCursorsFilesTest, SelectsGiveTaggedStaticCursorsWithCountsAndRecordNum
     EXPECT_TRUE(messages.shown().empty()) << Shown();
 }
 
+TEST_P(AdsCursorsFilesTest, CursorsAreReadOnlyAndNameTablesByTheirAliases) {
+    const Handle cursor = ads.ExecuteSQL("select ACCOUNTGL, AMOUNT from ACT where AMOUNT > 0");
+    ASSERT_NE(cursor, 0) << Shown();
+    // The statement's cursors are read-only: nothing is written through them.
+    ASSERT_EQ(db.GotoTop(cursor), AE_SUCCESS);
+    EXPECT_NE(db.SetDouble(cursor, "AMOUNT", 1.0), AE_SUCCESS);
+    EXPECT_NE(db.AppendRecord(cursor), AE_SUCCESS);
+    double amount = 0;
+    ASSERT_EQ(db.GetDouble(cursor, "AMOUNT", amount), AE_SUCCESS);
+    EXPECT_GT(amount, 1.0);
+    std::uint32_t options = 0;
+    ASSERT_EQ(db.GetTableOpenOptions(cursor, options), AE_SUCCESS);
+    EXPECT_NE(options & ADS_READONLY, 0u);
+    EXPECT_EQ(ads.CloseCursor(cursor), AE_SUCCESS);
+}
+
 TEST_P(AdsCursorsFilesTest, FailedStatementsAreShownAndGiveNoCursor) {
     EXPECT_EQ(ads.ExecuteSQL("select NOSUCHFIELD from ACT"), 0);
     ASSERT_EQ(messages.shown().size(), 1u);

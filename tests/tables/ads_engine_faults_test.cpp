@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "platform/messages.hpp"
+#include "support/scoped_environment.hpp"
 #include "support/temp_dir.hpp"
 #include "tables/ads_class.hpp"
 #include "tables/recording_backend.hpp"
@@ -70,6 +71,38 @@ TEST_F(AdsEngineFaultsTest, AnOpenAnsweredWithServerFileNotFoundIsDiagnosedAndTr
               AE_SERVER_FILE_NOT_FOUND);
     EXPECT_EQ(Calls("engine.OpenTable"), 6);
     EXPECT_EQ(messages.shown().size(), 4u);
+}
+
+TEST_F(AdsEngineFaultsTest, OpenFileConnectsAndCachesAsTheConfigurationSays) {
+    fnrk::testing::TempDir folder;
+    fnrk::testing::ScopedEnvironment mainPath{"FNRK_MAIN_PATH", folder.path().string()};
+    engine.findsConnections = false;
+    engine.nextConnection = kEngineHandleStart;
+    int opened = 0;
+    const auto open = [&](const std::string& mode, const std::string& cached) {
+        fnrk::testing::WriteFileBytes(
+            folder / "FennRick.ini",
+            "[Connection]\r\nMode=" + mode + "\r\nCachedRecords=" + cached + "\r\n");
+        engine.lastServerTypes = 0;
+        engine.lastCachedRecords = 0;
+        // A folder of its own, so that each open connects again.
+        const std::string path =
+            (folder / ("D" + std::to_string(++opened)) / "SOC1_act.dbf").string();
+        EXPECT_EQ(ads.OpenFile("ACT", path, "", "SHARED"), AE_SUCCESS) << mode;
+    };
+    open("clientserver", "40");
+    EXPECT_EQ(engine.lastServerTypes, ADS_REMOTE_SERVER);
+    EXPECT_EQ(engine.lastCachedRecords, 40);
+    open("Internet", "99999");
+    EXPECT_EQ(engine.lastServerTypes, ADS_AIS_SERVER);
+    EXPECT_EQ(engine.lastCachedRecords, 65535);
+    open("AUTOMATIC", "");
+    EXPECT_EQ(engine.lastServerTypes, ADS_LOCAL_SERVER | ADS_REMOTE_SERVER | ADS_AIS_SERVER);
+    EXPECT_EQ(engine.lastCachedRecords, 0);
+    const long cachedBefore = Calls("engine.CacheRecords");
+    open("LOCAL", "12x");
+    EXPECT_EQ(engine.lastServerTypes, ADS_LOCAL_SERVER);
+    EXPECT_EQ(Calls("engine.CacheRecords"), cachedBefore);
 }
 
 }  // namespace

@@ -165,6 +165,28 @@ TEST_P(AdsQueriesTest, FiltersAreOptimizedFiltersAndScopesBoundTheOrder) {
     EXPECT_EQ(Accounts(), "700000,400000,600000,550000,700100");
 }
 
+TEST_P(AdsQueriesTest, RecordTestsFollowTheScopeAndTheFilter) {
+    // Records in natural order: 700000, 400000, 600000, 550000, 700100.
+    ASSERT_EQ(ads.ActivateAlias("ACT"), AE_SUCCESS);
+    ASSERT_TRUE(ads.SetIndex("account"));
+    ASSERT_EQ(ads.SetScope("5", "6"), AE_SUCCESS);
+    ASSERT_EQ(db.GotoRecord(act_, 3), AE_SUCCESS);  // 600000
+    EXPECT_TRUE(ads.IsRecordInCurrentScope());
+    EXPECT_TRUE(ads.IsRecordInCursor());
+    ASSERT_EQ(db.GotoRecord(act_, 1), AE_SUCCESS);  // 700000, past the scope
+    EXPECT_FALSE(ads.IsRecordInCurrentScope());
+    EXPECT_TRUE(ads.IsRecordInCursor());  // the table itself has no scope
+    ASSERT_EQ(ads.SetScope("", ""), AE_SUCCESS);
+    EXPECT_TRUE(ads.IsRecordInCurrentScope());
+
+    ASSERT_EQ(ads.SetFilterOnCurrentAlias("AMOUNT > 50"), AE_SUCCESS);
+    EXPECT_TRUE(ads.IsRecordInCursor());
+    EXPECT_TRUE(ads.IsRecordInCurrentScope());
+    ASSERT_EQ(db.GotoRecord(act_, 2), AE_SUCCESS);  // 400000, a negative amount
+    EXPECT_FALSE(ads.IsRecordInCursor());
+    EXPECT_FALSE(ads.IsRecordInCurrentScope());
+}
+
 TEST_P(AdsQueriesTest, TemporaryOrdersFollowTheirKeyAndAreRemadeOnEachCall) {
     ASSERT_EQ(ads.BuildTempIndex("ACT", "STR(AMOUNT+1000,12,2)"), AE_SUCCESS);
     EXPECT_EQ(ads.GetIndexTagName(), "TEMPINDEX");

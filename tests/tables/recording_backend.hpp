@@ -47,13 +47,18 @@ class RecordingBackend final : public RecordingOperations {
     Status lastErrorCode = engine::AE_SUCCESS;
     std::vector<Handle> openTables;
     MgmtConfig config;
+    bool findsConnections = true;         // false: FindConnection25 finds none
+    std::uint16_t lastServerTypes = 0;    // given to the last Connect26
+    std::uint16_t lastCachedRecords = 0;  // given to the last CacheRecords
 
     Handle handleStart() const override { return handleStart_; }
     void handleStart(Handle start) override { handleStart_ = start; }
     std::string TypeOfConnection() const override { return type_; }
     void TypeOfConnection(std::string_view type) override { type_ = type; }
 
-    Status Connect26(std::string_view path, std::uint16_t, Handle& connection) override {
+    Status Connect26(std::string_view path, std::uint16_t serverTypes,
+                     Handle& connection) override {
+        lastServerTypes = serverTypes;
         return Connected(path, connection, "Connect26");
     }
     Status Connect60(std::string_view path, std::uint16_t, std::string_view, std::string_view,
@@ -61,7 +66,15 @@ class RecordingBackend final : public RecordingOperations {
         return Connected(path, connection, "Connect60");
     }
     Status FindConnection25(std::string_view path, Handle& connection) override {
+        if (!findsConnections) {
+            const Status status = Record("FindConnection25");
+            return status == engine::AE_SUCCESS ? engine::AE_NO_CONNECTION : status;
+        }
         return Connected(path, connection, "FindConnection25");
+    }
+    Status CacheRecords(Handle, std::uint16_t records) override {
+        lastCachedRecords = records;
+        return Record("CacheRecords");
     }
     Status GetLastError(Status& code, std::string& text) override {
         code = lastErrorCode;

@@ -54,6 +54,11 @@ cdx::TagPosition IndexOrder::Current() {
     return key ? indexTag().Find(*key, record) : TagPosition{};
 }
 
+bool IndexOrder::CurrentRecordInScope() {
+    const TagPosition at = Current();
+    return at.valid() && InScope(indexTag().EntryAt(at).key);
+}
+
 cdx::TagPosition IndexOrder::Settle(TagPosition at, int direction) {
     for (std::uint64_t steps = 0; at.valid(); at = Step(at, direction)) {
         if (++steps > indexTag().WalkLimit())

@@ -47,6 +47,8 @@ class IndexOrder {
     Status SetRelKeyPos(double position);
     // The current record's key in this tag (empty when it does not qualify).
     Status ExtractKey(std::string& key);
+    // The current record has a key in this tag, within the scopes.
+    bool CurrentRecordInScope();
 
   private:
     cdx::IndexTag& indexTag() { return *tag_.tag; }
