@@ -4,7 +4,7 @@
 
 #include "engine/engine.hpp"
 #include "engine/field_type_code.hpp"
-#include "engine/order/order_registry.hpp"
+#include "engine/order_call.hpp"
 
 namespace fnrk::engine {
 
@@ -87,13 +87,24 @@ Status Engine::GetFieldOffset(Handle table, std::string_view name, std::uint32_t
 // --- records and navigation
 
 Status Engine::GotoTop(Handle object) {
-    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->GotoTop());
+    if (Orders().FindOrder(object) != nullptr) {
+        std::string problem;
+        const Status status = OnOrder(
+            Orders(), object, [](order::IndexOrder& order) { return order.GotoTop(); }, &problem);
+        return Report(status, problem);
+    }
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->GotoTop(); });
 }
 
 Status Engine::GotoBottom(Handle object) {
-    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->GotoBottom());
+    if (Orders().FindOrder(object) != nullptr) {
+        std::string problem;
+        const Status status = OnOrder(
+            Orders(), object, [](order::IndexOrder& order) { return order.GotoBottom(); },
+            &problem);
+        return Report(status, problem);
+    }
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->GotoBottom(); });
 }
@@ -104,7 +115,13 @@ Status Engine::GotoRecord(Handle table, std::uint32_t record) {
 }
 
 Status Engine::Skip(Handle object, std::int32_t records) {
-    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->Skip(records));
+    if (Orders().FindOrder(object) != nullptr) {
+        std::string problem;
+        const Status status = OnOrder(
+            Orders(), object, [&](order::IndexOrder& order) { return order.Skip(records); },
+            &problem);
+        return Report(status, problem);
+    }
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->Skip(records); });
 }
