@@ -173,8 +173,7 @@ TEST_F(EngineDictionaryTest, AViewNameIsAnIdentifierAndAViewOneQuery) {
     Handle admin = 0;
     ASSERT_EQ(engine.DDCreate(DictionaryPath(), 0, "", admin), AE_SUCCESS);
     const std::filesystem::path planted = dir / "planted.db";
-    const std::string attach =
-        "ATTACH DATABASE '" + planted.string() + "' AS planted";
+    const std::string attach = "ATTACH DATABASE '" + planted.string() + "' AS planted";
     const std::string before = testing::ReadFileBytes(DictionaryPath());
     for (const std::string& name :
          {"V\" AS SELECT 1 AS A; " + attach + "; --", std::string(), std::string("1ST"),
@@ -219,9 +218,9 @@ TEST_F(EngineDictionaryTest, ADictionaryFileWithABadViewIsRefusedWhole) {
         edited["views"].push_back(view);
         testing::WriteFileBytes(DictionaryPath(), edited.dump());
         Handle user = 0;
-        EXPECT_EQ(engine.Connect60(DictionaryPath(), ADS_LOCAL_SERVER, "SYSTEM", kPassword, 0,
-                                   user),
-                  AE_INVALID_DICTIONARY_FILE)
+        EXPECT_EQ(
+            engine.Connect60(DictionaryPath(), ADS_LOCAL_SERVER, "SYSTEM", kPassword, 0, user),
+            AE_INVALID_DICTIONARY_FILE)
             << view.dump();
         EXPECT_NE(LastErrorText().find("view "), std::string::npos) << LastErrorText();
     }
