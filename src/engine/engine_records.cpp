@@ -5,6 +5,7 @@
 #include "engine/engine.hpp"
 #include "engine/field_type_code.hpp"
 #include "engine/order_call.hpp"
+#include "platform/codepage.hpp"
 
 namespace fnrk::engine {
 
@@ -12,7 +13,8 @@ Status Engine::TableField(Handle table, std::string_view field, cursor::TableCur
                           const dbf::Field*& found) {
     cursor = FindTable(table);
     if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
-    found = cursor->FindField(field);
+    // Names cross the API as UTF-8; the table holds them in Windows-1252.
+    found = cursor->FindField(platform::Utf8ToCp1252(field));
     if (found == nullptr) return Report(AE_INVALID_FIELDNAME, "no field " + std::string(field));
     return AE_SUCCESS;
 }
@@ -47,7 +49,7 @@ Status Engine::GetFieldName(Handle table, std::uint16_t fieldNumber, std::string
     if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
     const auto& fields = cursor->header().fields;
     if (fieldNumber < 1 || fieldNumber > fields.size()) return Report(AE_INVALID_FIELDNUMBER);
-    name = fields[fieldNumber - 1].name;
+    name = platform::Cp1252ToUtf8(fields[fieldNumber - 1].name);
     return AE_SUCCESS;
 }
 
