@@ -52,12 +52,7 @@ class CommitSafety : public EngineTest {
         const pid_t pid = fork();
         if (pid == 0) {
             Engine own;
-            Handle folder = 0;
-            Handle table = 0;
-            if (own.Connect26(dir.path().string(), ADS_LOCAL_SERVER, folder) == 0 &&
-                own.OpenTable(folder, "notes", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                              ADS_IGNORERIGHTS, ADS_SHARED, table) == 0)
-                work(own, table);
+            if (const Handle table = OpenElsewhere(own, "notes")) work(own, table);
             raise(SIGKILL);
         }
         int status = 0;
@@ -70,12 +65,8 @@ TEST_F(CommitSafety, AMemoChangeIsSeenOnlyWhenItsRecordIsWritten) {
     CreateNotes();
     const Handle writer = Open("notes", ADS_SHARED, "WRITER");
     Engine other;
-    Handle otherFolder = 0;
-    Handle reader = 0;
-    ASSERT_EQ(other.Connect26(dir.path().string(), ADS_LOCAL_SERVER, otherFolder), AE_SUCCESS);
-    ASSERT_EQ(other.OpenTable(otherFolder, "notes", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                              ADS_IGNORERIGHTS, ADS_SHARED, reader),
-              AE_SUCCESS);
+    const Handle reader = OpenElsewhere(other, "notes");
+    ASSERT_NE(reader, 0u);
     auto readNote = [&] {
         std::string note;
         EXPECT_EQ(other.GotoRecord(reader, 1), AE_SUCCESS);
