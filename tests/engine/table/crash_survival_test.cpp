@@ -24,7 +24,7 @@ namespace {
 using fnrk::testing::CommandResult;
 using fnrk::testing::RunFennrick;
 
-constexpr int kRounds = 60;
+constexpr int kRounds = 40;
 constexpr int kMaxLifeMicroseconds = 25'000;
 
 enum class Kind : char { Append = 'A', Update = 'U', Delete = 'D' };
