@@ -9,6 +9,7 @@
 #include "cli/table_json.hpp"
 #include "engine/dbf/field_list.hpp"
 #include "engine/dbf/table_check.hpp"
+#include "platform/codepage.hpp"
 
 namespace fnrk::cli {
 namespace {
@@ -47,7 +48,7 @@ void Info(const std::string& file) {
     info["recordLength"] = header.recordLength;
     info["fields"] = nlohmann::ordered_json::array();
     for (const auto& field : header.fields) {
-        info["fields"].push_back({{"name", field.name},
+        info["fields"].push_back({{"name", platform::Cp1252ToUtf8(field.name)},
                                   {"type", std::string(1, field.type)},
                                   {"length", field.length},
                                   {"decimals", field.decimals}});
@@ -59,10 +60,9 @@ void Dump(const std::string& file) {
     auto table = OpenTable(file, {.exclusive = false, .readOnly = true});
     std::uint32_t count = 0;
     table->Count(false, count);
-    for (std::uint32_t recno = 1; recno <= count; ++recno) {
-        table->GotoRecord(recno);
-        std::cout << RecordToJson(*table).dump() << "\n";
-    }
+    RecordPrinter printer(*table);
+    for (std::uint32_t recno = 1; recno <= count; ++recno) printer.Print(recno);
+    printer.Finish();
 }
 
 void Create(const std::string& file, const std::string& fieldList) {
@@ -115,7 +115,12 @@ void Reorganise(const std::string& file, bool zap) {
 
 void Check(const std::string& file) {
     std::vector<std::string> problems = engine::dbf::CheckTable(file);
-    if (problems.empty()) problems = CheckTableIndexes(file);
+    // The tags too, unless the table itself cannot be opened for them (that is reported).
+    try {
+        for (std::string& problem : CheckTableIndexes(file)) problems.push_back(std::move(problem));
+    } catch (const CommandFailure& failure) {
+        if (problems.empty()) problems.push_back(failure.what());
+    }
     if (problems.empty()) {
         std::cout << file << ": ok\n";
         return;

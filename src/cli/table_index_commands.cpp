@@ -95,10 +95,10 @@ void Tags(const std::string& file) {
 
 void DumpInTagOrder(const std::string& file, const std::string& tagName) {
     IndexedTable table = OpenIndexed(file, {.exclusive = false, .readOnly = true});
-    for (const std::uint32_t record : RecordsInOrder(FindTag(table, tagName))) {
-        table.cursor->GotoRecord(record);
-        std::cout << RecordToJson(*table.cursor).dump() << "\n";
-    }
+    RecordPrinter printer(*table.cursor);
+    for (const std::uint32_t record : RecordsInOrder(FindTag(table, tagName)))
+        printer.Print(record);
+    printer.Finish();
 }
 
 namespace {

@@ -1,5 +1,7 @@
 #include "cli/table_json.hpp"
 
+#include <iostream>
+
 #include "cli/command_registry.hpp"
 #include "engine/constants.hpp"
 #include "engine/dbf/field_codec.hpp"
@@ -77,8 +79,25 @@ nlohmann::ordered_json RecordToJson(TableCursor& table) {
     nlohmann::ordered_json object;
     object["recno"] = table.recordNumber();
     object["deleted"] = table.IsDeleted();
-    for (const Field& field : table.header().fields) object[field.name] = FieldToJson(table, field);
+    for (const Field& field : table.header().fields)
+        object[platform::Cp1252ToUtf8(field.name)] = FieldToJson(table, field);
     return object;
+}
+
+void RecordPrinter::Print(std::uint32_t record) {
+    table_.GotoRecord(record);
+    try {
+        std::cout << RecordToJson(table_).dump() << "\n";
+    } catch (const CommandFailure& failure) {
+        std::cout.flush();
+        std::cerr << "record " << record << ": " << failure.what() << "\n";
+        ++unreadable_;
+    }
+}
+
+void RecordPrinter::Finish() const {
+    if (unreadable_ != 0)
+        throw CommandFailure(std::to_string(unreadable_) + " record(s) could not be read");
 }
 
 void AppendRecordFromJson(TableCursor& table, const nlohmann::json& object) {
@@ -90,7 +109,7 @@ void AppendRecordFromJson(TableCursor& table, const nlohmann::json& object) {
         if (name == "deleted") {
             if (!value.is_boolean()) throw CommandFailure("\"deleted\" must be true or false");
             deleted = value.get<bool>();
-        } else if (table.FindField(name) == nullptr) {
+        } else if (table.FindField(platform::Utf8ToCp1252(name)) == nullptr) {
             throw CommandFailure("no field " + name + " in the table");
         }
     }
@@ -98,7 +117,7 @@ void AppendRecordFromJson(TableCursor& table, const nlohmann::json& object) {
     const std::uint32_t record = table.recordNumber();
     for (const auto& [name, value] : object.items())
         if (name != "recno" && name != "deleted")
-            FieldFromJson(table, *table.FindField(name), value);
+            FieldFromJson(table, *table.FindField(platform::Utf8ToCp1252(name)), value);
     Require(table.Commit(), "write");
     if (deleted) Require(table.SetDeleted(true), "delete");
     if (table.IsRecordLocked(record) && !table.file().exclusive())

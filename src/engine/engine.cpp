@@ -3,6 +3,7 @@
 #include <chrono>
 #include <ctime>
 #include <filesystem>
+#include <vector>
 
 #include "engine/dbf/field_list.hpp"
 #include "engine/error_text.hpp"
@@ -83,16 +84,12 @@ Status Engine::FindConnection25(std::string_view fullPath, Handle& connection) {
 Status Engine::Disconnect(Handle connection) {
     if (connection != 0 && !connections_.contains(connection))
         return Report(AE_INVALID_CONNECTION_HANDLE);
-    for (auto it = tables_.begin(); it != tables_.end();) {
-        if (connection == 0 || it->second.connection == connection) {
-            handleLongs_.erase(it->first);
-            // The orders refer to the table's files: they go first.
-            DetachIndexes(it->first);
-            it = tables_.erase(it);
-        } else {
-            ++it;
-        }
-    }
+    // Each table closes as CloseTable closes it: its pending record is written while its
+    // indexes still take the keys, then the orders (which refer to its files) go.
+    std::vector<Handle> closing;
+    for (const auto& [handle, table] : tables_)
+        if (connection == 0 || table.connection == connection) closing.push_back(handle);
+    for (const Handle handle : closing) CloseTable(handle);
     if (connection == 0) {
         connections_.clear();
     } else {
@@ -170,12 +167,15 @@ Status Engine::GetServerTime(Handle connection, std::string& date, std::int32_t&
 }
 
 Status Engine::CloseAllTables() {
-    for (auto& [handle, table] : tables_) {
-        handleLongs_.erase(handle);
-        DetachIndexes(handle);
+    // Not one by one through tables_ itself: CloseTable erases from it.
+    std::vector<Handle> closing;
+    for (const auto& [handle, table] : tables_) closing.push_back(handle);
+    Status first = AE_SUCCESS;
+    for (const Handle handle : closing) {
+        const Status status = CloseTable(handle);
+        if (first == AE_SUCCESS) first = status;
     }
-    tables_.clear();
-    return AE_SUCCESS;
+    return first;
 }
 
 Status Engine::GetAllTables(std::vector<Handle>& tables) {

@@ -6,8 +6,8 @@
 #include <filesystem>
 
 #include "engine/engine.hpp"
-#include "engine/order/order_registry.hpp"
 #include "engine/order/seek_key.hpp"
+#include "engine/order_call.hpp"
 #include "platform/codepage.hpp"
 
 namespace fnrk::engine {
@@ -148,18 +148,6 @@ Status Engine::GetAllIndexes(Handle table, std::vector<Handle>& indexes) {
 }
 
 namespace {
-
-// Runs `body` on the order behind an index handle.
-template <class Body>
-Status OnOrder(order::OrderRegistry& orders, Handle index, Body body) {
-    order::IndexOrder* found = orders.FindOrder(index);
-    if (found == nullptr) return AE_INVALID_INDEX_HANDLE;
-    try {
-        return body(*found);
-    } catch (const cdx::IndexCorrupt&) {
-        return AE_CORRUPT_INDEX;
-    }
-}
 
 // Runs `body(order, keyBytes)` with a seek or scope value turned into the tag's key bytes.
 template <class Body>

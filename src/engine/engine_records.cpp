@@ -4,7 +4,8 @@
 
 #include "engine/engine.hpp"
 #include "engine/field_type_code.hpp"
-#include "engine/order/order_registry.hpp"
+#include "engine/order_call.hpp"
+#include "platform/codepage.hpp"
 
 namespace fnrk::engine {
 
@@ -12,7 +13,8 @@ Status Engine::TableField(Handle table, std::string_view field, cursor::TableCur
                           const dbf::Field*& found) {
     cursor = FindTable(table);
     if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
-    found = cursor->FindField(field);
+    // Names cross the API as UTF-8; the table holds them in Windows-1252.
+    found = cursor->FindField(platform::Utf8ToCp1252(field));
     if (found == nullptr) return Report(AE_INVALID_FIELDNAME, "no field " + std::string(field));
     return AE_SUCCESS;
 }
@@ -47,7 +49,7 @@ Status Engine::GetFieldName(Handle table, std::uint16_t fieldNumber, std::string
     if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
     const auto& fields = cursor->header().fields;
     if (fieldNumber < 1 || fieldNumber > fields.size()) return Report(AE_INVALID_FIELDNUMBER);
-    name = fields[fieldNumber - 1].name;
+    name = platform::Cp1252ToUtf8(fields[fieldNumber - 1].name);
     return AE_SUCCESS;
 }
 
@@ -87,13 +89,24 @@ Status Engine::GetFieldOffset(Handle table, std::string_view name, std::uint32_t
 // --- records and navigation
 
 Status Engine::GotoTop(Handle object) {
-    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->GotoTop());
+    if (Orders().FindOrder(object) != nullptr) {
+        std::string problem;
+        const Status status = OnOrder(
+            Orders(), object, [](order::IndexOrder& order) { return order.GotoTop(); }, &problem);
+        return Report(status, problem);
+    }
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->GotoTop(); });
 }
 
 Status Engine::GotoBottom(Handle object) {
-    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->GotoBottom());
+    if (Orders().FindOrder(object) != nullptr) {
+        std::string problem;
+        const Status status = OnOrder(
+            Orders(), object, [](order::IndexOrder& order) { return order.GotoBottom(); },
+            &problem);
+        return Report(status, problem);
+    }
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->GotoBottom(); });
 }
@@ -104,7 +117,13 @@ Status Engine::GotoRecord(Handle table, std::uint32_t record) {
 }
 
 Status Engine::Skip(Handle object, std::int32_t records) {
-    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->Skip(records));
+    if (Orders().FindOrder(object) != nullptr) {
+        std::string problem;
+        const Status status = OnOrder(
+            Orders(), object, [&](order::IndexOrder& order) { return order.Skip(records); },
+            &problem);
+        return Report(status, problem);
+    }
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->Skip(records); });
 }

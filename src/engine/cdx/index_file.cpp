@@ -106,21 +106,28 @@ void IndexFile::Write(std::uint64_t offset, const char* bytes, std::size_t lengt
 }
 
 void IndexFile::Flush() {
-    // Consecutive pages go out in one write each.
+    // Consecutive pages go out in one write each. New pages at the end of the file go first:
+    // a process killed between the writes then never leaves a page pointing past the end of
+    // the file (a tag header naming a root not yet written), which would keep the file from
+    // opening at all.
+    const std::uint64_t end = diskSize_;
     std::vector<char> run;
     std::uint64_t runStart = 0;
     const auto writeRun = [&] {
         if (!run.empty()) WriteToDisk(runStart, run.data(), run.size());
         run.clear();
     };
-    for (const auto& [page, bytes] : pending_) {
-        if (run.empty() || page != runStart + run.size() || run.size() >= kFlushRun) {
-            writeRun();
-            runStart = page;
+    for (const bool appended : {true, false}) {
+        for (const auto& [page, bytes] : pending_) {
+            if ((page >= end) != appended) continue;
+            if (run.empty() || page != runStart + run.size() || run.size() >= kFlushRun) {
+                writeRun();
+                runStart = page;
+            }
+            run.insert(run.end(), bytes.begin(), bytes.end());
         }
-        run.insert(run.end(), bytes.begin(), bytes.end());
+        writeRun();
     }
-    writeRun();
     pending_.clear();
 }
 

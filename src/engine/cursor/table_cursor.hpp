@@ -89,6 +89,8 @@ class TableCursor final : public RecordFunctions {
     std::uint32_t Seek(std::uint32_t from, int step);
     void MoveTo(std::uint32_t record);
     void MoveToEof();
+    // The memo block of `field` in the record as written in the file (0 for a new record).
+    std::uint32_t CommittedMemoBlock(const dbf::Field& field);
     // Makes the current record writable: current, not read-only, locked (an implicit lock in
     // shared mode when the handle holds none), copied into the edit buffer.
     Status BeginEdit() override;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 #include <string_view>
 
 #include "engine/io/byte_order.hpp"
@@ -110,13 +111,33 @@ void WriteText(char* record, const Field& field, std::string_view text) {
     std::memset(record + field.offset + n, ' ', field.length - n);
 }
 
-std::uint32_t ReadMemoBlock(const char* record, const Field& field) {
+namespace {
+
+// The block a memo pointer names (0: none), or nothing when the bytes are not a block number.
+std::optional<std::uint32_t> ParseMemoBlock(const char* record, const Field& field) {
     // Four blanks are no block: records that a blank-filling program appended.
     if (field.length == 4)
         return std::memcmp(record + field.offset, "    ", 4) == 0
                    ? 0
                    : io::ReadLe32(record + field.offset);
-    return static_cast<std::uint32_t>(ParseNumberText(FieldBytes(record, field)));
+    const std::string_view text = FieldBytes(record, field);
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return 0;
+    const char* last = text.data() + text.find_last_not_of(' ') + 1;
+    std::uint32_t block = 0;
+    const auto [end, error] = std::from_chars(text.data() + first, last, block);
+    if (error != std::errc{} || end != last) return std::nullopt;
+    return block;
+}
+
+}  // namespace
+
+std::uint32_t ReadMemoBlock(const char* record, const Field& field) {
+    return ParseMemoBlock(record, field).value_or(0);
+}
+
+bool MemoBlockValid(const char* record, const Field& field) {
+    return ParseMemoBlock(record, field).has_value();
 }
 
 void WriteMemoBlock(char* record, const Field& field, std::uint32_t block) {

@@ -31,7 +31,10 @@ void WriteLogical(char* record, const Field& field, bool value);
 void WriteText(char* record, const Field& field, std::string_view text);
 
 // Memo block numbers: 10 ASCII digits (blank for none) or a 4-byte integer in Visual FoxPro.
+// A pointer that is not a block number (other characters, beyond 32 bits) reads as no block:
+// MemoBlockValid tells it apart from a blank one.
 std::uint32_t ReadMemoBlock(const char* record, const Field& field);
+bool MemoBlockValid(const char* record, const Field& field);
 void WriteMemoBlock(char* record, const Field& field, std::uint32_t block);
 
 // What an empty field holds in every byte: zero for the types stored as binary (integer, double,

@@ -31,6 +31,13 @@ void CheckRecords(TableFile& table, std::vector<std::string>& problems) {
         if (memo == nullptr) continue;
         for (const Field& field : header.fields) {
             if (!IsMemoType(field.type)) continue;
+            if (!MemoBlockValid(record, field)) {
+                problems.push_back(where + field.name + ": memo pointer \"" +
+                                   std::string(FieldBytes(record, field)) +
+                                   "\" is not a block number");
+                if (problems.size() >= kMaxProblems) return;
+                continue;
+            }
             const std::uint32_t block = ReadMemoBlock(record, field);
             if (block == 0) continue;
             std::uint32_t type = 0;

@@ -20,7 +20,8 @@ constexpr std::size_t kPackChunkRecords = 4096;
 
 Status OpenFailure(const std::string& path, std::string& message) {
     const int error = errno;
-    message = "cannot open " + path + ": " + std::strerror(error);
+    message = "cannot open " + path + ": " +
+              (error == EINVAL ? std::string("not a regular file") : std::strerror(error));
     if (error == ENOENT) return AE_FILE_NOT_FOUND;
     if (error == EACCES || error == EPERM || error == EROFS) return AE_PERMISSION_DENIED;
     return AE_INVALID_PATH;
@@ -126,6 +127,16 @@ Status TableFile::Open(const std::string& path, OpenRequest request, std::string
             message = path + ": " + problem;
             return memo_.IsOpen() ? AE_CORRUPT_TABLE : AE_NO_MEMO_FILE;
         }
+    }
+    // An append killed between writing its record and counting it leaves bytes past the count.
+    // Shared, they may be an append in flight on another station and stay (the next append
+    // writes over them); alone on the table for writing, nobody can be appending: they go.
+    const std::uint64_t dataEnd = std::uint64_t{header.headerLength} +
+                                  std::uint64_t{header.recordCount} * header.recordLength;
+    if (request.exclusive && !request.readOnly && size > dataEnd + 1 &&
+        (!file.WriteAt(dataEnd, &kEndOfFile, 1) || !file.Truncate(dataEnd + 1))) {
+        message = "cannot cut the uncounted bytes at the end of " + path;
+        return AE_PERMISSION_DENIED;
     }
     path_ = path;
     file_ = std::move(file);
@@ -345,6 +356,11 @@ Status TableFile::CopyKeptMemos(const std::string& path, memo::MemoFile& packed,
         if (record[0] == '*') continue;
         for (const Field& field : header_.fields) {
             if (!IsMemoType(field.type)) continue;
+            if (!MemoBlockValid(record, field)) {
+                message = path_ + ": record " + std::to_string(recno) + ": " + field.name +
+                          ": memo pointer is not a block number";
+                return AE_CORRUPT_TABLE;
+            }
             const std::uint32_t block = ReadMemoBlock(record, field);
             if (block == 0 || moved.contains(block)) continue;
             memo::MemoBlock memo;

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "engine/io/byte_order.hpp"
+#include "platform/codepage.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::engine::dbf {
@@ -109,6 +110,9 @@ std::string ParseTableHeader(std::string_view bytes, std::uint64_t fileSize, Tab
         field.length = static_cast<std::uint8_t>(descriptor[16]);
         field.decimals = static_cast<std::uint8_t>(descriptor[17]);
         if (std::string problem = CheckFieldShape(field); !problem.empty()) return problem;
+        // Fields are found by name: a second one of the same name could never be read.
+        if (parsed.FindField(field.name))
+            return "two fields named " + platform::Cp1252ToUtf8(field.name);
         field.offset = offset;
         offset += field.length;
         parsed.fields.push_back(std::move(field));

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "engine/constants.hpp"
+#include "engine/dictionary/view_rules.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::engine::dictionary {
@@ -71,12 +72,16 @@ Status DataDictionary::AddTable(DictionaryTable table, std::string& message) {
 
 Status DataDictionary::AddView(DictionaryView view, std::string& message) {
     view.name = platform::Trim(view.name);
-    if (view.name.empty() || NameTaken(view.name)) {
-        message = "view name \"" + view.name + "\" is empty or taken";
+    if (std::string problem = ViewNameProblem(view.name); !problem.empty()) {
+        message = std::move(problem);
         return AE_INVALID_OBJECT_NAME;
     }
-    if (platform::Trim(view.sql).empty()) {
-        message = "view " + view.name + " has no statement";
+    if (NameTaken(view.name)) {
+        message = "view name \"" + view.name + "\" is taken";
+        return AE_INVALID_OBJECT_NAME;
+    }
+    if (std::string problem = ViewStatementProblem(view.sql); !problem.empty()) {
+        message = "view " + view.name + ": " + problem;
         return AE_INVALID_STATEMENT;
     }
     views_.push_back(std::move(view));

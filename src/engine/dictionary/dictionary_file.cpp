@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "engine/dictionary/data_dictionary.hpp"
+#include "engine/dictionary/view_rules.hpp"
 
 namespace fnrk::engine::dictionary {
 
@@ -83,8 +84,14 @@ Status DataDictionary::Load(const std::string& path, DataDictionary& loaded, std
             dictionary.tables_.push_back({table.at("name"), table.at("path"), table.at("tableType"),
                                           table.at("charType"), table.at("indexFiles"),
                                           table.at("comments")});
-        for (const Json& view : json.at("views"))
-            dictionary.views_.push_back({view.at("name"), view.at("sql"), view.at("comments")});
+        for (const Json& view : json.at("views")) {
+            DictionaryView read{view.at("name"), view.at("sql"), view.at("comments")};
+            // The file may have been edited by hand: a view comes back only as it could be added.
+            std::string problem = ViewNameProblem(read.name);
+            if (problem.empty()) problem = ViewStatementProblem(read.sql);
+            if (!problem.empty()) throw std::runtime_error("view " + read.name + ": " + problem);
+            dictionary.views_.push_back(std::move(read));
+        }
         for (const Json& user : json.at("users"))
             dictionary.users_.push_back({user.at("name"), user.at("group"), user.at("description"),
                                          HashFrom(user.at("password")),

@@ -3,6 +3,7 @@
 // Header-only. A file descriptor owned by one object, with whole-buffer positional reads and
 // writes that retry short transfers.
 
+#include <errno.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -29,8 +30,19 @@ class PosixFile {
     PosixFile(const PosixFile&) = delete;
     PosixFile& operator=(const PosixFile&) = delete;
 
+    // Regular files only (errno EINVAL otherwise): a FIFO or a device under a table's name
+    // would block or never end. Opened without blocking, so that a FIFO cannot hang the open.
     static PosixFile Open(const std::string& path, bool readOnly) {
-        return PosixFile(::open(path.c_str(), (readOnly ? O_RDONLY : O_RDWR) | O_CLOEXEC));
+        PosixFile file(
+            ::open(path.c_str(), (readOnly ? O_RDONLY : O_RDWR) | O_CLOEXEC | O_NONBLOCK));
+        if (!file.valid()) return file;
+        struct stat info {};
+        if (::fstat(file.fd_, &info) != 0 || !S_ISREG(info.st_mode) ||
+            ::fcntl(file.fd_, F_SETFL, ::fcntl(file.fd_, F_GETFL) & ~O_NONBLOCK) != 0) {
+            file.Close();
+            errno = EINVAL;
+        }
+        return file;
     }
     static PosixFile CreateNew(const std::string& path) {
         return PosixFile(::open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));

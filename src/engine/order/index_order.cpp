@@ -51,7 +51,25 @@ cdx::TagPosition IndexOrder::Current() {
     const std::uint32_t record = table_.recordNumber();
     if (record == 0 || !tag_.keys) return {};
     const auto key = tag_.keys->KeyOf(table_.CurrentRecordBytes(), record);
-    return key ? indexTag().Find(*key, record) : TagPosition{};
+    const TagPosition at = key ? indexTag().Find(*key, record) : TagPosition{};
+    if (!landed_ || landed_->record != record) return at;
+    const TagPosition landed = indexTag().Find(landed_->key, record);
+    if (!landed.valid()) return at;  // the record moved since: its own key is the place
+    if (!at.valid()) return landed;
+    if (at.leaf != landed.leaf || at.index != landed.index)
+        throw cdx::IndexCorrupt("tag " + indexTag().name() + " holds record " +
+                                std::to_string(record) + " twice");
+    return at;
+}
+
+cdx::TagPosition IndexOrder::StepOnce(TagPosition at, int direction) {
+    if (!at.valid()) return {};
+    const std::uint32_t from = indexTag().EntryAt(at).record;
+    const TagPosition next = Settle(Step(at, direction), direction);
+    if (next.valid() && indexTag().EntryAt(next).record == from)
+        throw cdx::IndexCorrupt("tag " + indexTag().name() + " holds record " +
+                                std::to_string(from) + " twice");
+    return next;
 }
 
 bool IndexOrder::CurrentRecordInScope() {
@@ -66,7 +84,10 @@ cdx::TagPosition IndexOrder::Settle(TagPosition at, int direction) {
         const cdx::IndexEntry entry = indexTag().EntryAt(at);
         if (!InScope(entry.key)) return {};
         if (table_.GotoRecord(entry.record) != AE_SUCCESS) return {};
-        if (table_.IsVisible()) return at;
+        if (table_.IsVisible()) {
+            landed_ = Landing{entry.record, entry.key};
+            return at;
+        }
     }
     return {};
 }
@@ -96,15 +117,14 @@ Status IndexOrder::Skip(std::int32_t count) {
     if (count > 0) {
         if (atEof) return AE_SUCCESS;
         for (std::int32_t i = 0; i < count; ++i) {
-            at = at.valid() ? Settle(Step(at, 1), 1) : TagPosition{};
+            at = StepOnce(at, 1);
             if (!at.valid()) return GoEof();
         }
         return AE_SUCCESS;
     }
     // Backwards; from EOF the first step lands on the last visible record.
     for (std::int32_t i = 0; i > count; --i) {
-        at = atEof && i == 0 ? Settle(ScopeEnd(), -1)
-                             : (at.valid() ? Settle(Step(at, -1), -1) : TagPosition{});
+        at = atEof && i == 0 ? Settle(ScopeEnd(), -1) : StepOnce(at, -1);
         if (!at.valid()) {
             // Before the first key: BOF, on the first visible record.
             if (!Settle(ScopeStart(), 1).valid()) return GoEof();

@@ -63,8 +63,12 @@ class IndexOrder {
     bool InScope(std::string_view key);
     cdx::TagPosition ScopeStart();
     cdx::TagPosition ScopeEnd();
-    // The tag entry of the table's current record, if it has one.
+    // The tag entry of the table's current record, if it has one. Throws IndexCorrupt when
+    // the tag holds the record under its key and also under the key this order last landed on.
     cdx::TagPosition Current();
+    // One step of a skip from `at` in `direction`; landing on the record it started from means
+    // the tag holds that record twice, and the walk would never end.
+    cdx::TagPosition StepOnce(cdx::TagPosition at, int direction);
     // From `at` on (itself included) in `direction`, the first entry in scope whose record is
     // visible; the table is left on it. Invalid when none.
     cdx::TagPosition Settle(cdx::TagPosition at, int direction);
@@ -74,6 +78,13 @@ class IndexOrder {
     OpenTag& tag_;
     std::optional<std::string> top_;
     std::optional<std::string> bottom_;
+    // The entry the last navigation settled on: a skip goes on from there, not from wherever
+    // the record's key would put it, so that a stale second key cannot send the walk back.
+    struct Landing {
+        std::uint32_t record = 0;
+        std::string key;
+    };
+    std::optional<Landing> landed_;
 };
 
 }  // namespace fnrk::engine::order

@@ -288,6 +288,22 @@ std::vector<std::string> TableIndexes::Check() {
     dbf::TableFile& table = table_.file();
     table.RefreshRecordCount();
     const std::size_t recordLength = table.header().recordLength;
+    for (const auto& file : files_) {
+        const std::string where = "index " + file->path.filename().string() + ": ";
+        try {
+            cdx::IndexFile::ReadGuard guard(file->index->file());
+            // The directory is a tag without a name: its problems read "tag : ...".
+            for (const std::string& problem : cdx::CheckTagStructure(file->index->directory()))
+                problems.push_back(where + "tag directory" + problem.substr(problem.find(':')));
+            // A new file is its directory's header and root; tags add at least as much again.
+            const std::uint64_t size = file->index->file().size();
+            if (file->index->tags().empty() && size > cdx::kHeaderSize + cdx::kNodeSize)
+                problems.push_back(where + "the tag directory lists no tag, but the file holds " +
+                                   std::to_string(size) + " bytes");
+        } catch (const std::exception& error) {
+            problems.push_back(where + error.what());
+        }
+    }
     for (const auto& open : tags_) {
         try {
             cdx::IndexFile::ReadGuard guard(open->file->file());

@@ -1,5 +1,6 @@
 #include "engine/order/tag_keys.hpp"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "engine/cdx/index_format.hpp"
@@ -45,6 +46,9 @@ TagKeys::TagKeys(std::string_view keyExpression, std::string_view forExpression,
       dates_(&dates),
       kind_(KeyKindOf(key_.type())),
       keyLength_(cdx::KeyLengthOf(kind_, key_.length())) {
+    // Longer text keys are cut to the longest key a compound index holds, as the format has it:
+    // records that differ only beyond it share a key.
+    if (kind_ == cdx::KeyKind::Character) keyLength_ = std::min(keyLength_, cdx::kMaxKeyLength);
     if (keyLength_ == 0 || keyLength_ > cdx::kMaxKeyLength)
         throw std::invalid_argument("key length " + std::to_string(keyLength_) + " out of range");
     if (!forExpression.empty()) {

@@ -17,7 +17,8 @@ namespace fnrk::engine::order {
 class TagKeys {
   public:
     // Throws expr::ExpressionError for an expression that does not compile over the table, and
-    // std::invalid_argument for a FOR condition that is not logical or a key too long.
+    // std::invalid_argument for a FOR condition that is not logical or an empty key. Text keys
+    // longer than cdx::kMaxKeyLength are cut to it.
     TagKeys(std::string_view keyExpression, std::string_view forExpression,
             const dbf::TableHeader& header, const expr::DateSettings& dates);
 

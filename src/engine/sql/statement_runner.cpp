@@ -33,12 +33,35 @@ std::string WithoutSchema(std::string name) {
     return name;
 }
 
+bool IsBlank(const char* text) {
+    return text == nullptr ||
+           std::string_view(text).find_first_not_of(" \t\r\n;") == std::string_view::npos;
+}
+
+// Runs exactly one statement: text after it is refused, never run.
 bool Execute(sqlite3* db, const std::string& sql, std::string& message) {
-    char* error = nullptr;
-    if (sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error) == SQLITE_OK) return true;
-    message = error == nullptr ? sqlite3_errmsg(db) : error;
-    sqlite3_free(error);
+    sqlite3_stmt* raw = nullptr;
+    const char* tail = nullptr;
+    if (sqlite3_prepare_v2(db, sql.c_str(), static_cast<int>(sql.size()), &raw, &tail) !=
+        SQLITE_OK) {
+        message = sqlite3_errmsg(db);
+        return false;
+    }
+    const Statement statement(raw);
+    if (raw == nullptr || !IsBlank(tail)) {
+        message = "a declaration must be exactly one statement";
+        return false;
+    }
+    const int rc = sqlite3_step(raw);
+    if (rc == SQLITE_DONE || rc == SQLITE_ROW) return true;
+    message = sqlite3_errmsg(db);
     return false;
+}
+
+// Statements read and write the tables of their folder only: attaching other database files
+// (which would create them) is refused.
+int RefuseAttach(void*, int action, const char*, const char*, const char*, const char*) {
+    return action == SQLITE_ATTACH || action == SQLITE_DETACH ? SQLITE_DENY : SQLITE_OK;
 }
 
 // Declares the table or view `name` in `db`; false with a message when it names nothing.
@@ -51,8 +74,7 @@ bool DeclareName(TableSource& source, sqlite3* db, const std::string& name, std:
         return Execute(db, TableDeclaration(name, path), message);
     if (source.views) {
         if (const std::optional<std::string> view = source.views(source.connection, name)) {
-            return Execute(db, "CREATE TEMP VIEW \"" + name + "\" AS " + RewriteDialect(*view).text,
-                           message);
+            return Execute(db, ViewDeclaration(name, RewriteDialect(*view).text), message);
         }
     }
     Handle table = 0;
@@ -96,6 +118,12 @@ Status Prepare(TableSource& source, sqlite3* db, const RewrittenStatement& rewri
                 return AE_SQL_ERROR;
             }
             return AE_SUCCESS;
+        }
+        if (sqlite3_errcode(db) == SQLITE_AUTH) {
+            message =
+                "ATTACH and DETACH are refused: a statement works on the tables of its "
+                "folder only";
+            return AE_SQL_ERROR;
         }
         const std::string error = sqlite3_errmsg(db);
         if (error.compare(0, kNoSuchTable.size(), kNoSuchTable) != 0) {
@@ -158,7 +186,8 @@ Status RunStatement(TableSource& source, std::string_view statement, RunMode mod
     }
     Database db(opened);
     if (RegisterTableModule(db.get(), source) != SQLITE_OK ||
-        RegisterTextFunctions(db.get()) != SQLITE_OK) {
+        RegisterTextFunctions(db.get()) != SQLITE_OK ||
+        sqlite3_set_authorizer(db.get(), RefuseAttach, nullptr) != SQLITE_OK) {
         message = sqlite3_errmsg(db.get());
         return AE_ALLOCATION_FAILED;
     }

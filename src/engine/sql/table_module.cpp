@@ -440,4 +440,8 @@ std::string TableDeclaration(std::string_view name, std::string_view path) {
            "(" + quotedPath + ")";
 }
 
+std::string ViewDeclaration(std::string_view name, std::string_view sql) {
+    return "CREATE TEMP VIEW " + QuoteName(name) + " AS " + std::string(sql);
+}
+
 }  // namespace fnrk::engine::sql

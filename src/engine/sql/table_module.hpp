@@ -23,5 +23,8 @@ int RegisterTableModule(sqlite3* db, TableSource& source);
 
 // The statement that declares `name` as the table file `path`.
 std::string TableDeclaration(std::string_view name, std::string_view path);
+// The statement that declares `name` as a view of the query `sql` (one statement: the runner
+// refuses anything after it).
+std::string ViewDeclaration(std::string_view name, std::string_view sql);
 
 }  // namespace fnrk::engine::sql

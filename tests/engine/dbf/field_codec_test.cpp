@@ -62,6 +62,19 @@ TEST(FieldCodec, TextLogicalAndMemoBlocks) {
     WriteMemoBlock(block.data(), memo, 0);
     EXPECT_EQ(block, std::string(10, ' '));
     EXPECT_EQ(ReadMemoBlock(block.data(), memo), 0u);
+    EXPECT_TRUE(MemoBlockValid(block.data(), memo));
+    // Pointers that are no block number read as none, and say so; none of them is converted
+    // through a number that does not fit.
+    for (const std::string bad :
+         {"    12x456", "9999999999", "4294967296", "   -1     ", "  1.5     ", "\x01         "}) {
+        EXPECT_FALSE(MemoBlockValid(bad.data(), memo)) << bad;
+        EXPECT_EQ(ReadMemoBlock(bad.data(), memo), 0u) << bad;
+    }
+    for (const auto& [good, number] : std::vector<std::pair<std::string, std::uint32_t>>{
+             {"4294967295", 4294967295u}, {"0000000008", 8}, {"8         ", 8}}) {
+        EXPECT_TRUE(MemoBlockValid(good.data(), memo)) << good;
+        EXPECT_EQ(ReadMemoBlock(good.data(), memo), number) << good;
+    }
 }
 
 TEST(FieldList, TypeNamesInAnyFormAndBadDefinitions) {

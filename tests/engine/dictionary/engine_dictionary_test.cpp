@@ -2,6 +2,8 @@
 // properties, its user, its tables and the two views that hide secret accounts; then a login
 // as that user opens the tables by name, encrypted ones included, and queries the views.
 
+#include <filesystem>
+#include <nlohmann/json.hpp>
 #include <set>
 
 #include "engine/sql/sql_fixture.hpp"
@@ -165,6 +167,76 @@ TEST_F(EngineDictionaryTest, ViewThatCannotRunIsRefusedWithItsReason) {
     EXPECT_EQ(testing::ReadFileBytes(DictionaryPath()), before);
     Handle again = 0;
     EXPECT_EQ(engine.DDCreate(DictionaryPath(), 0, "", again), AE_DICTIONARY_ALREADY_EXISTS);
+}
+
+TEST_F(EngineDictionaryTest, AViewNameIsAnIdentifierAndAViewOneQuery) {
+    Handle admin = 0;
+    ASSERT_EQ(engine.DDCreate(DictionaryPath(), 0, "", admin), AE_SUCCESS);
+    const std::filesystem::path planted = dir / "planted.db";
+    const std::string attach = "ATTACH DATABASE '" + planted.string() + "' AS planted";
+    const std::string before = testing::ReadFileBytes(DictionaryPath());
+    for (const std::string& name :
+         {"V\" AS SELECT 1 AS A; " + attach + "; --", std::string(), std::string("1ST"),
+          std::string("TWO WORDS"), std::string("DASH-ED"), std::string(129, 'V')}) {
+        EXPECT_EQ(engine.DDAddView(admin, name, "", "SELECT * FROM SOC1_acf"),
+                  AE_INVALID_OBJECT_NAME)
+            << name;
+        EXPECT_NE(LastErrorText().find("view name"), std::string::npos) << LastErrorText();
+    }
+    for (const std::string& sql :
+         {std::string("DELETE FROM SOC1_acf"), "SELECT * FROM SOC1_acf; " + attach,
+          std::string("SELECT 1; SELECT 2")})
+        EXPECT_NE(engine.DDAddView(admin, "V", "", sql), AE_SUCCESS) << sql;
+    EXPECT_EQ(testing::ReadFileBytes(DictionaryPath()), before);
+    // Names of letters, digits and "_" are fine, and the SQL's own quotes and comments too.
+    EXPECT_EQ(engine.DDAddView(admin, "_View_2", "",
+                               "SELECT NUMBER FROM SOC1_acf WHERE TITLE <> 'a;b' -- last ;\n"),
+              AE_SUCCESS)
+        << LastErrorText();
+    Handle statement = 0;
+    ASSERT_EQ(engine.CreateSQLStatement(admin, statement), AE_SUCCESS);
+    Handle cursor = 0;
+    EXPECT_EQ(engine.ExecuteSQLDirect(statement, "SELECT * FROM _View_2", cursor), AE_SUCCESS)
+        << LastErrorText();
+    EXPECT_EQ(Rows(cursor, {"NUMBER"}).size(), 3u);
+    EXPECT_FALSE(std::filesystem::exists(planted));
+}
+
+TEST_F(EngineDictionaryTest, ADictionaryFileWithABadViewIsRefusedWhole) {
+    Build();
+    const std::filesystem::path planted = dir / "planted.db";
+    const std::string attach = "ATTACH DATABASE '" + planted.string() + "' AS planted";
+    const nlohmann::json original = nlohmann::json::parse(testing::ReadFileBytes(DictionaryPath()));
+    const std::vector<nlohmann::json> bad = {
+        {{"name", "V\" AS SELECT 1 AS A; " + attach + "; --"},
+         {"sql", "SELECT * FROM ACF"},
+         {"comments", ""}},
+        {{"name", "EVIL"}, {"sql", "SELECT * FROM ACF; " + attach}, {"comments", ""}},
+        {{"name", "EVIL"}, {"sql", attach}, {"comments", ""}}};
+    for (const nlohmann::json& view : bad) {
+        nlohmann::json edited = original;
+        edited["views"].push_back(view);
+        testing::WriteFileBytes(DictionaryPath(), edited.dump());
+        Handle user = 0;
+        EXPECT_EQ(
+            engine.Connect60(DictionaryPath(), ADS_LOCAL_SERVER, "SYSTEM", kPassword, 0, user),
+            AE_INVALID_DICTIONARY_FILE)
+            << view.dump();
+        EXPECT_NE(LastErrorText().find("view "), std::string::npos) << LastErrorText();
+    }
+    EXPECT_FALSE(std::filesystem::exists(planted));
+}
+
+TEST_F(EngineDictionaryTest, StatementsCannotAttachOtherDatabaseFiles) {
+    const std::filesystem::path planted = dir / "planted.db";
+    Handle none = 0;
+    for (const std::string& sql :
+         {"ATTACH DATABASE '" + planted.string() + "' AS planted", std::string("DETACH temp")}) {
+        EXPECT_EQ(Run(sql, none), AE_SQL_ERROR) << sql;
+        EXPECT_NE(LastErrorText().find("ATTACH and DETACH are refused"), std::string::npos)
+            << LastErrorText();
+    }
+    EXPECT_FALSE(std::filesystem::exists(planted));
 }
 
 }  // namespace

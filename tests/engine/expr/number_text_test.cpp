@@ -30,6 +30,8 @@ TEST(NumberText, ReadNumberTakesTheLeadingNumber) {
     // The stored decimal text reads as the nearest double, as a library parse would.
     EXPECT_EQ(ReadNumber("0.1"), 0.1);
     EXPECT_EQ(ReadNumber("  99999999.99"), 99999999.99);
+    // Seventeen digits: the mantissa rounds first, as other xBase engines read it.
+    EXPECT_EQ(ReadNumber("  6640180020.2813180"), 6640180020.2813187);
 }
 
 TEST(NumberText, RoundingIsHalfAwayFromZero) {
@@ -42,6 +44,13 @@ TEST(NumberText, RoundingIsHalfAwayFromZero) {
     EXPECT_EQ(RoundHalfAway(-0.004, 2), 0);
     EXPECT_FALSE(std::signbit(RoundHalfAway(-0.004, 2)));
     EXPECT_EQ(RoundHalfAway(1e300, 2), 1e300);
+    // Large numbers keep their last digits: no nudge may carry them up.
+    EXPECT_EQ(RoundHalfAway(553434426.833188, 6), 553434426.833188);
+    EXPECT_EQ(RoundHalfAway(0.1 + 0.2, 16), 0.3);
+    EXPECT_EQ(RoundHalfAway(99.995, 2), 100);
+    EXPECT_EQ(RoundHalfAway(0.005, 2), 0.01);
+    EXPECT_EQ(RoundHalfAway(0.0005, 2), 0);
+    EXPECT_EQ(RoundHalfAway(1250, -4), 0);
 }
 
 TEST(NumberText, StrAlignsRoundsAndOverflows) {
@@ -58,6 +67,17 @@ TEST(NumberText, StrAlignsRoundsAndOverflows) {
     EXPECT_EQ(Str(std::nan(""), 4, 0), "****");
     EXPECT_EQ(Str(HUGE_VAL, 4, 0), "****");
     EXPECT_EQ(Str(0, 0, 0), "");
+    EXPECT_EQ(Str(-0.0, 4, 1), " 0.0");
+    EXPECT_EQ(Str(-0.004, 5, 2), " 0.00");
+    // Numbers read from fields print back as they were written.
+    EXPECT_EQ(Str(553434426.833188, 17, 6), " 553434426.833188");
+    EXPECT_EQ(Str(54874.34728, 17, 10), " 54874.3472800000");
+    EXPECT_EQ(Str(2108239570.668345, 20, 7), "  2108239570.6683450");
+    // Sixteen significant digits, the way the keys of other xBase engines hold them.
+    EXPECT_EQ(Str(-74313348554.796494, 20, 7), "-74313348554.7964900");
+    EXPECT_EQ(Str(ReadNumber("6640180020.2813180"), 20, 7), "  6640180020.2813190");
+    EXPECT_EQ(Str(ReadNumber("7394501760.3999650"), 20, 7), "  7394501760.3999640");
+    EXPECT_EQ(Str(0.1 + 0.2, 20, 16), "  0.3000000000000000");
 }
 
 TEST(NumberText, ModuloTakesTheSignOfTheDivisor) {
