@@ -100,6 +100,7 @@ const MemberTable& MemberTable::Instance() {
         AddAssetMembers(built);
         AddHelperMembers(built);
         AddDocumentMembers(built);
+        AddUsersExtMembers(built);
         AddUblMembers(built);
         AddUblFormatMembers(built);
         AddPeppolMembers(built);

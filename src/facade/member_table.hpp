@@ -136,6 +136,7 @@ void AddTableAccessMembers(MemberTable& table);
 void AddAssetMembers(MemberTable& table);
 void AddHelperMembers(MemberTable& table);
 void AddDocumentMembers(MemberTable& table);
+void AddUsersExtMembers(MemberTable& table);
 void AddUnavailableMembers(MemberTable& table);
 
 }  // namespace fnrk::facade

@@ -230,11 +230,6 @@ void AddUnavailableMembers(MemberTable& table) {
     table.Unavailable({"CWCreatedSalesDocs", "CWOpenSalesDocs", "RNIsUnreadReleaseNote",
                        "RNGetReleaseNote", "RNGetReleaseNoteVersions", "RNGetNbrReleaseNotes",
                        "RNSetLastReleaseNote"});
-    // external logins ("Extented" is the public spelling)
-    table.Unavailable({"UserExtCreateUserExtended", "UserExtUpdateUserExtended",
-                       "UserExtGetValueUserExtented", "UserExtDeleteSpecificUser",
-                       "UserExtDeleteAllUsersExtended", "UserExtIsMultiUserExtented",
-                       "UserExtGetPasswordInString"});
     // miscellaneous
     table.Unavailable({"DonorGetReport", "FennRickViewGetRequest", "AdaptDocHead", "StartForm",
                        "OpenFileArchiveACT", "OpenFileArchiveACF", "OpenFilesALT",
