@@ -100,6 +100,10 @@ const MemberTable& MemberTable::Instance() {
         AddAssetMembers(built);
         AddHelperMembers(built);
         AddDocumentMembers(built);
+        AddIntakeSettingMembers(built);
+        AddIntakeFolderMembers(built);
+        AddPayrollMappingMembers(built);
+        AddCardMappingMembers(built);
         AddUblMembers(built);
         AddUblFormatMembers(built);
         AddPeppolMembers(built);
