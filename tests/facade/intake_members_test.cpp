@@ -297,6 +297,36 @@ TEST_F(IntakeSessionTest, SettingsWaitingFilesFilingAndStatusCodes) {
     EXPECT_TRUE(fs::exists(waiting / "b2.xml"));
 }
 
+TEST_F(IntakeSessionTest, EachKindKeepsItsOwnFolderAndFiles) {
+    const fs::path caroFolder = yearFolder / "CARO";
+    fs::create_directories(caroFolder);
+    WriteFileBytes(caroFolder / "c1.xml", "<Statement><EndDate>2024-05-31</EndDate></Statement>");
+    const std::string c1 = (caroFolder / "c1.xml").string();
+    const std::string script =
+        Step("SODASetPath", {base.string()}) + Step("CAROSetPath", {base.string()}) +
+        Step("CAROSetMoveFile", {true}) + Step("SODAInit") + Step("CAROInit") +
+        Step("CAROGetWarningPath", {Ref("bare")}) + Step("SODAGetFile", {2024, Ref("soda")}) +
+        Step("CAROGetFile", {2024, Ref("caro")}) +
+        Step("CAROFileInTheGoodBookyear", {c1, 1, Ref("in")}) +
+        Step("CAROUpdateFile", {c1, 2, ""}) + Step("CAROGetErrorPath", {Ref("errors")}) +
+        Step("SODAGetFile", {2024, Ref("soda")}) +
+        Step("EFFFDownloadFiles", {Ref("message"), Ref("fetched", true)});
+    const std::vector<json> answers = Run(script, 0);
+    ASSERT_EQ(answers.size(), 13u);
+    EXPECT_EQ(answers[5]["refs"]["bare"], "WARNING/");
+    EXPECT_EQ(answers[6]["refs"]["soda"], (waiting / "a1.xml").string());
+    EXPECT_EQ(answers[7]["refs"]["caro"], c1);
+    EXPECT_EQ(answers[8]["refs"]["in"], true);
+    EXPECT_EQ(answers[10]["refs"]["errors"], (yearFolder / "ERROR").string() + "/");
+    EXPECT_TRUE(fs::exists(yearFolder / "ERROR" / "CARO" / "c1.xml"));
+    EXPECT_FALSE(fs::exists(c1));
+    // Filing a CARO file leaves the SODA files found before as they were.
+    EXPECT_EQ(answers[11]["refs"]["soda"], (waiting / "a1.xml").string());
+    // No transport is configured for EFFF downloads: false, and the message says why.
+    EXPECT_EQ(answers[12]["refs"]["fetched"], false);
+    EXPECT_FALSE(answers[12]["refs"]["message"].get<std::string>().empty()) << answers[12];
+}
+
 TEST_F(IntakeSessionTest, MappingsReadBackWhatWasWrittenAndRefusalsFailTheMember) {
     const std::string script =
         Step("SODACreateMapping", {Ref("made")}) + Step("SODAUpdateMapping", {"1000", "620000"}) +
