@@ -4,6 +4,7 @@
 #include "einvoice/cls_ubl.hpp"
 #include "einvoice/table_invoice_lookups.hpp"
 #include "facade/user_object.hpp"
+#include "intake/intake_folders.hpp"
 #include "platform/network_state.hpp"
 #include "platform/text.hpp"
 #include "session/session_user.hpp"
@@ -106,6 +107,13 @@ VariantCollection& FnrkRoutines::Assets() {
 
 void FnrkRoutines::NewAssets() {
     assets_ = std::make_shared<VariantCollection>();
+}
+
+intake::IntakeFolders& FnrkRoutines::IntakeFoldersOf(intake::IntakeKind kind) {
+    std::unique_ptr<intake::IntakeFolders>& folders =
+        intakeFolders_.at(static_cast<std::size_t>(kind));
+    if (!folders) folders = std::make_unique<intake::IntakeFolders>(kind);
+    return *folders;
 }
 
 }  // namespace fnrk::facade

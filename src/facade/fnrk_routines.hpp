@@ -5,6 +5,7 @@
 // step with the caller's, and forwards every service through the wrapper protocol (Wrapped).
 // The services themselves are reached by name through the member table (member_table.hpp).
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -16,12 +17,17 @@
 #include "facade/shared_session.hpp"
 #include "facade/variant.hpp"
 #include "facade/variant_object.hpp"
+#include "intake/intake_kind.hpp"
 #include "tables/ads_class.hpp"
 
 namespace fnrk::einvoice {
 class clsUBL;
 class TableInvoiceLookups;
 }  // namespace fnrk::einvoice
+
+namespace fnrk::intake {
+class IntakeFolders;
+}  // namespace fnrk::intake
 
 namespace fnrk::facade {
 
@@ -128,6 +134,9 @@ class FnrkRoutines {
     // The asset collection made by AssetClass_Init; error 91 before it.
     VariantCollection& Assets();
     void NewAssets();
+    // The incoming files of a kind (SODA, EFFF or CARO): one per kind for the whole session,
+    // made on first use, remembering the year folder last scanned and the files found there.
+    intake::IntakeFolders& IntakeFoldersOf(intake::IntakeKind kind);
 
     static tables::AdsClass& Tables();
 
@@ -169,6 +178,7 @@ class FnrkRoutines {
     std::unique_ptr<einvoice::TableInvoiceLookups> ublLookups_;
     std::unique_ptr<einvoice::clsUBL> ubl_;
     std::shared_ptr<VariantCollection> assets_;
+    std::array<std::unique_ptr<intake::IntakeFolders>, 3> intakeFolders_;
 };
 
 }  // namespace fnrk::facade

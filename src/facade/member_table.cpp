@@ -101,6 +101,10 @@ const MemberTable& MemberTable::Instance() {
         AddHelperMembers(built);
         AddDocumentMembers(built);
         AddUsersExtMembers(built);
+        AddIntakeSettingMembers(built);
+        AddIntakeFolderMembers(built);
+        AddPayrollMappingMembers(built);
+        AddCardMappingMembers(built);
         AddUblMembers(built);
         AddUblFormatMembers(built);
         AddPeppolMembers(built);

@@ -137,6 +137,10 @@ void AddAssetMembers(MemberTable& table);
 void AddHelperMembers(MemberTable& table);
 void AddDocumentMembers(MemberTable& table);
 void AddUsersExtMembers(MemberTable& table);
+void AddIntakeSettingMembers(MemberTable& table);
+void AddIntakeFolderMembers(MemberTable& table);
+void AddPayrollMappingMembers(MemberTable& table);
+void AddCardMappingMembers(MemberTable& table);
 void AddUnavailableMembers(MemberTable& table);
 
 }  // namespace fnrk::facade

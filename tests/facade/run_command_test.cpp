@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
-#include <sstream>
 
+#include "answer_lines.hpp"
 #include "support/run_command.hpp"
 #include "support/temp_dir.hpp"
 
@@ -15,14 +15,7 @@ namespace {
 using fnrk::testing::RunCommand;
 using fnrk::testing::RunFennrick;
 using nlohmann::json;
-
-std::vector<json> AnswerLines(const std::string& out) {
-    std::vector<json> answers;
-    std::istringstream lines(out);
-    std::string line;
-    while (std::getline(lines, line)) answers.push_back(json::parse(line));
-    return answers;
-}
+using testing::AnswerLines;
 
 TEST(RunCommandTest, EachLineIsAnsweredAndAnErrorDoesNotStopTheRun) {
     const std::string script =
