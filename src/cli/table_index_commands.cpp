@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "cli/command_registry.hpp"
+#include "cli/engine_status.hpp"
 #include "cli/table_json.hpp"
 #include "engine/constants.hpp"
 #include "engine/order/index_order.hpp"
@@ -96,7 +97,7 @@ void Tags(const std::string& file) {
 void DumpInTagOrder(const std::string& file, const std::string& tagName) {
     IndexedTable table = OpenIndexed(file, {.exclusive = false, .readOnly = true});
     for (const std::uint32_t record : RecordsInOrder(FindTag(table, tagName))) {
-        table.cursor->GotoRecord(record);
+        CheckStatus(table.cursor->GotoRecord(record), file);
         std::cout << RecordToJson(*table.cursor).dump() << "\n";
     }
 }

@@ -87,13 +87,15 @@ Status Engine::GetFieldOffset(Handle table, std::string_view name, std::uint32_t
 // --- records and navigation
 
 Status Engine::GotoTop(Handle object) {
-    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->GotoTop());
+    if (order::IndexOrder* order = Orders().FindOrder(object))
+        return Guarded([&] { return Report(order->GotoTop()); });
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->GotoTop(); });
 }
 
 Status Engine::GotoBottom(Handle object) {
-    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->GotoBottom());
+    if (order::IndexOrder* order = Orders().FindOrder(object))
+        return Guarded([&] { return Report(order->GotoBottom()); });
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->GotoBottom(); });
 }
@@ -104,7 +106,8 @@ Status Engine::GotoRecord(Handle table, std::uint32_t record) {
 }
 
 Status Engine::Skip(Handle object, std::int32_t records) {
-    if (order::IndexOrder* order = Orders().FindOrder(object)) return Report(order->Skip(records));
+    if (order::IndexOrder* order = Orders().FindOrder(object))
+        return Guarded([&] { return Report(order->Skip(records)); });
     return WithTable(object,
                      [&](cursor::TableCursor* cursor) -> Status { return cursor->Skip(records); });
 }

@@ -154,7 +154,7 @@ Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::st
         if (status == AE_INDEX_ALREADY_OPEN) status = AE_SUCCESS;
         if (status != AE_SUCCESS) {
             const std::string text = GetAdsLastError();
-            db_.CloseTable(table);
+            IgnoreStatus(db_.CloseTable(table));  // the index failure is the one reported
             table = 0;
             if (!quiet) {
                 ShowErrorBox("File open error:\r\nCode error ADS: " + std::to_string(status) +
@@ -171,7 +171,8 @@ Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::st
         }
         return status;
     }
-    if (settings.cachedRecords > 0) db_.CacheRecords(table, settings.cachedRecords);
+    // A cache size is a hint: a table that refuses it works uncached.
+    if (settings.cachedRecords > 0) IgnoreStatus(db_.CacheRecords(table, settings.cachedRecords));
     activeIndex_[table] = 0;
     currentTable_ = table;
     currentAlias_ = name;

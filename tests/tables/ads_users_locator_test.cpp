@@ -19,7 +19,7 @@ void CreateUsersTable(AdsClass& ads, const std::filesystem::path& folder) {
                                          ADS_ANSI, ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0,
                                          "NAME,C,15,0", table),
               AE_SUCCESS);
-    ads.Database().CloseTable(table);
+    ASSERT_EQ(ads.Database().CloseTable(table), AE_SUCCESS);
 }
 
 TEST_P(AdsFilesTest, TheUsersFolderIsThatOfTheOpenUsersTable) {
