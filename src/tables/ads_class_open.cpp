@@ -32,6 +32,8 @@ struct ConnectionSettings {
 ConnectionSettings ReadConnectionSettings() {
     session::ApiIni ini;
     ini.INIfile(platform::SettingsMainPath() + platform::kPathSep + "FennRick.ini");
+    // Under terminal services the section comes from the file beside the users table.
+    ini.UsersTableFrom(session::SharedApiIni().UsersTable());
     ConnectionSettings settings;
     const std::string mode = platform::UpperCase(ini.ReadINI("Connection", "Mode"));
     if (mode == "CLIENTSERVER") {
