@@ -88,7 +88,9 @@ Indexed OpenIndexed(bool exclusive) {
     std::string message;
     Must(table.cursor->Open(TablePath().string(), "BIG", {.exclusive = exclusive}, message));
     table.indexes = std::make_unique<order::TableIndexes>(*table.cursor, Settings().dates);
-    Must(table.indexes->OpenStructural(message));
+    // The first open, before any tag is built, finds no index file yet.
+    const Status structural = table.indexes->OpenStructural(message);
+    if (structural != AE_FILE_NOT_FOUND) Must(structural);
     return table;
 }
 
