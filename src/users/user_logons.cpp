@@ -79,7 +79,7 @@ bool EnsureLogTable(tables::AdsClass& tables, const std::string& path) {
         db.CreateTable(connection, path, kLogAlias, engine::ADS_CDX, engine::ADS_ANSI,
                        engine::ADS_COMPATIBLE_LOCKING, engine::ADS_IGNORERIGHTS, 0, kLogFields,
                        table) == engine::AE_SUCCESS)
-        db.CloseTable(table);
+        engine::IgnoreStatus(db.CloseTable(table));  // the open below tells what went wrong
     return tables.OpenFile(kLogAlias, path, "", "SHARED") == 0;
 }
 
