@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "backend/frc_database.hpp"
+#include "must_succeed.hpp"
 
 namespace {
 
@@ -40,25 +41,26 @@ struct Sample {
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
         backend.handleStart(300'000);
-        backend.Connect26(folder.string(), ADS_LOCAL_SERVER, connection);
-        backend.CreateTable(connection, "sample.dbf", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                            ADS_IGNORERIGHTS, 0, "CODE,C,8,0;NAME,C,30,0;AMOUNT,N,12,2", table);
-        backend.CreateIndex(table, "", "CODE", "CODE", "", "", ADS_COMPOUND, byCode);
+        Must(backend.Connect26(folder.string(), ADS_LOCAL_SERVER, connection));
+        Must(backend.CreateTable(connection, "sample.dbf", "", ADS_CDX, ADS_ANSI,
+                                 ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0,
+                                 "CODE,C,8,0;NAME,C,30,0;AMOUNT,N,12,2", table));
+        Must(backend.CreateIndex(table, "", "CODE", "CODE", "", "", ADS_COMPOUND, byCode));
         std::vector<std::uint32_t> order(kRecords);
         for (std::uint32_t i = 0; i < kRecords; ++i) order[i] = i;
         std::shuffle(order.begin(), order.end(), std::mt19937(42));
-        backend.InitCopyTableContents(table);
+        Must(backend.InitCopyTableContents(table));
         for (std::uint32_t n : order) {
-            backend.AppendRecord(table);
-            backend.SetString(table, "CODE", KeyOf(n));
-            backend.SetString(table, "NAME", "customer " + std::to_string(n));
-            backend.SetDouble(table, "AMOUNT", n % 1000);
+            Must(backend.AppendRecord(table));
+            Must(backend.SetString(table, "CODE", KeyOf(n)));
+            Must(backend.SetString(table, "NAME", "customer " + std::to_string(n)));
+            Must(backend.SetDouble(table, "AMOUNT", n % 1000));
         }
-        backend.FlushFileBuffers(table);
-        backend.CloseCopyTableContents(table);
+        Must(backend.FlushFileBuffers(table));
+        Must(backend.CloseCopyTableContents(table));
     }
     ~Sample() {
-        backend.Disconnect(0);
+        Must(backend.Disconnect(0));
         std::filesystem::remove_all(folder);
     }
 };
@@ -74,7 +76,7 @@ void SeekByKey(benchmark::State& state) {
     std::uniform_int_distribution<std::uint32_t> pick(0, kRecords - 1);
     for (auto _ : state) {
         bool found = false;
-        s.backend.Seek(s.byCode, KeyOf(pick(random)), ADS_STRINGKEY, ADS_HARDSEEK, found);
+        Must(s.backend.Seek(s.byCode, KeyOf(pick(random)), ADS_STRINGKEY, ADS_HARDSEEK, found));
         benchmark::DoNotOptimize(found);
     }
     state.SetItemsProcessed(state.iterations());
@@ -83,12 +85,12 @@ BENCHMARK(SeekByKey);
 
 void SkipInTagOrder(benchmark::State& state) {
     Sample& s = TheSample();
-    s.backend.GotoTop(s.byCode);
+    Must(s.backend.GotoTop(s.byCode));
     for (auto _ : state) {
         bool atEof = false;
-        s.backend.Skip(s.byCode, 1);
-        s.backend.AtEOF(s.table, atEof);
-        if (atEof) s.backend.GotoTop(s.byCode);
+        Must(s.backend.Skip(s.byCode, 1));
+        Must(s.backend.AtEOF(s.table, atEof));
+        if (atEof) Must(s.backend.GotoTop(s.byCode));
     }
     state.SetItemsProcessed(state.iterations());
 }
@@ -100,8 +102,8 @@ void GotoRecordAndRead(benchmark::State& state) {
     std::uniform_int_distribution<std::uint32_t> pick(1, kRecords);
     std::string name;
     for (auto _ : state) {
-        s.backend.GotoRecord(s.table, pick(random));
-        s.backend.GetString(s.table, "NAME", name, ADS_RTRIM);
+        Must(s.backend.GotoRecord(s.table, pick(random)));
+        Must(s.backend.GetString(s.table, "NAME", name, ADS_RTRIM));
         benchmark::DoNotOptimize(name);
     }
     state.SetItemsProcessed(state.iterations());
@@ -112,10 +114,10 @@ void AppendWithOneTag(benchmark::State& state) {
     Sample& s = TheSample();
     std::uint32_t n = kRecords;
     for (auto _ : state) {
-        s.backend.AppendRecord(s.table);
-        s.backend.SetString(s.table, "CODE", KeyOf(n++));
+        Must(s.backend.AppendRecord(s.table));
+        Must(s.backend.SetString(s.table, "CODE", KeyOf(n++)));
     }
-    s.backend.FlushFileBuffers(s.table);
+    Must(s.backend.FlushFileBuffers(s.table));
     state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(AppendWithOneTag);

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "engine_folder.hpp"
+#include "must_succeed.hpp"
 
 namespace {
 
@@ -24,23 +25,23 @@ struct BenchTables : EngineFolder {
         for (int encrypted = 0; encrypted < 2; ++encrypted) {
             const std::string name = encrypted ? "sealed" : "plain";
             Handle created = 0;
-            engine.CreateTable(connection, name, "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                               ADS_IGNORERIGHTS, 0, "NAME,C,20;AMOUNT,N,12,2", created);
+            Must(engine.CreateTable(connection, name, "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
+                                    ADS_IGNORERIGHTS, 0, "NAME,C,20;AMOUNT,N,12,2", created));
             for (std::uint32_t i = 1; i <= kRecords; ++i) {
-                engine.AppendRecord(created);
-                engine.SetString(created, "NAME", NameOf(i));
-                engine.SetDouble(created, "AMOUNT", (i % 100000) / 100.0);
+                Must(engine.AppendRecord(created));
+                Must(engine.SetString(created, "NAME", NameOf(i)));
+                Must(engine.SetDouble(created, "AMOUNT", (i % 100000) / 100.0));
             }
             Handle index = 0;
-            engine.CreateIndex(created, "", "NAME", "NAME", "", "", ADS_COMPOUND, index);
+            Must(engine.CreateIndex(created, "", "NAME", "NAME", "", "", ADS_COMPOUND, index));
             if (encrypted) {
-                engine.EnableEncryption(created, "bench password");
-                engine.EncryptTable(created);
+                Must(engine.EnableEncryption(created, "bench password"));
+                Must(engine.EncryptTable(created));
             }
-            engine.CloseTable(created);
-            engine.OpenTable(connection, name, "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                             ADS_IGNORERIGHTS, ADS_SHARED, tables[encrypted]);
-            if (encrypted) engine.EnableEncryption(tables[encrypted], "bench password");
+            Must(engine.CloseTable(created));
+            Must(engine.OpenTable(connection, name, "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
+                                  ADS_IGNORERIGHTS, ADS_SHARED, tables[encrypted]));
+            if (encrypted) Must(engine.EnableEncryption(tables[encrypted], "bench password"));
         }
     }
 
@@ -58,10 +59,10 @@ void BM_ScanOneField(benchmark::State& state) {
     double sum = 0;
     for (auto _ : state) {
         bool eof = false;
-        for (bench.engine.GotoTop(table); bench.engine.AtEOF(table, eof), !eof;
-             bench.engine.Skip(table, 1)) {
+        for (Must(bench.engine.GotoTop(table)); (Must(bench.engine.AtEOF(table, eof)), !eof);
+             Must(bench.engine.Skip(table, 1))) {
             double amount = 0;
-            bench.engine.GetDouble(table, "AMOUNT", amount);
+            Must(bench.engine.GetDouble(table, "AMOUNT", amount));
             sum += amount;
         }
     }
@@ -73,13 +74,13 @@ BENCHMARK(BM_ScanOneField)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 void BM_SeekByName(benchmark::State& state) {
     BenchTables& bench = Tables();
     Handle index = 0;
-    bench.engine.GetIndexHandle(bench.tables[state.range(0)], "NAME", index);
+    Must(bench.engine.GetIndexHandle(bench.tables[state.range(0)], "NAME", index));
     std::mt19937 random(7);
     std::uniform_int_distribution<std::uint32_t> pick(1, kRecords);
     std::int64_t found = 0;
     for (auto _ : state) {
         bool hit = false;
-        bench.engine.Seek(index, NameOf(pick(random)), ADS_STRINGKEY, ADS_HARDSEEK, hit);
+        Must(bench.engine.Seek(index, NameOf(pick(random)), ADS_STRINGKEY, ADS_HARDSEEK, hit));
         found += hit;
     }
     benchmark::DoNotOptimize(found);

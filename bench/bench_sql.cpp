@@ -8,6 +8,7 @@
 #include <string>
 
 #include "engine/engine.hpp"
+#include "must_succeed.hpp"
 
 namespace {
 
@@ -45,8 +46,8 @@ class Tables {
         Expect(engine_.CreateSQLStatement(connection_, statement_));
     }
     ~Tables() {
-        engine_.CloseSQLStatement(statement_);
-        engine_.CloseAllTables();
+        Must(engine_.CloseSQLStatement(statement_));
+        Must(engine_.CloseAllTables());
         std::error_code ignored;
         std::filesystem::remove_all(folder_, ignored);
     }
@@ -66,7 +67,7 @@ class Tables {
         if (status == AE_SUCCESS) return;
         Status code = status;
         std::string text;
-        engine_.GetLastError(code, text);
+        Must(engine_.GetLastError(code, text));
         std::fprintf(stderr, "benchmark setup failed: %d %s\n", status, text.c_str());
         std::abort();
     }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "engine_folder.hpp"
+#include "must_succeed.hpp"
 
 namespace {
 
@@ -19,17 +20,17 @@ constexpr const char* kFields = "ID,N,10,0;NAME,C,20;AMOUNT,N,12,2;BOOKED,D;PAID
 struct BenchTable : EngineFolder {
     BenchTable() : EngineFolder("table") {
         Handle created = 0;
-        engine.CreateTable(connection, "big", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                           ADS_IGNORERIGHTS, 0, kFields, created);
+        Must(engine.CreateTable(connection, "big", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
+                                ADS_IGNORERIGHTS, 0, kFields, created));
         for (std::uint32_t i = 1; i <= kRecords; ++i) {
-            engine.AppendRecord(created);
-            engine.SetLong(created, "ID", static_cast<std::int32_t>(i));
-            engine.SetString(created, "NAME", "N" + std::to_string(i % 1000));
-            engine.SetDouble(created, "AMOUNT", (i % 100000) / 100.0);
+            Must(engine.AppendRecord(created));
+            Must(engine.SetLong(created, "ID", static_cast<std::int32_t>(i)));
+            Must(engine.SetString(created, "NAME", "N" + std::to_string(i % 1000)));
+            Must(engine.SetDouble(created, "AMOUNT", (i % 100000) / 100.0));
         }
-        engine.CloseTable(created);
-        engine.OpenTable(connection, "big", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                         ADS_IGNORERIGHTS, ADS_SHARED, table);
+        Must(engine.CloseTable(created));
+        Must(engine.OpenTable(connection, "big", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
+                              ADS_IGNORERIGHTS, ADS_SHARED, table));
     }
 
     Handle table = 0;
@@ -43,14 +44,14 @@ BenchTable& Big() {
 void BM_AppendWithoutIndex(benchmark::State& state) {
     BenchTable& big = Big();
     Handle table = 0;
-    big.engine.CreateTable(big.connection, "appends", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                           ADS_IGNORERIGHTS, 0, kFields, table);
+    Must(big.engine.CreateTable(big.connection, "appends", "", ADS_CDX, ADS_ANSI,
+                                ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0, kFields, table));
     std::int32_t id = 0;
     for (auto _ : state) {
-        big.engine.AppendRecord(table);
-        big.engine.SetLong(table, "ID", ++id);
+        Must(big.engine.AppendRecord(table));
+        Must(big.engine.SetLong(table, "ID", ++id));
     }
-    big.engine.CloseTable(table);
+    Must(big.engine.CloseTable(table));
     state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(BM_AppendWithoutIndex);
@@ -61,10 +62,10 @@ void BM_NaturalScanOneField(benchmark::State& state) {
     std::int64_t records = 0;
     for (auto _ : state) {
         bool eof = false;
-        for (big.engine.GotoTop(big.table); big.engine.AtEOF(big.table, eof), !eof;
-             big.engine.Skip(big.table, 1)) {
+        for (Must(big.engine.GotoTop(big.table)); (Must(big.engine.AtEOF(big.table, eof)), !eof);
+             Must(big.engine.Skip(big.table, 1))) {
             double amount = 0;
-            big.engine.GetDouble(big.table, "AMOUNT", amount);
+            Must(big.engine.GetDouble(big.table, "AMOUNT", amount));
             sum += amount;
             ++records;
         }
@@ -80,9 +81,9 @@ void BM_RandomGotoRecord(benchmark::State& state) {
     std::uniform_int_distribution<std::uint32_t> pick(1, kRecords);
     double sum = 0;
     for (auto _ : state) {
-        big.engine.GotoRecord(big.table, pick(random));
+        Must(big.engine.GotoRecord(big.table, pick(random)));
         double amount = 0;
-        big.engine.GetDouble(big.table, "AMOUNT", amount);
+        Must(big.engine.GetDouble(big.table, "AMOUNT", amount));
         sum += amount;
     }
     benchmark::DoNotOptimize(sum);
@@ -92,12 +93,12 @@ BENCHMARK(BM_RandomGotoRecord);
 
 void BM_FieldReads(benchmark::State& state) {
     BenchTable& big = Big();
-    big.engine.GotoRecord(big.table, kRecords / 2);
+    Must(big.engine.GotoRecord(big.table, kRecords / 2));
     std::string name;
     double amount = 0;
     for (auto _ : state) {
-        big.engine.GetString(big.table, "NAME", name, ADS_RTRIM);
-        big.engine.GetDouble(big.table, "AMOUNT", amount);
+        Must(big.engine.GetString(big.table, "NAME", name, ADS_RTRIM));
+        Must(big.engine.GetDouble(big.table, "AMOUNT", amount));
         benchmark::DoNotOptimize(name.data());
         benchmark::DoNotOptimize(amount);
     }
@@ -107,10 +108,10 @@ BENCHMARK(BM_FieldReads);
 
 void BM_FilteredCount(benchmark::State& state) {
     BenchTable& big = Big();
-    big.engine.SetFilter(big.table, "AMOUNT > 500 .AND. NAME = 'N1'");
+    Must(big.engine.SetFilter(big.table, "AMOUNT > 500 .AND. NAME = 'N1'"));
     std::uint32_t count = 0;
-    for (auto _ : state) big.engine.GetRecordCount(big.table, ADS_RESPECTFILTERS, count);
-    big.engine.ClearFilter(big.table);
+    for (auto _ : state) Must(big.engine.GetRecordCount(big.table, ADS_RESPECTFILTERS, count));
+    Must(big.engine.ClearFilter(big.table));
     state.counters["matching"] = count;
     state.SetItemsProcessed(state.iterations() * kRecords);
 }

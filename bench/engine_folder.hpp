@@ -9,16 +9,17 @@
 #include <string>
 
 #include "engine/engine.hpp"
+#include "must_succeed.hpp"
 
 struct EngineFolder {
     explicit EngineFolder(const std::string& name)
         : folder(std::filesystem::temp_directory_path() /
                  ("fnrk-bench-" + name + "-" + std::to_string(::getpid()))) {
         std::filesystem::create_directories(folder);
-        engine.Connect26(folder.string(), fnrk::engine::ADS_LOCAL_SERVER, connection);
+        Must(engine.Connect26(folder.string(), fnrk::engine::ADS_LOCAL_SERVER, connection));
     }
     ~EngineFolder() {
-        engine.CloseAllTables();
+        Must(engine.CloseAllTables());
         std::error_code ignored;
         std::filesystem::remove_all(folder, ignored);
     }

@@ -1,3 +1,30 @@
+# The layer a source folder belongs to: its folder under src/ (every engine unit is "engine").
+function(fnrk_layer_of folder out)
+    file(RELATIVE_PATH relative "${PROJECT_SOURCE_DIR}/src" "${folder}")
+    string(REGEX REPLACE "/.*" "" layer "${relative}")
+    set(${out} ${layer} PARENT_SCOPE)
+endfunction()
+
+# Makes `target` wait for a check of the includes of the current folder: a layer that includes
+# a higher one, or an internal header of the engine, fails the build (the rules and the layers'
+# order are in cmake/CheckLayerIncludes.cmake).
+function(fnrk_check_layers target)
+    fnrk_layer_of("${CMAKE_CURRENT_SOURCE_DIR}" layer)
+    file(GLOB files CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp"
+         "${CMAKE_CURRENT_SOURCE_DIR}/*.hpp")
+    set(stamp "${CMAKE_CURRENT_BINARY_DIR}/${target}.layers")
+    add_custom_command(
+        OUTPUT "${stamp}"
+        COMMAND "${CMAKE_COMMAND}" -DLAYER=${layer} "-DFOLDER=${CMAKE_CURRENT_SOURCE_DIR}"
+                "-DROOT=${PROJECT_SOURCE_DIR}" "-DSTAMP=${stamp}"
+                -P "${PROJECT_SOURCE_DIR}/cmake/CheckLayerIncludes.cmake"
+        DEPENDS ${files} "${PROJECT_SOURCE_DIR}/cmake/CheckLayerIncludes.cmake"
+        COMMENT "Checking the includes of ${target} against the layers"
+        VERBATIM)
+    add_custom_target(${target}_layers DEPENDS "${stamp}")
+    add_dependencies(${target} ${target}_layers)
+endfunction()
+
 # One static library per source folder: every .cpp directly in the folder, headers beside them.
 # Includes are written from src/, e.g. #include "platform/ini_file.hpp".
 function(fnrk_library name)
@@ -6,6 +33,7 @@ function(fnrk_library name)
     add_library(${name} STATIC ${sources})
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     target_link_libraries(${name} PUBLIC ${ARG_DEPS})
+    fnrk_check_layers(${name})
 endfunction()
 
 # One GoogleTest program per test folder: every .cpp directly in the folder.

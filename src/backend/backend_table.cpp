@@ -20,7 +20,9 @@ BackendTable::BackendTable(SqlSession& session, const SqlDialect& dialect, Table
 
 BackendTable::~BackendTable() {
     try {
-        Commit();
+        // A destructor cannot answer: a pending change that cannot be written is lost with
+        // the table object, as the handle's owner closed it without flushing.
+        IgnoreStatus(Commit());
     } catch (const SqlFailure&) {
         // Closing must not throw; the change is lost with the connection.
     }
@@ -226,7 +228,9 @@ Status BackendTable::LockRecord(std::uint32_t record) {
     if (!exclusive() && !tableLocked_) {
         if (!locks_.LockRecord(record)) return AE_LOCK_FAILED;
         // What others wrote before we held the lock must be read again.
-        if (!atEof_ && record == current_.recno) Refresh();
+        if (!atEof_ && record == current_.recno) {
+            if (Status status = Refresh(); status != AE_SUCCESS) return status;
+        }
     }
     lockedRecords_.insert(record);
     return AE_SUCCESS;
@@ -247,7 +251,7 @@ Status BackendTable::LockTable() {
     if (tableLocked_) return AE_SUCCESS;
     if (!exclusive()) {
         if (!locks_.LockTable()) return AE_LOCK_FAILED;
-        Refresh();
+        if (Status status = Refresh(); status != AE_SUCCESS) return status;
     }
     tableLocked_ = true;
     return AE_SUCCESS;

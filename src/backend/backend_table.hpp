@@ -39,7 +39,7 @@ class BackendTable final : public engine::cursor::RecordFunctions {
     BackendTable& operator=(const BackendTable&) = delete;
 
     // Registers the open with the others; AE_LOCK_FAILED on an exclusive conflict.
-    Status Open(std::uint32_t options);
+    [[nodiscard]] Status Open(std::uint32_t options);
     std::uint32_t options() const { return options_; }
     bool exclusive() const;
     bool readOnly() const;
@@ -47,62 +47,64 @@ class BackendTable final : public engine::cursor::RecordFunctions {
     TableStore& store() { return store_; }
 
     // --- navigation
-    Status GotoTop(Order order);
-    Status GotoBottom(Order order);
-    Status GotoRecord(std::uint32_t record);
-    Status Skip(Order order, std::int32_t records);
+    [[nodiscard]] Status GotoTop(Order order);
+    [[nodiscard]] Status GotoBottom(Order order);
+    [[nodiscard]] Status GotoRecord(std::uint32_t record);
+    [[nodiscard]] Status Skip(Order order, std::int32_t records);
     bool atBof() const { return atBof_; }
     bool atEof() const { return atEof_; }
     std::uint32_t recordNumber() const { return atEof_ ? 0 : current_.recno; }
     // Reads the current record again (what others wrote since).
-    Status Refresh();
+    [[nodiscard]] Status Refresh();
 
     // --- records
-    Status Append();
-    Status SetDeleted(bool deleted);
+    [[nodiscard]] Status Append();
+    [[nodiscard]] Status SetDeleted(bool deleted);
     bool IsDeleted() const { return current_.record[0] == '*'; }
     bool IsVisible(Order order);
     const std::string& record() const { return current_.record; }
     const std::string& memo(std::size_t fieldIndex) const { return current_.memos[fieldIndex]; }
-    Status SetRecord(std::string_view bytes);
-    Status Commit();
-    Status Count(Order order, bool respectFilters, bool respectScopes, std::uint32_t& count);
+    [[nodiscard]] Status SetRecord(std::string_view bytes);
+    [[nodiscard]] Status Commit();
+    [[nodiscard]] Status Count(Order order, bool respectFilters, bool respectScopes,
+                               std::uint32_t& count);
     // The keys the tag holds, deleted records' included: all, or those within its scopes.
-    Status CountKeys(std::size_t tag, bool withinScopes, std::uint32_t& count);
+    [[nodiscard]] Status CountKeys(std::size_t tag, bool withinScopes, std::uint32_t& count);
     // Visible rows ahead of the current one in the order (filters aside): a relative position.
     std::uint32_t CountBefore(Order order);
-    Status Pack();
-    Status Zap();
+    [[nodiscard]] Status Pack();
+    [[nodiscard]] Status Zap();
     // Appends a copy of each row visible in `from` into this table, matching fields by name.
-    Status CopyFrom(BackendTable& from, bool respectFilters);
+    [[nodiscard]] Status CopyFrom(BackendTable& from, bool respectFilters);
 
     // --- fields
     const engine::dbf::Field* FindField(std::string_view name) const;
-    Status GetMemo(const engine::dbf::Field& field, std::string& data);
-    Status SetMemo(const engine::dbf::Field& field, std::string_view data);
+    [[nodiscard]] Status GetMemo(const engine::dbf::Field& field, std::string& data);
+    [[nodiscard]] Status SetMemo(const engine::dbf::Field& field, std::string_view data);
 
     // --- filters and searches (SetFilter and SetAOF both apply)
-    Status SetFilter(std::string_view expression, std::string& message);
+    [[nodiscard]] Status SetFilter(std::string_view expression, std::string& message);
     const std::string& filterText() const { return filterText_; }
     void ClearFilter();
-    Status SetAof(std::string_view expression, std::string& message);
+    [[nodiscard]] Status SetAof(std::string_view expression, std::string& message);
     const std::string& aofText() const { return aofText_; }
     void ClearAof();
 
     // --- indexes
-    Status AddTag(IndexTag tag);
+    [[nodiscard]] Status AddTag(IndexTag tag);
     // Keys are index keys as stored (see ProbeKey).
-    Status Seek(std::size_t tag, std::string_view key, bool soft, bool greater, bool& found);
-    Status SeekLast(std::size_t tag, std::string_view key, bool& found);
+    [[nodiscard]] Status Seek(std::size_t tag, std::string_view key, bool soft, bool greater,
+                              bool& found);
+    [[nodiscard]] Status SeekLast(std::size_t tag, std::string_view key, bool& found);
     TagScope& scope(std::size_t tag) { return scopes_.at(tag); }
     // The current record's key for the tag; no value when its FOR condition excludes it.
     std::optional<std::string> CurrentKey(std::size_t tag) const;
 
     // --- locks (record 0: the current record)
-    Status LockRecord(std::uint32_t record);
-    Status UnlockRecord(std::uint32_t record);
-    Status LockTable();
-    Status UnlockTable();
+    [[nodiscard]] Status LockRecord(std::uint32_t record);
+    [[nodiscard]] Status UnlockRecord(std::uint32_t record);
+    [[nodiscard]] Status LockTable();
+    [[nodiscard]] Status UnlockTable();
     bool tableLocked() const { return tableLocked_; }
     bool IsRecordLocked(std::uint32_t record) const;
     std::uint16_t lockCount() const { return static_cast<std::uint16_t>(lockedRecords_.size()); }
@@ -117,20 +119,20 @@ class BackendTable final : public engine::cursor::RecordFunctions {
                                   std::optional<StoredRow> from, bool applyFilters = true);
     void MoveTo(StoredRow row);
     void MoveToEof();
-    Status BeginEdit() override;
+    [[nodiscard]] Status BeginEdit() override;
     char* EditedRecord() override { return current_.record.data(); }
     const char* RecordBytes() override { return current_.record.data(); }
     std::uint32_t CurrentRecordNumber() const override { return current_.recno; }
-    Status ReadMemo(const engine::dbf::Field& field, std::string& data) override {
+    [[nodiscard]] Status ReadMemo(const engine::dbf::Field& field, std::string& data) override {
         return GetMemo(field, data);
     }
     // The SQL store keeps text and binary memos alike.
-    Status WriteMemo(const engine::dbf::Field& field, std::uint32_t /*memoType*/,
-                     std::string_view data) override {
+    [[nodiscard]] Status WriteMemo(const engine::dbf::Field& field, std::uint32_t /*memoType*/,
+                                   std::string_view data) override {
         return SetMemo(field, data);
     }
-    Status StepToEnd(bool top) override { return top ? GotoTop({}) : GotoBottom({}); }
-    Status StepBy(std::int32_t records) override { return Skip({}, records); }
+    [[nodiscard]] Status StepToEnd(bool top) override { return top ? GotoTop({}) : GotoBottom({}); }
+    [[nodiscard]] Status StepBy(std::int32_t records) override { return Skip({}, records); }
     bool PastEnd(bool forward) const override { return atEof_ || (atBof_ && !forward); }
     void MoveBeyondLast() override { MoveToEof(); }
     std::unique_ptr<engine::expr::FieldResolver> FieldNames() const override;

@@ -33,16 +33,18 @@ class FRCDatabase final : public SqlBackend {
     std::string TypeOfConnection() const override { return typeOfConnection_; }
     void TypeOfConnection(std::string_view type) override { typeOfConnection_ = type; }
 
-    Status TableCopy(Handle connection, std::string_view from, std::string_view to) override;
-    Status TableExists(Handle connection, std::string_view name, bool& exists) override;
-    Status DropTable(Handle connection, std::string_view name) override;
-    Status GetAllTable(std::vector<Handle>& tables) override;
-    Status InitCopyTableContents(Handle to) override;
-    Status CloseCopyTableContents(Handle to) override;
-    Status RefreshTable(Handle table) override;
+    [[nodiscard]] Status TableCopy(Handle connection, std::string_view from,
+                                   std::string_view to) override;
+    [[nodiscard]] Status TableExists(Handle connection, std::string_view name,
+                                     bool& exists) override;
+    [[nodiscard]] Status DropTable(Handle connection, std::string_view name) override;
+    [[nodiscard]] Status GetAllTable(std::vector<Handle>& tables) override;
+    [[nodiscard]] Status InitCopyTableContents(Handle to) override;
+    [[nodiscard]] Status CloseCopyTableContents(Handle to) override;
+    [[nodiscard]] Status RefreshTable(Handle table) override;
 
     // The operation set (engine/operations.def).
-#define FNRK_OPERATION(name, parameters, arguments) Status name parameters override;
+#define FNRK_OPERATION(name, parameters, arguments) [[nodiscard]] Status name parameters override;
 #include "engine/operations.def"
 
   private:
@@ -73,30 +75,31 @@ class FRCDatabase final : public SqlBackend {
     };
 
     template <class Call>
-    Status Guarded(Call call);
+    [[nodiscard]] Status Guarded(Call call);
     // Resolve the handle, then run the body and report its status: `body(table, order)` for a
     // table or index handle, `body(table, field)` for a field of one, `body(table, tag index,
     // tag)` for an index handle.
     template <class Body>
-    Status OnTable(Handle object, Body body);
+    [[nodiscard]] Status OnTable(Handle object, Body body);
     template <class Body>
-    Status OnField(Handle object, std::string_view field, Body body);
+    [[nodiscard]] Status OnField(Handle object, std::string_view field, Body body);
     template <class Body>
-    Status OnIndex(Handle index, Body body);
-    Status Report(Status status, std::string message = {});
+    [[nodiscard]] Status OnIndex(Handle index, Body body);
+    [[nodiscard]] Status Report(Status status, std::string message = {});
     Handle NewHandle();
     Connection* FindConnection(Handle connection);
     OpenTableEntry* FindTable(Handle table);
     // Table handles and index handles; AE_INVALID_HANDLE otherwise.
-    Status Resolve(Handle object, Target& target);
-    Status ResolveTable(Handle table, OpenTableEntry*& entry);
-    Status ResolveIndex(Handle index, Target& target);
-    Status ResolveField(Handle table, std::string_view field, OpenTableEntry*& entry,
-                        const engine::dbf::Field*& found);
+    [[nodiscard]] Status Resolve(Handle object, Target& target);
+    [[nodiscard]] Status ResolveTable(Handle table, OpenTableEntry*& entry);
+    [[nodiscard]] Status ResolveIndex(Handle index, Target& target);
+    [[nodiscard]] Status ResolveField(Handle table, std::string_view field, OpenTableEntry*& entry,
+                                      const engine::dbf::Field*& found);
     Handle IndexHandleFor(Handle table, const std::string& tag);
-    Status OpenByName(Handle connection, std::string_view name, std::string_view alias,
-                      std::uint32_t options, Handle& table);
-    Status Connect(std::string_view path, std::uint16_t serverType, Handle& connection);
+    [[nodiscard]] Status OpenByName(Handle connection, std::string_view name,
+                                    std::string_view alias, std::uint32_t options, Handle& table);
+    [[nodiscard]] Status Connect(std::string_view path, std::uint16_t serverType,
+                                 Handle& connection);
     void CloseTableEntry(Handle table);
 
     Handle handleStart_ = 0;

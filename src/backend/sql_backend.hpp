@@ -28,16 +28,18 @@ class SqlBackend : public engine::Operations {
     virtual void TypeOfConnection(std::string_view type) = 0;
 
     // Copies table `from` into a new table `to` (structure, records and index tags).
-    virtual Status TableCopy(Handle connection, std::string_view from, std::string_view to) = 0;
-    virtual Status TableExists(Handle connection, std::string_view name, bool& exists) = 0;
-    virtual Status DropTable(Handle connection, std::string_view name) = 0;
+    [[nodiscard]] virtual Status TableCopy(Handle connection, std::string_view from,
+                                           std::string_view to) = 0;
+    [[nodiscard]] virtual Status TableExists(Handle connection, std::string_view name,
+                                             bool& exists) = 0;
+    [[nodiscard]] virtual Status DropTable(Handle connection, std::string_view name) = 0;
     // The open tables of this backend (the engine's GetAllTables; the name is the backend's).
-    virtual Status GetAllTable(std::vector<Handle>& tables) = 0;
+    [[nodiscard]] virtual Status GetAllTable(std::vector<Handle>& tables) = 0;
     // A bulk copy into `to` in one transaction: Init, any number of CopyTableContents, Close.
-    virtual Status InitCopyTableContents(Handle to) = 0;
-    virtual Status CloseCopyTableContents(Handle to) = 0;
+    [[nodiscard]] virtual Status InitCopyTableContents(Handle to) = 0;
+    [[nodiscard]] virtual Status CloseCopyTableContents(Handle to) = 0;
     // Forgets what the table object holds of the current record and reads it again.
-    virtual Status RefreshTable(Handle table) = 0;
+    [[nodiscard]] virtual Status RefreshTable(Handle table) = 0;
 };
 
 }  // namespace fnrk::backend

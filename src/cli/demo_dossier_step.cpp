@@ -89,7 +89,7 @@ void BuildDossier(tables::AdsClass& ads) {
         Check(ads.Database().CreateIndex(created, "", table.tag, table.key, "", "", ADS_COMPOUND,
                                          index) == AE_SUCCESS,
               ads, "CreateIndex");
-        ads.Database().CloseTable(created);
+        Check(ads.Database().CloseTable(created) == AE_SUCCESS, ads, "CloseTable");
     }
     Check(ads.FileOpenParam() == AE_SUCCESS, ads, "FileOpenParam");
     AddRecord(ads, "PARAM", {{"ID", std::string("SOCNAME")}, {"VALUE", std::string("SOC1 sprl")}});

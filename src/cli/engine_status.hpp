@@ -11,5 +11,8 @@ namespace fnrk::cli {
 // Throws CommandFailure with `doing`, the engine's last error text and the status, unless the
 // status is success.
 void CheckEngineStatus(engine::Engine& engine, engine::Status status, const std::string& doing);
+// The same for a step below the operation set, which has no last-error text: `doing` and the
+// status.
+void CheckStatus(engine::Status status, const std::string& doing);
 
 }  // namespace fnrk::cli

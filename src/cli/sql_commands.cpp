@@ -70,7 +70,7 @@ void Run(const SqlOptions& options) {
         for (const auto& field : fields) row[field.name] = FieldJson(engine, cursor, field);
         std::cout << row.dump() << '\n';
     }
-    engine.CloseSQLStatement(statement);
+    CheckEngineStatus(engine, engine.CloseSQLStatement(statement), "statement");
 }
 
 void SetUpSqlCommand(CLI::App& app) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "cli/command_registry.hpp"
+#include "cli/engine_status.hpp"
 #include "cli/table_index_commands.hpp"
 #include "cli/table_json.hpp"
 #include "engine/dbf/field_list.hpp"
@@ -59,7 +60,7 @@ void Info(const std::string& file) {
 void Dump(const std::string& file) {
     auto table = OpenTable(file, {.exclusive = false, .readOnly = true});
     std::uint32_t count = 0;
-    table->Count(false, count);
+    CheckStatus(table->Count(false, count), file);
     RecordPrinter printer(*table);
     for (std::uint32_t recno = 1; recno <= count; ++recno) printer.Print(recno);
     printer.Finish();
@@ -96,7 +97,8 @@ void Load(const std::string& file) {
 void SetDeleted(const std::string& file, std::uint32_t recno, bool deleted) {
     auto table = OpenTable(file, {.exclusive = false, .readOnly = false});
     const auto indexes = FollowIndexes(*table);
-    table->GotoRecord(recno);
+    // A record number past the end leaves the table at its end, which the next line names.
+    engine::IgnoreStatus(table->GotoRecord(recno));
     if (table->atEof()) throw CommandFailure("no record " + std::to_string(recno) + " in " + file);
     const engine::Status status = table->SetDeleted(deleted);
     if (status != AE_SUCCESS)

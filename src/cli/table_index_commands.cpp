@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "cli/command_registry.hpp"
+#include "cli/engine_status.hpp"
 #include "cli/table_json.hpp"
 #include "engine/constants.hpp"
 #include "engine/order/index_order.hpp"

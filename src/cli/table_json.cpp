@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "cli/command_registry.hpp"
+#include "cli/engine_status.hpp"
 #include "engine/constants.hpp"
 #include "engine/dbf/field_codec.hpp"
 #include "platform/codepage.hpp"
@@ -85,8 +86,8 @@ nlohmann::ordered_json RecordToJson(TableCursor& table) {
 }
 
 void RecordPrinter::Print(std::uint32_t record) {
-    table_.GotoRecord(record);
     try {
+        CheckStatus(table_.GotoRecord(record), "reading record " + std::to_string(record));
         std::cout << RecordToJson(table_).dump() << "\n";
     } catch (const CommandFailure& failure) {
         std::cout.flush();

@@ -23,7 +23,8 @@ constexpr std::uint32_t kEngineMinor = 10;
 Engine::Engine() = default;
 
 Engine::~Engine() {
-    CloseAllTables();
+    // Closing writes what is pending; a destructor has no one to tell of a failure.
+    IgnoreStatus(CloseAllTables());
 }
 
 Status Engine::Report(Status status, std::string message) {
@@ -281,7 +282,9 @@ Status Engine::CreateTable(Handle connection, std::string_view name, std::string
             cursor->Open(path, tableAlias, {.exclusive = true, .readOnly = false}, message);
         status != AE_SUCCESS)
         return Report(status, message);
-    Register(connection, std::move(cursor), ADS_EXCLUSIVE, table);
+    if (Status status = Register(connection, std::move(cursor), ADS_EXCLUSIVE, table);
+        status != AE_SUCCESS)
+        return status;
     return AttachIndexes(table);
 }
 
@@ -304,10 +307,12 @@ Status Engine::OpenTable(Handle connection, std::string_view name, std::string_v
                                    .readOnly = (options & ADS_READONLY) != 0};
     if (Status status = cursor->Open(path, tableAlias, request, message); status != AE_SUCCESS)
         return Report(status, message);
-    Register(connection, std::move(cursor), options, table);
+    if (Status status = Register(connection, std::move(cursor), options, table);
+        status != AE_SUCCESS)
+        return status;
     if (Status status = AttachIndexes(table); status != AE_SUCCESS) {
         const std::string text = lastErrorText_;
-        CloseTable(table);
+        IgnoreStatus(CloseTable(table));  // the index failure is the one reported
         table = 0;
         return Report(status, text);
     }

@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 
+#include "engine/cdx/index_format.hpp"
 #include "engine/cursor/engine_settings.hpp"
 #include "engine/cursor/table_cursor.hpp"
 #include "engine/operations.hpp"
@@ -38,7 +39,7 @@ class Engine final : public Operations {
     ~Engine() override;
 
     // The operation set (engine/operations.def).
-#define FNRK_OPERATION(name, parameters, arguments) Status name parameters override;
+#define FNRK_OPERATION(name, parameters, arguments) [[nodiscard]] Status name parameters override;
 #include "engine/operations.def"
 
     // The open table behind a handle, or null (for the index layer and tools of this engine).
@@ -60,52 +61,62 @@ class Engine final : public Operations {
     };
 
     // Remembers a failure for GetLastError and returns its status (success passes through).
-    Status Report(Status status, std::string message = {});
+    [[nodiscard]] Status Report(Status status, std::string message = {});
     // Runs `body(cursor)` on an open table / `body(cursor, field)` on one of its fields by name,
     // reporting a bad handle, an unknown field or the status the body returns.
     template <class Body>
-    Status WithTable(Handle table, Body body) {
+    [[nodiscard]] Status WithTable(Handle table, Body body) {
         cursor::TableCursor* cursor = FindTable(table);
         if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
-        return Report(body(cursor));
+        return Guarded([&] { return Report(body(cursor)); });
+    }
+    // Runs `body` and answers its status. What the units below throw stops here: a damaged
+    // index answers AE_CORRUPT_INDEX with its reason, never an exception to the caller.
+    template <class Body>
+    [[nodiscard]] Status Guarded(Body body) {
+        try {
+            return body();
+        } catch (const cdx::IndexCorrupt& corrupt) {
+            return Report(AE_CORRUPT_INDEX, corrupt.what());
+        }
     }
     template <class Body>
-    Status WithField(Handle table, std::string_view name, Body body) {
+    [[nodiscard]] Status WithField(Handle table, std::string_view name, Body body) {
         cursor::TableCursor* cursor = nullptr;
         const dbf::Field* field = nullptr;
         if (Status status = TableField(table, name, cursor, field); status != AE_SUCCESS)
             return status;
-        return Report(body(cursor, field));
+        return Guarded([&] { return Report(body(cursor, field)); });
     }
-    Status TableField(Handle table, std::string_view field, cursor::TableCursor*& cursor,
-                      const dbf::Field*& found);
-    Status OpenPath(Handle connection, std::string_view name, std::string& path);
-    Status Register(Handle connection, std::unique_ptr<cursor::TableCursor> cursor,
-                    std::uint32_t options, Handle& table);
+    [[nodiscard]] Status TableField(Handle table, std::string_view field,
+                                    cursor::TableCursor*& cursor, const dbf::Field*& found);
+    [[nodiscard]] Status OpenPath(Handle connection, std::string_view name, std::string& path);
+    [[nodiscard]] Status Register(Handle connection, std::unique_ptr<cursor::TableCursor> cursor,
+                                  std::uint32_t options, Handle& table);
     bool AliasTaken(Handle connection, const std::string& alias) const;
     // Index orders and optimized filters (engine_index.cpp): the structural index is opened
     // with its table, and index handles navigate in their tag's order.
     order::OrderRegistry& Orders();
-    Status AttachIndexes(Handle table);
+    [[nodiscard]] Status AttachIndexes(Handle table);
     void DetachIndexes(Handle table);
     // Rewrites a table under `cipher` (null: plain) with `mark` in its header (null: none),
     // and its open index files with it (engine_crypt.cpp).
-    Status RecodeTable(Handle table, std::shared_ptr<const crypt::FileCipher> cipher,
-                       const crypt::EncryptionMark* mark);
+    [[nodiscard]] Status RecodeTable(Handle table, std::shared_ptr<const crypt::FileCipher> cipher,
+                                     const crypt::EncryptionMark* mark);
     // Data dictionaries (engine_dictionary.cpp): connections to them, their tables opening by
     // name, their views in statements.
-    Status ConnectDictionary(std::string_view path, std::string_view user,
-                             std::string_view password, Handle& connection);
+    [[nodiscard]] Status ConnectDictionary(std::string_view path, std::string_view user,
+                                           std::string_view password, Handle& connection);
     std::optional<std::string> DictionaryTablePath(Handle connection, std::string_view name);
     std::optional<std::string> DictionaryView(Handle connection, std::string_view name);
     void ApplyConnectionPassword(Handle table);
-    Status OnDictionary(
+    [[nodiscard]] Status OnDictionary(
         Handle dictionary,
         const std::function<Status(dictionary::DataDictionary&, std::string&)>& body);
     // SQL statements (engine_sql.cpp).
     sql::StatementRegistry& Statements();
-    Status OnStatement(Handle statement,
-                       const std::function<Status(sql::StatementSettings&)>& body);
+    [[nodiscard]] Status OnStatement(Handle statement,
+                                     const std::function<Status(sql::StatementSettings&)>& body);
 
     cursor::EngineSettings settings_;
     std::map<Handle, Connection> connections_;

@@ -59,8 +59,9 @@ Status Engine::CopyTableContents(Handle from, Handle to, std::uint16_t filterOpt
             break;
         status = respect ? Skip(from, 1) : source->GotoRecord(source->recordNumber() + 1);
     }
-    source->GotoRecord(start);
-    return Report(status);
+    // Back where the copy started; the copy's own status is the answer.
+    const Status back = source->GotoRecord(start);
+    return Report(FirstFailure({status, back}));
 }
 
 }  // namespace fnrk::engine

@@ -121,7 +121,8 @@ Status Engine::DDAddView(Handle dictionary, std::string_view name, std::string_v
         Handle statement = 0;
         Status status = CreateSQLStatement(dictionary, statement);
         if (status == AE_SUCCESS) status = Statements().Prepare(statement, sql, message);
-        if (statement != 0) Statements().Close(statement);
+        // The probe statement goes whatever it answered; its preparation is the answer.
+        if (statement != 0) IgnoreStatus(Statements().Close(statement));
         if (status != AE_SUCCESS) {
             message = "view " + std::string(name) + ": " + message;
             return status;

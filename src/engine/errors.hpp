@@ -4,6 +4,7 @@
 // client engine's API, so that callers and messages that test for a number keep working.
 
 #include <cstdint>
+#include <initializer_list>
 
 namespace fnrk::engine {
 
@@ -100,5 +101,20 @@ inline constexpr Status AE_NO_MEMO_FILE = 5194;
 inline constexpr Status AE_SERVER_FILE_NOT_FOUND = 7016;
 // A SQL statement the engine could not parse or run (position and reason in GetLastError).
 inline constexpr Status AE_SQL_ERROR = 7200;
+
+// The first failure among statuses of steps that all run whatever the others answered (the
+// elements of a braced list are evaluated in order); success when every step succeeded.
+[[nodiscard]] inline Status FirstFailure(std::initializer_list<Status> statuses) {
+    for (Status status : statuses) {
+        if (status != AE_SUCCESS) return status;
+    }
+    return AE_SUCCESS;
+}
+
+// Marks a status the caller deliberately does not act on; each use says why beside it (a
+// clean-up on a path whose first failure is the one reported, a setting with fixed valid
+// arguments, a best-effort step whose failure the next call reports). A status is never
+// dropped silently: every one is [[nodiscard]].
+inline void IgnoreStatus(Status) {}
 
 }  // namespace fnrk::engine

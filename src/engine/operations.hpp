@@ -5,6 +5,21 @@
 // layer can send any call to either. The operations themselves are listed once, in
 // engine/operations.def.
 //
+// The error contract, for every layer from here up to the façade:
+// - An operation answers with its Status; the reason stays for GetLastError. Nothing else
+//   reports a failure across an operation: no exception, no message text out-parameter, no
+//   sentinel value.
+// - Exceptions live inside one unit (a damaged index node, a SQL failure, a bad expression)
+//   and are turned into a status where the unit is called: Engine::Guarded, FRCDatabase's
+//   Guarded. A corrupt index answers AE_CORRUPT_INDEX, never an exception to the caller.
+// - Every Status is [[nodiscard]]. A caller that does not act on one says so with
+//   IgnoreStatus and why (a clean-up after a failure that is already the answer, a fixed
+//   valid setting); steps that all run whatever the others answered are joined with
+//   FirstFailure (engine/errors.hpp).
+// - AdsClass is where the table layer meets its users: it shows a failure to the user itself
+//   (message box, last-error text) and answers true/false or a status its callers may leave,
+//   as the public class it stands for does.
+//
 // Conventions, carried over from the client engine's C API:
 // - every operation returns a Status (0 = success, else an AE_* number of errors.hpp);
 // - results come back through the last reference arguments;
@@ -35,7 +50,8 @@ class Operations {
   public:
     virtual ~Operations() = default;
 
-#define FNRK_OPERATION(name, parameters, arguments) virtual Status name parameters = 0;
+#define FNRK_OPERATION(name, parameters, arguments) \
+    [[nodiscard]] virtual Status name parameters = 0;
 #include "engine/operations.def"
 };
 

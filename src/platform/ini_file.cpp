@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <mutex>
 #include <optional>
 #include <sstream>
 #include <system_error>
@@ -15,12 +17,56 @@ namespace fnrk::platform {
 namespace {
 
 // The file's text as UTF-8, or nothing when it cannot be read.
-std::optional<std::string> ReadIniText(const std::filesystem::path& path) {
+std::optional<std::string> ReadIniTextFromDisk(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) return std::nullopt;
     std::ostringstream bytes;
     bytes << in.rdbuf();
     return Cp1252ToUtf8(bytes.str());
+}
+
+// Configuration files are read on every table open and most settings lookups; each is read
+// from disk once per change, known by its write time and size, and kept as text meanwhile.
+class IniTextCache {
+  public:
+    std::optional<std::string> Read(const std::filesystem::path& path) {
+        std::error_code error;
+        const auto written = std::filesystem::last_write_time(path, error);
+        const auto size = error ? 0 : std::filesystem::file_size(path, error);
+        if (error) {
+            Forget(path);
+            return ReadIniTextFromDisk(path);
+        }
+        const std::lock_guard lock(mutex_);
+        const auto found = texts_.find(path);
+        if (found != texts_.end() && found->second.written == written && found->second.size == size)
+            return found->second.text;
+        auto text = ReadIniTextFromDisk(path);
+        if (text) texts_[path] = Entry{written, size, *text};
+        return text;
+    }
+    void Forget(const std::filesystem::path& path) {
+        const std::lock_guard lock(mutex_);
+        texts_.erase(path);
+    }
+
+  private:
+    struct Entry {
+        std::filesystem::file_time_type written;
+        std::uintmax_t size = 0;
+        std::string text;
+    };
+    std::mutex mutex_;
+    std::map<std::filesystem::path, Entry> texts_;
+};
+
+IniTextCache& TextCache() {
+    static IniTextCache cache;
+    return cache;
+}
+
+std::optional<std::string> ReadIniText(const std::filesystem::path& path) {
+    return TextCache().Read(path);
 }
 
 // Writes beside the file and renames, so that a failed write never leaves half a file.
@@ -36,6 +82,8 @@ bool WriteIniText(const std::filesystem::path& path, const std::string& text) {
     std::error_code error;
     std::filesystem::rename(temporary, path, error);
     if (error) std::filesystem::remove(temporary, error);
+    // A write within the clock's resolution could keep the old write time and size.
+    TextCache().Forget(path);
     return !error;
 }
 

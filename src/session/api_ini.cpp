@@ -8,7 +8,6 @@
 #include "session/app_class.hpp"
 #include "session/path_rules.hpp"
 #include "session/session_user.hpp"
-#include "session/users_table_locator.hpp"
 
 namespace fnrk::session {
 namespace {
@@ -107,8 +106,8 @@ std::string ApiIni::GetUserDbfPath() const {
     mainFile.INIfile(MainIniFile());
     const std::string value = mainFile.ReadINI("Install", "UserPath");
     if (!Trim(value).empty()) return UsersFolderFromSetting(value, kPathSep);
-    if (const auto openFolder = CurrentUsersTableLocator().OpenUsersTableFolder()) {
-        return *openFolder;
+    if (usersTable_ != nullptr) {
+        if (const auto openFolder = usersTable_->OpenUsersTableFolder()) return *openFolder;
     }
     return platform::SettingsMainPath() + kPathSep;
 }

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "session/users_table_locator.hpp"
+
 namespace fnrk::session {
 
 class ApiIni {
@@ -20,7 +22,13 @@ class ApiIni {
     void WriteINI(std::string_view section, std::string_view key, std::string_view value) const;
     bool IsSpecifiedKeyExist(std::string_view section, std::string_view key,
                              std::string_view file) const;
-    // Folder of the users table, normally ending with the separator.
+    // Where the open users table is, handed over by whoever owns both this object and the
+    // table access; without one (or with nullptr) no users table counts as open. The locator
+    // must outlive its use here.
+    void UsersTableFrom(const UsersTableLocator* locator) { usersTable_ = locator; }
+    const UsersTableLocator* UsersTable() const { return usersTable_; }
+    // Folder of the users table, normally ending with the separator: the installation's
+    // "UserPath", else the folder of the open users table, else the main path.
     std::string GetUserDbfPath() const;
     // The users folder's "UsersPrefs" when it exists, else empty.
     std::string GetUsersPrefDirectory() const;
@@ -29,6 +37,7 @@ class ApiIni {
     std::string FileToRead(std::string_view section, std::string_view key) const;
 
     std::string iniFile_;
+    const UsersTableLocator* usersTable_ = nullptr;
 };
 
 // The process-wide instance.

@@ -1,7 +1,7 @@
 #pragma once
 
-// Where the open users table lives. The table layer, which sits above this one, installs a
-// locator that asks its alias table; until then the users table counts as not open.
+// Where the open users table lives. The table layer, which sits above the session, answers it;
+// whoever owns both hands one to ApiIni (ApiIni::UsersTableFrom).
 
 #include <optional>
 #include <string>
@@ -15,10 +15,5 @@ class UsersTableLocator {
     // nothing when that alias is not open.
     virtual std::optional<std::string> OpenUsersTableFolder() const = 0;
 };
-
-const UsersTableLocator& CurrentUsersTableLocator();
-// Makes `locator` current and returns the previous one; nullptr restores the default. The caller
-// keeps the locator alive while it is current.
-const UsersTableLocator* SetUsersTableLocator(const UsersTableLocator* locator);
 
 }  // namespace fnrk::session

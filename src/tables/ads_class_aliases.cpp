@@ -40,7 +40,8 @@ AdsClass::Handle AdsClass::TableOfAlias(std::string_view alias) {
     if (IsNumber(name)) return static_cast<Handle>(std::stoll(name));
     if (name.empty()) return 0;
     std::vector<Handle> tables;
-    db_.GetAllTables(tables);
+    // A backend that fails to answer still leaves the tables of the others.
+    IgnoreStatus(db_.GetAllTables(tables));
     if (tables.size() > kMaxAliases) tables.resize(kMaxAliases);
     for (Handle table : tables) {
         std::string tableAlias;
@@ -92,7 +93,8 @@ Status AdsClass::ActivateAlias(std::string_view alias) {
 
 std::vector<std::string> AdsClass::EnumerateAlias() {
     std::vector<Handle> tables;
-    db_.GetAllTables(tables);
+    // A backend that fails to answer still leaves the tables of the others.
+    IgnoreStatus(db_.GetAllTables(tables));
     if (tables.size() > kMaxAliases) tables.resize(kMaxAliases);
     std::vector<std::string> aliases;
     for (Handle table : tables) {
@@ -176,7 +178,7 @@ bool AdsClass::FileOpenedElsewhere(const std::string& path) {
         db_.OpenTable(connection, path, kProbeAlias, ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
                       ADS_IGNORERIGHTS, ADS_EXCLUSIVE, probe);
     if (status != AE_SUCCESS) return true;
-    db_.CloseTable(probe);
+    IgnoreStatus(db_.CloseTable(probe));  // the probe only asked whether it could open
     return false;
 }
 

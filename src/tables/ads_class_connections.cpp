@@ -45,10 +45,10 @@ void AdsClass::SetDossierPrefix(std::string prefix) {
 Status AdsClass::Initialize() {
     if (initialized_) return AE_SUCCESS;
     initialized_ = true;
-    db_.SetDateFormat("DD/MM/YYYY");
-    db_.CloseAllTables();
-    db_.SetEpoch(2000);
-    db_.ShowDeleted(false);
+    // Fixed valid settings, and a start from no open table: nothing here can be refused that
+    // the connect below would not report.
+    IgnoreStatus(FirstFailure({db_.SetDateFormat("DD/MM/YYYY"), db_.CloseAllTables(),
+                               db_.SetEpoch(2000), db_.ShowDeleted(false)}));
     const std::string drive = ApplicationDrive();
     const Status status = db_.Connect26(drive, ADS_LOCAL_SERVER, localConnection_);
     if (status != AE_SUCCESS && usersConnection_ != kUsersSqlConnection) {
@@ -81,7 +81,8 @@ Status AdsClass::disconnect() {
     };
     // The tables this object opened are closed first, each by itself, so that nothing of them
     // outlives its connection.
-    for (const auto& [table, index] : activeIndex_) db_.CloseTable(table);
+    // Disconnecting goes on whatever a close answers: nothing may outlive the session.
+    for (const auto& [table, index] : activeIndex_) IgnoreStatus(db_.CloseTable(table));
     activeIndex_.clear();
     for (auto& [folder, connection] : folderConnections_) {
         if (connection != localConnection_ && connection != usersConnection_) drop(connection);
@@ -116,14 +117,16 @@ std::int32_t AdsClass::GetOpenTableCount() {
 std::string AdsClass::GetAdsLastError() {
     Status code = AE_SUCCESS;
     std::string text;
-    db_.GetLastError(code, text);
+    // Asking for the last error cannot fail in a way worth telling: it answers nothing then.
+    IgnoreStatus(db_.GetLastError(code, text));
     return text;
 }
 
 Status AdsClass::GetAdsLastErrorNumber() {
     Status code = AE_SUCCESS;
     std::string text;
-    db_.GetLastError(code, text);
+    // Asking for the last error cannot fail in a way worth telling: it answers nothing then.
+    IgnoreStatus(db_.GetLastError(code, text));
     return code;
 }
 

@@ -58,7 +58,8 @@ Handle AdsClass::RunStatement(Handle connection, std::string_view statement) {
     const std::string upper = platform::UpperCase(statement);
     std::vector<Handle> named;
     std::vector<Handle> tables;
-    db_.GetAllTables(tables);
+    // A backend that fails to answer still leaves the tables of the others.
+    IgnoreStatus(db_.GetAllTables(tables));
     if (tables.size() > kMaxTablesExamined) tables.resize(kMaxTablesExamined);
     for (Handle table : tables) {
         std::string alias;
@@ -80,12 +81,14 @@ Handle AdsClass::RunStatement(Handle connection, std::string_view statement) {
     if (status == AE_SUCCESS) status = db_.ExecuteSQL(handle, cursor);
     if (status != AE_SUCCESS) {
         ShowErrorBox(GetAdsLastError());
-        if (handle != 0) db_.CloseSQLStatement(handle);
+        // The statement's failure is the one shown.
+        if (handle != 0) IgnoreStatus(db_.CloseSQLStatement(handle));
         return 0;
     }
     statement_ = handle;
-    if (cursor != 0) db_.SetHandleLong(cursor, kCursorTag);
-    for (Handle table : named) db_.SetHandleLong(table, kNamedTableTag);
+    // Tags of handles this object just opened or found open: they cannot be refused.
+    if (cursor != 0) IgnoreStatus(db_.SetHandleLong(cursor, kCursorTag));
+    for (Handle table : named) IgnoreStatus(db_.SetHandleLong(table, kNamedTableTag));
     return cursor;
 }
 
@@ -132,7 +135,8 @@ Status AdsClass::BuildTempIndex(std::string_view alias, std::string_view keyExpr
         ("fnrk-temp-" + std::to_string(::getpid()) + "-" + std::to_string(currentTable_) + ".cdx");
     Handle index = 0;
     if (db_.GetIndexHandle(currentTable_, "TEMPINDEX", index) == AE_SUCCESS) {
-        db_.CloseIndex(index);
+        // The old temporary index goes; building the new one reports what fails.
+        IgnoreStatus(db_.CloseIndex(index));
         if (currentIndex_ == index) currentIndex_ = 0;
     }
     std::error_code ignored;

@@ -60,10 +60,10 @@ Status AdsClass::BuildDataDictionnary() {
     }
     std::uint16_t type = 0;
     if (db_.GetConnectionType(connection, type) == AE_SUCCESS && type != ADS_LOCAL_SERVER) {
-        db_.SetServerType(ADS_LOCAL_SERVER);
+        IgnoreStatus(db_.SetServerType(ADS_LOCAL_SERVER));  // a fixed, valid server type
         Handle local = 0;
         status = db_.Connect26(folder, ADS_LOCAL_SERVER, local);
-        db_.Disconnect(connection);
+        IgnoreStatus(db_.Disconnect(connection));  // the remote one is done with either way
         connection = local;
         if (status != AE_SUCCESS) return status;
     }
@@ -71,7 +71,7 @@ Status AdsClass::BuildDataDictionnary() {
     status = db_.DDCreate(dictionaryPath, 1, "Data Dictionnary", dictionary);
     if (status != AE_SUCCESS) {
         ShowErrorBox("Error creating data dictionnary : " + GetAdsLastError());
-        db_.Disconnect(connection);
+        IgnoreStatus(db_.Disconnect(connection));  // the failure shown is the one returned
         return status;
     }
     Handle administrator = 0;
@@ -117,8 +117,9 @@ Status AdsClass::BuildDataDictionnary() {
             administrator, "VIEWACT", "",
             "SELECT * FROM ACT,ACF WHERE ACT.accountgl = ACF.number and ACF.secret=false");
     }
-    if (administrator != 0) db_.Disconnect(administrator);
-    db_.Disconnect(connection);
+    // The dictionary's status is the answer; its connections go whatever they answer.
+    if (administrator != 0) IgnoreStatus(db_.Disconnect(administrator));
+    IgnoreStatus(db_.Disconnect(connection));
     return status;
 }
 

@@ -55,7 +55,8 @@ std::uint16_t AdsClass::EngineFieldType(std::string_view field) {
 
 std::string AdsClass::GetStringValue(std::string_view field) {
     std::string value;
-    db_.GetString(currentTable_, platform::Trim(field), value, ADS_RTRIM);
+    // A field that cannot be read reads as empty text, as every lookup that finds nothing.
+    IgnoreStatus(db_.GetString(currentTable_, platform::Trim(field), value, ADS_RTRIM));
     return value;
 }
 
@@ -93,16 +94,16 @@ std::string AdsClass::GetBlobString(std::string_view field) {
     std::string value;
     // From engine version 7.00 on, binary memos are read as bytes; text memos always as text.
     if (EngineFieldType(name) == ADS_BINARY && GetADSVersionNumber() >= 7.0) {
-        db_.GetBinary(currentTable_, name, 0, length, value);
+        IgnoreStatus(db_.GetBinary(currentTable_, name, 0, length, value));  // empty if not
     } else {
-        db_.GetString(currentTable_, name, value, ADS_NONE);
+        IgnoreStatus(db_.GetString(currentTable_, name, value, ADS_NONE));
     }
     return value;
 }
 
 std::string AdsClass::GetRecordValue() {
     std::string record;
-    db_.GetRecord(currentTable_, record);
+    IgnoreStatus(db_.GetRecord(currentTable_, record));  // no current record: empty
     return record;
 }
 
@@ -180,7 +181,7 @@ bool AdsClass::PutFieldValue(std::string_view field, const FieldValue& value) {
         int digits = 0;
         const bool numeric =
             std::from_chars(year.data(), year.data() + year.size(), digits).ec == std::errc{};
-        db_.SetEpoch(numeric && digits > 80 ? 1900 : 2000);
+        IgnoreStatus(db_.SetEpoch(numeric && digits > 80 ? 1900 : 2000));  // both valid
         status = db_.SetDate(currentTable_, name, date);
     }
     return status == AE_SUCCESS;

@@ -43,7 +43,8 @@ bool AdsClass::RecLock(std::string_view alias, std::uint32_t record) {
         ShowErrorBox(CatalogueText(kReadOnlyTable));
         return false;
     }
-    db_.GotoRecord(currentTable_, record);
+    // A record that cannot be reached is refused by the lock below.
+    IgnoreStatus(db_.GotoRecord(currentTable_, record));
     for (;;) {
         if (db_.LockRecord(currentTable_, record) == AE_SUCCESS) return true;
         if (!interactive_) return false;
@@ -112,7 +113,7 @@ std::vector<std::uint32_t> AdsClass::LocateAll(std::string_view alias,
     std::vector<std::uint32_t> records;
     if (!MakeCurrent(alias)) return records;
     bool found = false;
-    db_.GotoTop(currentTable_);
+    IgnoreStatus(db_.GotoTop(currentTable_));  // Locate reports a table it cannot walk
     for (Status status = db_.Locate(currentTable_, condition, true, found);
          status == AE_SUCCESS && found; status = db_.Continue(currentTable_, found)) {
         records.push_back(recno());

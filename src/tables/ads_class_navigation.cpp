@@ -60,19 +60,19 @@ std::uint32_t AdsClass::CurRecOrder() {
         ++position;
         if (recno() == record) return position;
     }
-    db_.GotoRecord(currentTable_, record);
+    IgnoreStatus(db_.GotoRecord(currentTable_, record));  // back where it was, as far as it can
     return 0;
 }
 
 bool AdsClass::SelectionEof() {
     bool atEof = true;
-    db_.AtEOF(currentTable_, atEof);
+    IgnoreStatus(db_.AtEOF(currentTable_, atEof));  // a table it cannot ask about is at its end
     return atEof;
 }
 
 bool AdsClass::SelectionBof() {
     bool atBof = true;
-    db_.AtBOF(currentTable_, atBof);
+    IgnoreStatus(db_.AtBOF(currentTable_, atBof));
     return atBof;
 }
 

@@ -32,6 +32,8 @@ struct ConnectionSettings {
 ConnectionSettings ReadConnectionSettings() {
     session::ApiIni ini;
     ini.INIfile(platform::SettingsMainPath() + platform::kPathSep + "FennRick.ini");
+    // Under terminal services the section comes from the file beside the users table.
+    ini.UsersTableFrom(session::SharedApiIni().UsersTable());
     ConnectionSettings settings;
     const std::string mode = platform::UpperCase(ini.ReadINI("Connection", "Mode"));
     if (mode == "CLIENTSERVER") {
@@ -166,7 +168,7 @@ Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::st
         if (status == AE_INDEX_ALREADY_OPEN) status = AE_SUCCESS;
         if (status != AE_SUCCESS) {
             const std::string text = GetAdsLastError();
-            db_.CloseTable(table);
+            IgnoreStatus(db_.CloseTable(table));  // the index failure is the one reported
             table = 0;
             if (!quiet) {
                 ShowErrorBox("File open error:\r\nCode error ADS: " + std::to_string(status) +
@@ -183,7 +185,8 @@ Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::st
         }
         return status;
     }
-    if (settings.cachedRecords > 0) db_.CacheRecords(table, settings.cachedRecords);
+    // A cache size is a hint: a table that refuses it works uncached.
+    if (settings.cachedRecords > 0) IgnoreStatus(db_.CacheRecords(table, settings.cachedRecords));
     activeIndex_[table] = 0;
     currentTable_ = table;
     currentAlias_ = name;

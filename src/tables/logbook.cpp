@@ -132,33 +132,33 @@ bool AdsClass::AppendLogEntry(std::string_view action, std::string_view program,
 
     const Handle connection = DossierConnection();
     std::uint16_t connectionType = 0;
-    db_.GetConnectionType(connection, connectionType);
+    // Once appended, the entry stays: a value that cannot be had or written is left blank
+    // rather than losing the whole entry, so the statuses of its fields are not acted on.
+    IgnoreStatus(db_.GetConnectionType(connection, connectionType));
     const std::string user = action == "CREATE" ? "SYSTEM" : session::CurrentUser().Name;
-    db_.SetDouble(table, "CONNECT", connectionType);
-    db_.SetString(table, "USERNAME", user);
-    db_.SetString(table, "LOGINNAME", WorkstationLoginName());
-    db_.SetString(table, "CODESOC", dossier_.companyCode);
-    db_.SetString(table, "ACTION", action);
-    db_.SetString(table, "PROGRAM", program);
-    db_.SetString(table, "ALIAS", alias);
-    db_.SetDouble(table, "RECNO", record);
-    db_.SetString(table, "PARAM", param);
+    IgnoreStatus(FirstFailure(
+        {db_.SetDouble(table, "CONNECT", connectionType), db_.SetString(table, "USERNAME", user),
+         db_.SetString(table, "LOGINNAME", WorkstationLoginName()),
+         db_.SetString(table, "CODESOC", dossier_.companyCode),
+         db_.SetString(table, "ACTION", action), db_.SetString(table, "PROGRAM", program),
+         db_.SetString(table, "ALIAS", alias), db_.SetDouble(table, "RECNO", record),
+         db_.SetString(table, "PARAM", param)}));
 
     std::string date;
     std::int32_t milliseconds = 0;
     std::string serverTime;
-    db_.GetServerTime(connection, date, milliseconds, serverTime);
+    IgnoreStatus(db_.GetServerTime(connection, date, milliseconds, serverTime));
     const std::string time = LogbookTime(serverTime);
-    db_.SetDate(table, "DATESTAMP", date);
-    db_.SetString(table, "TIMESTAMP", time);
+    IgnoreStatus(FirstFailure(
+        {db_.SetDate(table, "DATESTAMP", date), db_.SetString(table, "TIMESTAMP", time)}));
     const bool controlled = !IsOpenCloseOrApproval(action);
     if (controlled) {
-        db_.SetString(table, "CHECK", LogbookCheck(user, action, alias, record, date, time));
+        IgnoreStatus(
+            db_.SetString(table, "CHECK", LogbookCheck(user, action, alias, record, date, time)));
     }
     std::uint32_t entry = 0;
-    db_.GetRecordNum(table, ADS_IGNOREFILTERS, entry);
-    db_.UnlockRecord(table, entry);
-    db_.FlushFileBuffers(table);
+    IgnoreStatus(FirstFailure({db_.GetRecordNum(table, ADS_IGNOREFILTERS, entry),
+                               db_.UnlockRecord(table, entry), db_.FlushFileBuffers(table)}));
     if (controlled) FlushAndUnlock(kLogbookAlias);
     return restore(true);
 }

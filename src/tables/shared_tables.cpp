@@ -4,6 +4,7 @@
 
 #include "backend/frc_database.hpp"
 #include "engine/engine.hpp"
+#include "session/api_ini.hpp"
 #include "tables/ads_users_locator.hpp"
 
 namespace fnrk::tables {
@@ -14,9 +15,11 @@ struct SharedDispatch {
     SqlDatabase db{engine, [] { return std::make_unique<backend::FRCDatabase>(); }};
 };
 
+// The process's table access owns the users table, and so tells the process's configuration
+// object where it is.
 struct SharedAccess {
-    SharedAccess() { session::SetUsersTableLocator(&locator); }
-    ~SharedAccess() { session::SetUsersTableLocator(nullptr); }
+    SharedAccess() { session::SharedApiIni().UsersTableFrom(&locator); }
+    ~SharedAccess() { session::SharedApiIni().UsersTableFrom(nullptr); }
     AdsClass ads{SharedSqlDatabase()};
     AdsUsersTableLocator locator{ads};
 };

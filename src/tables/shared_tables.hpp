@@ -1,8 +1,8 @@
 #pragma once
 
 // The process's one table engine, the dispatch over it and the SQL backends, and the shared
-// table-access object. Each is made on first use and lives until the process ends; making the
-// table-access object also installs it as the session's users-table locator.
+// table-access object. Each is made on first use and lives until the process ends; the
+// table-access object tells the process's ApiIni where the open users table is.
 
 #include "tables/ads_class.hpp"
 #include "tables/sql_database.hpp"

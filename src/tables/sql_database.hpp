@@ -61,26 +61,28 @@ class SqlDatabase final : public engine::Operations {
     ArchiveBackend* Archive(int index) const;
 
     // The configuration record copied, member by member, into a "MGMT_CONFIG_MEMORY" object.
-    Status MgGetConfigInfo(Handle managementConnection, backend::MGMT_CONFIG_MEMORY& memory);
+    [[nodiscard]] Status MgGetConfigInfo(Handle managementConnection,
+                                         backend::MGMT_CONFIG_MEMORY& memory);
 
     // Operations of the SQL backends only; for an engine handle the caller does the file work.
-    Status TableCopy(Handle connection, std::string_view from, std::string_view to);
-    Status TableExists(Handle connection, std::string_view name, bool& exists);
-    Status DropTable(Handle connection, std::string_view name);
+    [[nodiscard]] Status TableCopy(Handle connection, std::string_view from, std::string_view to);
+    [[nodiscard]] Status TableExists(Handle connection, std::string_view name, bool& exists);
+    [[nodiscard]] Status DropTable(Handle connection, std::string_view name);
 
     // The operation set (engine/operations.def).
-#define FNRK_OPERATION(name, parameters, arguments) Status name parameters override;
+#define FNRK_OPERATION(name, parameters, arguments) [[nodiscard]] Status name parameters override;
 #include "engine/operations.def"
 
   private:
     template <class Call>
-    Status Routed(Handle handle, Call call);
+    [[nodiscard]] Status Routed(Handle handle, Call call);
     template <class Call>
-    Status RoutedByName(Handle handle, std::string_view path, Call call);
+    [[nodiscard]] Status RoutedByName(Handle handle, std::string_view path, Call call);
     template <class Call>
-    Status Broadcast(Call call);
+    [[nodiscard]] Status Broadcast(Call call);
     template <class Call>
-    Status ConnectThrough(std::string_view serverPath, Handle& connection, Call connect);
+    [[nodiscard]] Status ConnectThrough(std::string_view serverPath, Handle& connection,
+                                        Call connect);
 
     // The slot whose range holds a handle from 1 to 2,399,999.
     static BackendSlot SlotOfHandle(Handle handle);

@@ -49,7 +49,7 @@ Status WorkAreas::sx_use(std::string_view path, std::string_view alias, std::str
         // The structural index is opened with the table already; its tags still give the order.
         if (status == AE_INDEX_ALREADY_OPEN) status = AE_SUCCESS;
         if (status == AE_SUCCESS) status = db_.GetIndexHandleByOrder(table, 1, order);
-        if (status != AE_SUCCESS) db_.CloseTable(table);
+        if (status != AE_SUCCESS) IgnoreStatus(db_.CloseTable(table));  // reported: the index
     }
     if (status != AE_SUCCESS) {
         ShowError("Error in sx_use");

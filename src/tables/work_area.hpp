@@ -48,13 +48,13 @@ class WorkAreas {
     // makes it the current work area. With an index file, that file is opened too and its first
     // tag becomes the order; without one the order is the natural one. Any failure shows
     // "Error in sx_use" and leaves the current work area as it was.
-    Status sx_use(std::string_view path, std::string_view alias, std::string_view openMode = {},
-                  std::string_view indexFile = {});
+    [[nodiscard]] Status sx_use(std::string_view path, std::string_view alias,
+                                std::string_view openMode = {}, std::string_view indexFile = {});
     // Makes the table of an alias (or of a handle given as a number) the current work area; an
     // unknown one shows "WorkArea " + alias + " not found (sx_select)" and returns false.
     bool sx_select(std::string_view aliasOrHandle);
     // Closes the current work area's table; afterwards there is no current work area.
-    Status sx_close();
+    [[nodiscard]] Status sx_close();
 
     // --- fields of the current record. A reference is "FIELD" (current work area) or
     // "ALIAS->FIELD". An alias that names no open table shows "Bad alias name"; reads then give
@@ -64,20 +64,20 @@ class WorkAreas {
     bool sx_GetLogical(std::string_view reference);
     std::string sx_GetDate(std::string_view reference);  // "DD/MM/YYYY", or kEmptyDate
     std::string sx_GetMemo(std::string_view reference);
-    Status sx_PutString(std::string_view reference, std::string_view value);
-    Status sx_PutDouble(std::string_view reference, double value);
-    Status sx_PutLogical(std::string_view reference, bool value);
+    [[nodiscard]] Status sx_PutString(std::string_view reference, std::string_view value);
+    [[nodiscard]] Status sx_PutDouble(std::string_view reference, double value);
+    [[nodiscard]] Status sx_PutLogical(std::string_view reference, bool value);
     // `date` "DD/MM/YYYY"; empty or kEmptyDate stores the empty date.
-    Status sx_PutDate(std::string_view reference, std::string_view date);
-    Status sx_PutMemo(std::string_view reference, std::string_view text);
-    Status sx_Append();
-    Status sx_Delete();
+    [[nodiscard]] Status sx_PutDate(std::string_view reference, std::string_view date);
+    [[nodiscard]] Status sx_PutMemo(std::string_view reference, std::string_view text);
+    [[nodiscard]] Status sx_Append();
+    [[nodiscard]] Status sx_Delete();
 
     // --- navigation of the current work area, in its order
-    Status sx_GoTop();
-    Status sx_GoBottom();
-    Status sx_Skip(std::int32_t records = 1);
-    Status sx_Go(std::uint32_t record);
+    [[nodiscard]] Status sx_GoTop();
+    [[nodiscard]] Status sx_GoBottom();
+    [[nodiscard]] Status sx_Skip(std::int32_t records = 1);
+    [[nodiscard]] Status sx_Go(std::uint32_t record);
     bool sx_Bof();
     bool sx_Eof();
     std::uint32_t sx_RecNo();
@@ -96,9 +96,9 @@ class WorkAreas {
     // Creates tag `tag` on `expression` (optional FOR `condition`) in `indexFile` (empty: the
     // structural index) and makes it the order. `options` as the engine's CreateIndex; a
     // descending one is refused as above.
-    Status sx_IndexTag(std::string_view indexFile, std::string_view tag,
-                       std::string_view expression, std::string_view condition = {},
-                       std::uint32_t options = engine::ADS_COMPOUND);
+    [[nodiscard]] Status sx_IndexTag(std::string_view indexFile, std::string_view tag,
+                                     std::string_view expression, std::string_view condition = {},
+                                     std::uint32_t options = engine::ADS_COMPOUND);
     // Seeks a text key in the order; true when found.
     bool sx_Seek(std::string_view key, bool softSeek = false);
 
@@ -108,20 +108,20 @@ class WorkAreas {
     // Adds "name,type,length,decimals" (name and type trimmed); false past kMaxStructureFields.
     bool sx_CreateField(std::string_view name, std::string_view type, int length, int decimals);
     // Creates the table from the definition and closes it again; the definition is kept.
-    Status sx_CreateExec();
+    [[nodiscard]] Status sx_CreateExec();
     const std::string& StructureDefinition() const { return definition_; }
 
     // Writes the structure table of the current work area at `targetPath`.
-    Status SXCOPYSTRU(std::string_view targetPath);
+    [[nodiscard]] Status SXCOPYSTRU(std::string_view targetPath);
     // Creates the table `newPath` from the structure table at `structurePath`.
-    Status SXCREATEFR(std::string_view newPath, std::string_view structurePath);
+    [[nodiscard]] Status SXCREATEFR(std::string_view newPath, std::string_view structurePath);
     // Appends the records of `sourcePath` that meet `condition` (xBase, may be empty) and are
     // not deleted to the current work area. An encrypted source needs the password set above.
-    Status appendfrom(std::string_view sourcePath, std::string_view condition = {});
+    [[nodiscard]] Status appendfrom(std::string_view sourcePath, std::string_view condition = {});
 
     // --- encryption of the current work area's table
-    Status sx_Encrypt(std::string_view password);
-    Status sx_Decrypt(std::string_view password);
+    [[nodiscard]] Status sx_Encrypt(std::string_view password);
+    [[nodiscard]] Status sx_Decrypt(std::string_view password);
     bool sx_IsEncrypted();
 
   private:
@@ -136,7 +136,7 @@ class WorkAreas {
     Value ReadField(std::string_view reference, Value fallback, Read read);
     // A write of a field reference: `write(table, field)`, after the reference is resolved.
     template <class Write>
-    Status WriteField(std::string_view reference, Write write);
+    [[nodiscard]] Status WriteField(std::string_view reference, Write write);
     // The handle navigation goes through: the order's index, else the table.
     Handle NavigationHandle() const;
     // The tag that will be the order: refuses a descending one with its message.

@@ -39,7 +39,7 @@ Status WorkAreas::appendfrom(std::string_view sourcePath, std::string_view condi
             encrypted) {
             status = password_.empty() ? AE_ENCRYPTION_NOT_ENABLED
                                        : db_.EnableEncryption(source, password_);
-            if (status != AE_SUCCESS) db_.CloseTable(source);
+            if (status != AE_SUCCESS) IgnoreStatus(db_.CloseTable(source));  // reported: status
         }
         if (status != AE_SUCCESS) {
             ShowError((IsEncryptionRefusal(status) ? "appendfrom error encryption "
@@ -71,9 +71,11 @@ Status WorkAreas::appendfrom(std::string_view sourcePath, std::string_view condi
     }
     if (status != AE_SUCCESS) ShowError(std::string(sourcePath) + "error copying ");
 
-    db_.ClearAOF(source);
-    if (!earlierFilter.empty()) db_.SetAOF(source, earlierFilter, ADS_RESOLVE_DYNAMIC);
-    if (!wasOpen) db_.CloseTable(source);
+    // The source is put back as it was found; the copy's status is the answer.
+    IgnoreStatus(db_.ClearAOF(source));
+    if (!earlierFilter.empty())
+        IgnoreStatus(db_.SetAOF(source, earlierFilter, ADS_RESOLVE_DYNAMIC));
+    if (!wasOpen) IgnoreStatus(db_.CloseTable(source));
     return status;
 }
 

@@ -49,8 +49,8 @@ Status WorkAreas::sx_CreateExec() {
     const Status status =
         db_.CreateTable(connection_, createPath_, createAlias_, ADS_CDX, ADS_ANSI,
                         ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0, definition_, table);
-    if (status == AE_SUCCESS) db_.CloseTable(table);
-    return status;
+    if (status != AE_SUCCESS) return status;
+    return db_.CloseTable(table);
 }
 
 Status WorkAreas::SXCOPYSTRU(std::string_view targetPath) {
@@ -80,8 +80,7 @@ Status WorkAreas::SXCOPYSTRU(std::string_view targetPath) {
         if (status == AE_SUCCESS)
             status = db_.SetShort(structure, "FIELD_DEC", static_cast<std::int16_t>(decimals));
     }
-    db_.CloseTable(structure);
-    return status;
+    return FirstFailure({status, db_.CloseTable(structure)});
 }
 
 Status WorkAreas::SXCREATEFR(std::string_view newPath, std::string_view structurePath) {
@@ -108,7 +107,7 @@ Status WorkAreas::SXCREATEFR(std::string_view newPath, std::string_view structur
             status = AE_INVALID_FIELDDEF;
         if (status == AE_SUCCESS) status = db_.Skip(structure, 1);
     }
-    db_.CloseTable(structure);
+    status = FirstFailure({status, db_.CloseTable(structure)});
     return status == AE_SUCCESS ? sx_CreateExec() : status;
 }
 

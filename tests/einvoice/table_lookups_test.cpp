@@ -87,7 +87,7 @@ TEST_P(InvoiceDossierTest, CommandReadsWhatTheDescriptionLeavesOutFromTheDossier
          {{{"CODE", "V0"}, {"TAXCODE", "Z"}}});
     Fill("COUNTRY", "CODE,C,3,0;XMLCODE,C,4,0", "SEEKEAS", "CODE",
          {{{"CODE", "BE"}, {"XMLCODE", "0208"}}});
-    db.CloseAllTables();
+    ASSERT_EQ(db.CloseAllTables(), engine::AE_SUCCESS);
     const std::filesystem::path in = folder / "invoice.json";
     const std::filesystem::path out = folder / "invoice.xml";
     fnrk::testing::WriteFileBytes(in, R"({

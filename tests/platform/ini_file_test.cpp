@@ -1,5 +1,7 @@
 #include "platform/ini_file.hpp"
 
+#include <chrono>
+#include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -132,6 +134,35 @@ TEST(IniFile, SectionListingGivesEachKeyOnceInFileOrder) {
     EXPECT_EQ(entries[1].first, "M:");
     EXPECT_EQ(entries[1].second, "/srv/m");
     EXPECT_TRUE(GetPrivateProfileSection("Nothing", file).empty());
+}
+
+// A file is read again when its write time or size changes, and only then: another process
+// that rewrites it is seen at once, a file left alone is not read twice.
+TEST(IniFile, AFileIsReadAgainOnceItChanges) {
+    TempDir dir;
+    const auto path = dir / "cached.ini";
+    WriteFileBytes(path, "[Connection]\r\nMode=LOCAL\r\n");
+    EXPECT_EQ(ReadIniString("Connection", "Mode", "", kBuffer, path), "LOCAL");
+
+    // The same size and write time, other bytes: the text read before still answers.
+    const auto written = std::filesystem::last_write_time(path);
+    WriteFileBytes(path, "[Connection]\r\nMode=OTHER\r\n");
+    std::filesystem::last_write_time(path, written);
+    EXPECT_EQ(ReadIniString("Connection", "Mode", "", kBuffer, path), "LOCAL");
+
+    // A change of size or of write time is a change.
+    WriteFileBytes(path, "[Connection]\r\nMode=REMOTE\r\n");
+    EXPECT_EQ(ReadIniString("Connection", "Mode", "", kBuffer, path), "REMOTE");
+    std::filesystem::last_write_time(path, written + std::chrono::seconds(5));
+    WriteFileBytes(path, "[Connection]\r\nMode=SERVER\r\n");
+    std::filesystem::last_write_time(path, written + std::chrono::seconds(9));
+    EXPECT_EQ(ReadIniString("Connection", "Mode", "", kBuffer, path), "SERVER");
+
+    // Our own writes are always seen, and a file that goes is no longer answered from memory.
+    ASSERT_TRUE(WriteIniString("Connection", "Mode", "LOCAL", path));
+    EXPECT_EQ(ReadIniString("Connection", "Mode", "", kBuffer, path), "LOCAL");
+    std::filesystem::remove(path);
+    EXPECT_EQ(ReadIniString("Connection", "Mode", "none", kBuffer, path), "none");
 }
 
 }  // namespace

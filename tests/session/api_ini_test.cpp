@@ -113,9 +113,9 @@ TEST_F(ApiIniTest, WithoutUserPathTheOpenUsersTableOrTheMainPathDecides) {
     EXPECT_EQ(ini_.GetUserDbfPath(), Root() + "/");
 
     FixedUsersTable table;
-    const UsersTableLocator* previous = SetUsersTableLocator(&table);
+    ini_.UsersTableFrom(&table);
     EXPECT_EQ(ini_.GetUserDbfPath(), "/open/users");  // as the table layer reports it
-    SetUsersTableLocator(previous);
+    ini_.UsersTableFrom(nullptr);
     EXPECT_EQ(ini_.GetUserDbfPath(), Root() + "/");
 }
 

@@ -105,7 +105,7 @@ TEST_P(AdsTest, FileCloseAllKeepsUsersAndOnRequestParam) {
     ASSERT_EQ(db.CreateTable(0, (users / "USERS.DBF").string(), "USERS", ADS_CDX, ADS_ANSI,
                              ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0, "NAME,C,15,0", created),
               AE_SUCCESS);
-    db.CloseTable(created);
+    ASSERT_EQ(db.CloseTable(created), AE_SUCCESS);
     auto openAll = [&] {
         ASSERT_EQ(ads.FileOpenExternal("USERS", (users / "USERS.DBF").string()), AE_SUCCESS);
         ASSERT_EQ(ads.FileOpenParam(), AE_SUCCESS);

@@ -51,7 +51,7 @@ class AdsTest : public ::testing::TestWithParam<Keeping> {
         ASSERT_EQ(ads.Initialize(), engine::AE_SUCCESS);
     }
     void TearDown() override {
-        db.CloseAllTables();
+        EXPECT_EQ(db.CloseAllTables(), engine::AE_SUCCESS);
         platform::SetMessageSink(previousSink);
     }
 
@@ -103,7 +103,7 @@ class AdsTest : public ::testing::TestWithParam<Keeping> {
     // The handle of the table open under `alias` in the dispatch; 0 when none is.
     engine::Handle TableHandle(const std::string& alias) {
         std::vector<engine::Handle> tables;
-        db.GetAllTables(tables);
+        EXPECT_EQ(db.GetAllTables(tables), engine::AE_SUCCESS);
         for (engine::Handle table : tables) {
             std::string name;
             if (db.GetTableAlias(table, name) == engine::AE_SUCCESS && name == alias) return table;

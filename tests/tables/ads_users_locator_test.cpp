@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "session/api_ini.hpp"
 #include "tables/ads_fixture.hpp"
 #include "tables/ads_users_locator.hpp"
 #include "tables/shared_tables.hpp"
@@ -19,7 +20,7 @@ void CreateUsersTable(AdsClass& ads, const std::filesystem::path& folder) {
                                          ADS_ANSI, ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0,
                                          "NAME,C,15,0", table),
               AE_SUCCESS);
-    ads.Database().CloseTable(table);
+    ASSERT_EQ(ads.Database().CloseTable(table), AE_SUCCESS);
 }
 
 TEST_P(AdsFilesTest, TheUsersFolderIsThatOfTheOpenUsersTable) {
@@ -37,11 +38,12 @@ TEST(SharedTables, TheSharedObjectAnswersTheSessionsUsersQuestion) {
     AdsClass& ads = SharedAdsClass();
     EXPECT_EQ(&ads, &SharedAdsClass());
     EXPECT_EQ(&ads.Database(), &SharedSqlDatabase());
-    EXPECT_EQ(session::CurrentUsersTableLocator().OpenUsersTableFolder(), std::nullopt);
+    const session::UsersTableLocator* told = session::SharedApiIni().UsersTable();
+    ASSERT_NE(told, nullptr);
+    EXPECT_EQ(told->OpenUsersTableFolder(), std::nullopt);
     CreateUsersTable(ads, folder / "USERS");
     ASSERT_EQ(ads.FileOpenExternal("USERS", (folder / "USERS" / "USERS.DBF").string()), AE_SUCCESS);
-    EXPECT_EQ(session::CurrentUsersTableLocator().OpenUsersTableFolder(),
-              (folder / "USERS").string() + "/");
+    EXPECT_EQ(told->OpenUsersTableFolder(), (folder / "USERS").string() + "/");
     ads.FileClose("USERS");
     ads.disconnect();
 }

@@ -34,8 +34,9 @@ class DispatchTest : public ::testing::Test {
     std::string OpenedBy(const std::string& path) {
         log.clear();
         Handle table = 0;
-        db.OpenTable(0, path, "T", engine::ADS_CDX, engine::ADS_ANSI, 0, 0, engine::ADS_SHARED,
-                     table);
+        // Who received the call is the question here, not what it answered.
+        engine::IgnoreStatus(db.OpenTable(0, path, "T", engine::ADS_CDX, engine::ADS_ANSI, 0, 0,
+                                          engine::ADS_SHARED, table));
         return log.empty() ? "" : log.back().substr(0, log.back().find('.'));
     }
 };

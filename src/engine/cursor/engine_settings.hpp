@@ -19,12 +19,12 @@ struct EngineSettings {
 
     // The checks of the operations of the same names, for the engine and the SQL backend alike.
     // A format needs "DD", "MM" and "YY" in any letter case (AE_INVALID_DATEFORMAT).
-    Status SetDateFormat(std::string_view format);
+    [[nodiscard]] Status SetDateFormat(std::string_view format);
     // A century from 100 to 9899 (AE_INVALID_CENTURY).
-    Status SetEpoch(std::uint16_t century);
+    [[nodiscard]] Status SetEpoch(std::uint16_t century);
     // Local, remote and Internet server in any combination, and nothing else: an unknown bit
     // is refused even beside a known one (AE_INVALID_OPTION).
-    Status SetServerType(std::uint16_t types);
+    [[nodiscard]] Status SetServerType(std::uint16_t types);
 };
 
 }  // namespace fnrk::engine::cursor

@@ -24,18 +24,20 @@ class RecordFunctions {
     virtual ~RecordFunctions() = default;
 
     // --- typed fields of the current record (text in UTF-8)
-    Status GetText(const dbf::Field& field, std::string& text, std::uint16_t trimOption);
-    Status SetText(const dbf::Field& field, std::string_view text);
-    Status GetNumber(const dbf::Field& field, double& value);
-    Status SetNumber(const dbf::Field& field, double value);
-    Status GetLogical(const dbf::Field& field, bool& value);
-    Status SetLogical(const dbf::Field& field, bool value);
-    Status GetJulian(const dbf::Field& field, std::int32_t& julian);
-    Status SetJulian(const dbf::Field& field, std::int32_t julian);
+    [[nodiscard]] Status GetText(const dbf::Field& field, std::string& text,
+                                 std::uint16_t trimOption);
+    [[nodiscard]] Status SetText(const dbf::Field& field, std::string_view text);
+    [[nodiscard]] Status GetNumber(const dbf::Field& field, double& value);
+    [[nodiscard]] Status SetNumber(const dbf::Field& field, double value);
+    [[nodiscard]] Status GetLogical(const dbf::Field& field, bool& value);
+    [[nodiscard]] Status SetLogical(const dbf::Field& field, bool value);
+    [[nodiscard]] Status GetJulian(const dbf::Field& field, std::int32_t& julian);
+    [[nodiscard]] Status SetJulian(const dbf::Field& field, std::int32_t julian);
 
     // --- searches: the first record from the top (or bottom) meeting the condition, then on
-    Status Locate(std::string_view expression, bool forward, bool& found, std::string& message);
-    Status Continue(bool& found);
+    [[nodiscard]] Status Locate(std::string_view expression, bool forward, bool& found,
+                                std::string& message);
+    [[nodiscard]] Status Continue(bool& found);
 
     // Compiles a logical condition over this table's fields; no value and a reason in
     // `message` when it does not compile or is not logical.
@@ -48,15 +50,15 @@ class RecordFunctions {
     virtual const char* RecordBytes() = 0;
     virtual std::uint32_t CurrentRecordNumber() const = 0;
     // Makes the current record writable; EditedRecord() is valid after it succeeded.
-    virtual Status BeginEdit() = 0;
+    [[nodiscard]] virtual Status BeginEdit() = 0;
     virtual char* EditedRecord() = 0;
     // Memo contents as stored (Windows-1252 for text memos).
-    virtual Status ReadMemo(const dbf::Field& field, std::string& data) = 0;
-    virtual Status WriteMemo(const dbf::Field& field, std::uint32_t memoType,
-                             std::string_view data) = 0;
+    [[nodiscard]] virtual Status ReadMemo(const dbf::Field& field, std::string& data) = 0;
+    [[nodiscard]] virtual Status WriteMemo(const dbf::Field& field, std::uint32_t memoType,
+                                           std::string_view data) = 0;
     // Navigation in record order for the searches; EOF ends them.
-    virtual Status StepToEnd(bool top) = 0;
-    virtual Status StepBy(std::int32_t records) = 0;
+    [[nodiscard]] virtual Status StepToEnd(bool top) = 0;
+    [[nodiscard]] virtual Status StepBy(std::int32_t records) = 0;
     virtual bool PastEnd(bool forward) const = 0;
     virtual void MoveBeyondLast() = 0;
 

@@ -5,7 +5,9 @@
 namespace fnrk::engine::cursor {
 
 TableCursor::~TableCursor() {
-    Commit();
+    // A destructor cannot answer; a record change that cannot be written is lost with the
+    // cursor, whose owner closed it without flushing.
+    IgnoreStatus(Commit());
 }
 
 Status TableCursor::Open(const std::string& path, std::string alias, dbf::OpenRequest request,

@@ -27,17 +27,17 @@ class TableCursor final : public RecordFunctions {
     TableCursor(const TableCursor&) = delete;
     TableCursor& operator=(const TableCursor&) = delete;
 
-    Status Open(const std::string& path, std::string alias, dbf::OpenRequest request,
-                std::string& message);
+    [[nodiscard]] Status Open(const std::string& path, std::string alias, dbf::OpenRequest request,
+                              std::string& message);
     const std::string& alias() const { return alias_; }
     dbf::TableFile& file() { return file_; }
     const dbf::TableHeader& header() const { return file_.header(); }
 
     // --- navigation (filters and the ShowDeleted setting apply, except to GotoRecord)
-    Status GotoTop();
-    Status GotoBottom();
-    Status GotoRecord(std::uint32_t record);
-    Status Skip(std::int32_t records);
+    [[nodiscard]] Status GotoTop();
+    [[nodiscard]] Status GotoBottom();
+    [[nodiscard]] Status GotoRecord(std::uint32_t record);
+    [[nodiscard]] Status Skip(std::int32_t records);
     bool atBof() const { return atBof_; }
     // Sets BOF on the current record: index orders find their first record themselves.
     void MarkBof() { atBof_ = true; }
@@ -46,23 +46,24 @@ class TableCursor final : public RecordFunctions {
     std::uint32_t recordNumber() const { return atEof_ ? 0 : record_; }
 
     // --- records
-    Status Append();
-    Status SetDeleted(bool deleted);
+    [[nodiscard]] Status Append();
+    [[nodiscard]] Status SetDeleted(bool deleted);
     bool IsDeleted() { return CurrentRecord()[0] == '*'; }
     bool IsVisible();
     std::string_view CurrentRecordBytes() { return {CurrentRecord(), header().recordLength}; }
-    Status SetRecord(std::string_view bytes);
+    [[nodiscard]] Status SetRecord(std::string_view bytes);
     // Writes pending changes of the current record.
-    Status Commit();
-    Status Count(bool respectFilters, std::uint32_t& count);
+    [[nodiscard]] Status Commit();
+    [[nodiscard]] Status Count(bool respectFilters, std::uint32_t& count);
 
     // --- fields (names in any letter case)
     const dbf::Field* FindField(std::string_view name) const;
-    Status GetMemo(const dbf::Field& field, memo::MemoBlock& memo);
-    Status SetMemo(const dbf::Field& field, std::uint32_t type, std::string_view data);
+    [[nodiscard]] Status GetMemo(const dbf::Field& field, memo::MemoBlock& memo);
+    [[nodiscard]] Status SetMemo(const dbf::Field& field, std::uint32_t type,
+                                 std::string_view data);
 
     // --- filters and searches
-    Status SetFilter(std::string_view expression, std::string& message);
+    [[nodiscard]] Status SetFilter(std::string_view expression, std::string& message);
     const std::string& filterText() const { return filterText_; }
     void ClearFilter() { filter_.reset(), filterText_.clear(); }
     // A further test every visible record must pass (the optimized filter); empty for none.
@@ -70,17 +71,17 @@ class TableCursor final : public RecordFunctions {
     void SetRecordGate(RecordGate gate) { gate_ = std::move(gate); }
 
     // --- locks (record 0 means the current record)
-    Status LockRecord(std::uint32_t record);
-    Status UnlockRecord(std::uint32_t record);
-    Status LockTable();
-    Status UnlockTable();
+    [[nodiscard]] Status LockRecord(std::uint32_t record);
+    [[nodiscard]] Status UnlockRecord(std::uint32_t record);
+    [[nodiscard]] Status LockTable();
+    [[nodiscard]] Status UnlockTable();
     bool tableLocked() const { return tableLocked_; }
     bool IsRecordLocked(std::uint32_t record) const;
     std::uint16_t lockCount() const { return static_cast<std::uint16_t>(lockedRecords_.size()); }
 
-    Status Pack(std::string& message);
-    Status Zap(std::string& message);
-    Status Flush();
+    [[nodiscard]] Status Pack(std::string& message);
+    [[nodiscard]] Status Zap(std::string& message);
+    [[nodiscard]] Status Flush();
 
   private:
     const char* CurrentRecord();
@@ -93,15 +94,15 @@ class TableCursor final : public RecordFunctions {
     std::uint32_t CommittedMemoBlock(const dbf::Field& field);
     // Makes the current record writable: current, not read-only, locked (an implicit lock in
     // shared mode when the handle holds none), copied into the edit buffer.
-    Status BeginEdit() override;
+    [[nodiscard]] Status BeginEdit() override;
     char* EditedRecord() override { return edit_.data(); }
     const char* RecordBytes() override { return CurrentRecord(); }
     std::uint32_t CurrentRecordNumber() const override { return record_; }
-    Status ReadMemo(const dbf::Field& field, std::string& data) override;
-    Status WriteMemo(const dbf::Field& field, std::uint32_t memoType,
-                     std::string_view data) override;
-    Status StepToEnd(bool top) override { return top ? GotoTop() : GotoBottom(); }
-    Status StepBy(std::int32_t records) override { return Skip(records); }
+    [[nodiscard]] Status ReadMemo(const dbf::Field& field, std::string& data) override;
+    [[nodiscard]] Status WriteMemo(const dbf::Field& field, std::uint32_t memoType,
+                                   std::string_view data) override;
+    [[nodiscard]] Status StepToEnd(bool top) override { return top ? GotoTop() : GotoBottom(); }
+    [[nodiscard]] Status StepBy(std::int32_t records) override { return Skip(records); }
     bool PastEnd(bool forward) const override { return atEof_ || (atBof_ && !forward); }
     void MoveBeyondLast() override { MoveToEof(); }
     std::unique_ptr<expr::FieldResolver> FieldNames() const override;

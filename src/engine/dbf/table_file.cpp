@@ -91,7 +91,8 @@ Status TableFile::Create(const std::string& path, std::vector<Field> fields,
 }
 
 TableFile::~TableFile() {
-    Flush();
+    // A destructor cannot answer; Flush is the place to hear a failed write.
+    IgnoreStatus(Flush());
 }
 
 Status TableFile::Open(const std::string& path, OpenRequest request, std::string& message) {

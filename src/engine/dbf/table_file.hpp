@@ -29,15 +29,15 @@ class TableFile {
   public:
     // Writes an empty table (and an empty memo file when a field needs one). An existing file is
     // replaced. AE_SUCCESS or a status with `message` set.
-    static Status Create(const std::string& path, std::vector<Field> fields,
-                         std::uint16_t memoBlockSize, std::string& message);
+    [[nodiscard]] static Status Create(const std::string& path, std::vector<Field> fields,
+                                       std::uint16_t memoBlockSize, std::string& message);
 
     TableFile() = default;
     ~TableFile();
     TableFile(const TableFile&) = delete;
     TableFile& operator=(const TableFile&) = delete;
 
-    Status Open(const std::string& path, OpenRequest request, std::string& message);
+    [[nodiscard]] Status Open(const std::string& path, OpenRequest request, std::string& message);
 
     const TableHeader& header() const { return header_; }
     const std::string& path() const { return path_; }
@@ -58,8 +58,8 @@ class TableFile {
     void SetCipher(std::shared_ptr<const crypt::FileCipher> cipher);
     // Exclusive use only: rewrites every record and memo under `cipher` (null: plain) and
     // stores `reserved` as the header's reserved bytes, which carry the encryption mark.
-    Status Recode(std::shared_ptr<const crypt::FileCipher> cipher,
-                  const std::array<std::uint8_t, 16>& reserved, std::string& message);
+    [[nodiscard]] Status Recode(std::shared_ptr<const crypt::FileCipher> cipher,
+                                const std::array<std::uint8_t, 16>& reserved, std::string& message);
 
     std::uint32_t recordCount() const { return header_.recordCount; }
     // Re-reads the record count from the file (other handles may have appended).
@@ -75,23 +75,24 @@ class TableFile {
 
     // Writes a whole record over record `record`; `oldRecord` is what it held before (for the
     // upkeep hook).
-    Status WriteRecord(std::uint32_t record, std::string_view oldRecord, std::string_view bytes);
+    [[nodiscard]] Status WriteRecord(std::uint32_t record, std::string_view oldRecord,
+                                     std::string_view bytes);
     // Appends a record and returns its number.
-    Status AppendRecord(std::string_view bytes, std::uint32_t& record);
+    [[nodiscard]] Status AppendRecord(std::string_view bytes, std::uint32_t& record);
     // Shared use: appends a blank record under the header lock, so that other handles count it,
     // without telling the observer; its first WriteRecord is announced as BlankFilled. Its keys
     // are then written once, with the record's contents, instead of blank keys made and removed.
-    Status AppendBlank(std::uint32_t& record);
+    [[nodiscard]] Status AppendBlank(std::uint32_t& record);
     // Exclusive use only: numbers a new record without writing it; the first WriteRecord of it
     // writes it (and the end-of-file mark), announced to the observer as an append.
-    Status ReserveRecord(std::uint32_t& record);
+    [[nodiscard]] Status ReserveRecord(std::uint32_t& record);
 
     // Exclusive use only: drops the deleted records, and from the memo file every memo that no
     // kept record points to.
-    Status Pack(std::string& message);
-    Status Zap(std::string& message);
+    [[nodiscard]] Status Pack(std::string& message);
+    [[nodiscard]] Status Zap(std::string& message);
     // Writes a pending record count and pushes the file to disk.
-    Status Flush();
+    [[nodiscard]] Status Flush();
 
     void SetObserver(UpkeepObserver* observer) { observer_ = observer; }
     const std::string& BlankRecord() const { return blank_; }
@@ -102,17 +103,18 @@ class TableFile {
     }
     bool WriteHeaderPrefix();
     // Writes a new last record (under the header lock when shared) without telling the observer.
-    Status WriteAppended(std::string_view bytes, std::uint32_t& record);
-    Status RequireExclusiveWrite(const char* operation, std::string& message) const;
+    [[nodiscard]] Status WriteAppended(std::string_view bytes, std::uint32_t& record);
+    [[nodiscard]] Status RequireExclusiveWrite(const char* operation, std::string& message) const;
     // Makes `count` the number of records: end-of-file mark, file cut after it, header updated.
-    Status EndAfter(std::uint32_t count, std::string& message);
+    [[nodiscard]] Status EndAfter(std::uint32_t count, std::string& message);
     // Copies the memos of the records a pack keeps into `packed`, opened on the new, empty memo
     // file at `path`; `moved` maps each of their old blocks to its new one.
-    Status CopyKeptMemos(const std::string& path, memo::MemoFile& packed,
-                         std::unordered_map<std::uint32_t, std::uint32_t>& moved,
-                         std::string& message);
+    [[nodiscard]] Status CopyKeptMemos(const std::string& path, memo::MemoFile& packed,
+                                       std::unordered_map<std::uint32_t, std::uint32_t>& moved,
+                                       std::string& message);
     // Builds the packed memo file beside the old one and renames it over it.
-    Status PackMemos(std::unordered_map<std::uint32_t, std::uint32_t>& moved, std::string& message);
+    [[nodiscard]] Status PackMemos(std::unordered_map<std::uint32_t, std::uint32_t>& moved,
+                                   std::string& message);
     void StampUpdateDate();
     // XORs the bytes of record `record` after its deletion flag with their keystream, which
     // encrypts and decrypts alike; nothing for a plain table.

@@ -46,27 +46,30 @@ struct DictionaryUser {
 class DataDictionary {
   public:
     // Writes a new dictionary; AE_DICTIONARY_ALREADY_EXISTS when the file is there.
-    static Status Create(const std::string& path, bool encrypt, std::string_view description,
-                         DataDictionary& created, std::string& message);
+    [[nodiscard]] static Status Create(const std::string& path, bool encrypt,
+                                       std::string_view description, DataDictionary& created,
+                                       std::string& message);
     // AE_FILE_NOT_FOUND, or AE_INVALID_DICTIONARY_FILE for a file that is not one of ours.
-    static Status Load(const std::string& path, DataDictionary& loaded, std::string& message);
+    [[nodiscard]] static Status Load(const std::string& path, DataDictionary& loaded,
+                                     std::string& message);
 
     const std::string& path() const { return path_; }
     std::string folder() const;
 
     // Whether `user` may connect with `password`. The administrator has no password until one
     // is set (ADS_DD_ADMIN_PASSWORD): a new dictionary lets it in, as it must to be set up.
-    Status CheckLogin(std::string_view user, std::string_view password) const;
+    [[nodiscard]] Status CheckLogin(std::string_view user, std::string_view password) const;
     static bool IsAdministrator(std::string_view user);
 
-    Status AddTable(DictionaryTable table, std::string& message);
-    Status AddView(DictionaryView view, std::string& message);
-    Status CreateUser(std::string_view group, std::string_view name, std::string_view password,
-                      std::string_view description, std::string& message);
-    Status SetDatabaseProperty(std::uint16_t property, std::string_view value,
-                               std::string& message);
-    Status SetUserProperty(std::string_view user, std::uint16_t property, std::string_view value,
-                           std::string& message);
+    [[nodiscard]] Status AddTable(DictionaryTable table, std::string& message);
+    [[nodiscard]] Status AddView(DictionaryView view, std::string& message);
+    [[nodiscard]] Status CreateUser(std::string_view group, std::string_view name,
+                                    std::string_view password, std::string_view description,
+                                    std::string& message);
+    [[nodiscard]] Status SetDatabaseProperty(std::uint16_t property, std::string_view value,
+                                             std::string& message);
+    [[nodiscard]] Status SetUserProperty(std::string_view user, std::uint16_t property,
+                                         std::string_view value, std::string& message);
 
     // By name, in any letter case.
     const DictionaryTable* FindTable(std::string_view name) const;
@@ -78,7 +81,7 @@ class DataDictionary {
     std::optional<std::string> DatabaseProperty(std::uint16_t property) const;
 
   private:
-    Status Save(std::string& message) const;
+    [[nodiscard]] Status Save(std::string& message) const;
     bool NameTaken(std::string_view name) const;
 
     std::string path_;

@@ -180,12 +180,13 @@ Status IndexOrder::CountKeys(std::uint16_t filterOption, std::uint32_t& count) {
         const cdx::IndexEntry entry = indexTag().EntryAt(at);
         if (!InScope(entry.key)) break;
         if (filterOption == ADS_RESPECTFILTERS) {
-            table_.GotoRecord(entry.record);
+            if (Status status = table_.GotoRecord(entry.record); status != AE_SUCCESS)
+                return status;
             if (!table_.IsVisible()) continue;
         }
         ++count;
     }
-    if (filterOption == ADS_RESPECTFILTERS) table_.GotoRecord(saved);
+    if (filterOption == ADS_RESPECTFILTERS) return table_.GotoRecord(saved);
     return AE_SUCCESS;
 }
 

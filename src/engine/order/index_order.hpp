@@ -25,14 +25,14 @@ class IndexOrder {
 
     OpenTag& tag() const { return tag_; }
 
-    Status GotoTop();
-    Status GotoBottom();
-    Status Skip(std::int32_t count);
+    [[nodiscard]] Status GotoTop();
+    [[nodiscard]] Status GotoBottom();
+    [[nodiscard]] Status Skip(std::int32_t count);
     // `probe` is key bytes; shorter than the key it is a partial key. A soft seek that finds no
     // equal key stays on the next key; a hard one goes to EOF. `last` finds the last equal key.
-    Status Seek(std::string_view probe, bool soft, bool last, bool& found);
+    [[nodiscard]] Status Seek(std::string_view probe, bool soft, bool last, bool& found);
     // The first key after every key equal to the probe; `found` tells whether there is one.
-    Status SeekAfter(std::string_view probe, bool& found);
+    [[nodiscard]] Status SeekAfter(std::string_view probe, bool& found);
 
     void SetScope(ScopeEnd end, std::string key);
     void ClearScope(ScopeEnd end);
@@ -42,11 +42,11 @@ class IndexOrder {
 
     // ADS_IGNOREFILTERS: every key; ADS_RESPECTSCOPES: keys within the scopes;
     // ADS_RESPECTFILTERS: visible records within the scopes.
-    Status CountKeys(std::uint16_t filterOption, std::uint32_t& count);
-    Status GetRelKeyPos(double& position);
-    Status SetRelKeyPos(double position);
+    [[nodiscard]] Status CountKeys(std::uint16_t filterOption, std::uint32_t& count);
+    [[nodiscard]] Status GetRelKeyPos(double& position);
+    [[nodiscard]] Status SetRelKeyPos(double position);
     // The current record's key in this tag (empty when it does not qualify).
-    Status ExtractKey(std::string& key);
+    [[nodiscard]] Status ExtractKey(std::string& key);
     // The current record has a key in this tag, within the scopes.
     bool CurrentRecordInScope();
 
@@ -72,7 +72,7 @@ class IndexOrder {
     // From `at` on (itself included) in `direction`, the first entry in scope whose record is
     // visible; the table is left on it. Invalid when none.
     cdx::TagPosition Settle(cdx::TagPosition at, int direction);
-    Status GoEof();
+    [[nodiscard]] Status GoEof();
 
     cursor::TableCursor& table_;
     OpenTag& tag_;

@@ -47,17 +47,17 @@ class TableIndexes final : public dbf::UpkeepObserver {
     // The index file that the table's header flag names: same stem, ".cdx".
     std::filesystem::path StructuralPath() const;
     // Opens the structural index when the table's header says it has one.
-    Status OpenStructural(std::string& message);
+    [[nodiscard]] Status OpenStructural(std::string& message);
     // Opens an index file; its tags join tags(). AE_INDEX_ALREADY_OPEN when it is open.
-    Status OpenFile(const std::filesystem::path& path, std::string& message);
+    [[nodiscard]] Status OpenFile(const std::filesystem::path& path, std::string& message);
     // Closes the file that holds `tag`, and with it all of that file's tags.
     void CloseFileOf(const OpenTag* tag);
     // Builds a tag (replacing one of the same name) in an index file, opening or creating it.
     // An empty path means the structural index, whose flag is then set in the table header.
-    Status CreateTag(std::filesystem::path path, const TagRequest& request, std::string& message,
-                     OpenTag*& created);
+    [[nodiscard]] Status CreateTag(std::filesystem::path path, const TagRequest& request,
+                                   std::string& message, OpenTag*& created);
     // Rebuilds every open index file from the records.
-    Status Reindex(std::string& message);
+    [[nodiscard]] Status Reindex(std::string& message);
     void SetProgress(BuildProgress progress) { progress_ = std::move(progress); }
 
     cursor::TableCursor& table() { return table_; }

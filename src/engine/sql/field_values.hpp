@@ -33,20 +33,21 @@ struct JulianDay {
 };
 using FieldValue = std::variant<BlankValue, std::string, double, JulianDay, bool>;
 
-Status ReadFieldInfos(Operations& engine, Handle table, std::vector<FieldInfo>& fields);
+[[nodiscard]] Status ReadFieldInfos(Operations& engine, Handle table,
+                                    std::vector<FieldInfo>& fields);
 
 // The column type a field is declared with in SQL.
 std::string SqlColumnType(const FieldInfo& field);
 
 // Sets the result of `context` to the field's value in the current record.
-Status ResultFieldValue(Operations& engine, Handle table, const FieldInfo& field,
-                        sqlite3_context* context);
+[[nodiscard]] Status ResultFieldValue(Operations& engine, Handle table, const FieldInfo& field,
+                                      sqlite3_context* context);
 
 // Converts a SQL value for the field; empty on success, else why it does not fit.
 std::string ToFieldValue(const FieldInfo& field, sqlite3_value* value, FieldValue& out);
 
-Status WriteFieldValue(Operations& engine, Handle table, const FieldInfo& field,
-                       const FieldValue& value);
+[[nodiscard]] Status WriteFieldValue(Operations& engine, Handle table, const FieldInfo& field,
+                                     const FieldValue& value);
 
 // "YYYY-MM-DD" of a julian day, and back (none for anything else).
 std::string IsoDate(std::int32_t julian);

@@ -52,8 +52,8 @@ class PendingWrites {
 
     std::string OpenWriter();
     std::string LockFor(std::uint32_t record);
-    Status ApplyChange(Change& change);
-    Status WriteValues(const Values& values);
+    [[nodiscard]] Status ApplyChange(Change& change);
+    [[nodiscard]] Status WriteValues(const Values& values);
     void Close();
 
     TableSource& source_;

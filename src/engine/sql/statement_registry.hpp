@@ -36,12 +36,12 @@ class StatementRegistry {
     // The settings of a statement, or null for an unknown handle.
     StatementSettings* Settings(Handle statement);
 
-    Status Prepare(Handle statement, std::string_view sql, std::string& message);
+    [[nodiscard]] Status Prepare(Handle statement, std::string_view sql, std::string& message);
     // Runs the prepared statement; a query gives a cursor handle, other statements 0.
-    Status Execute(Handle statement, Handle& cursor, std::string& message);
-    Status StatementOf(Handle cursor, Handle& statement) const;
+    [[nodiscard]] Status Execute(Handle statement, Handle& cursor, std::string& message);
+    [[nodiscard]] Status StatementOf(Handle cursor, Handle& statement) const;
     // Closes the statement's cursors and forgets it.
-    Status Close(Handle statement);
+    [[nodiscard]] Status Close(Handle statement);
 
     std::size_t statementCount() const { return statements_.size(); }
     std::size_t cursorCount() const;

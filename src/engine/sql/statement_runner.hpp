@@ -34,7 +34,7 @@ enum class RunMode { PrepareOnly, Execute };
 
 // On failure the message gives the reason and, when SQLite knows it, the position (1-based, in
 // the statement as given); writes of a failed statement are not applied.
-Status RunStatement(TableSource& source, std::string_view statement, RunMode mode,
-                    StatementResult& result, std::string& message);
+[[nodiscard]] Status RunStatement(TableSource& source, std::string_view statement, RunMode mode,
+                                  StatementResult& result, std::string& message);
 
 }  // namespace fnrk::engine::sql

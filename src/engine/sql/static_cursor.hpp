@@ -17,8 +17,8 @@ namespace fnrk::engine::sql {
 std::vector<FieldInfo> CursorFields(const StatementResult& result);
 
 // Creates the file `path` with the rows of `result` and leaves it open at its first row.
-Status MaterializeCursor(TableSource& source, const std::string& path,
-                         const StatementResult& result, bool readOnly, Handle& cursor,
-                         std::string& message);
+[[nodiscard]] Status MaterializeCursor(TableSource& source, const std::string& path,
+                                       const StatementResult& result, bool readOnly, Handle& cursor,
+                                       std::string& message);
 
 }  // namespace fnrk::engine::sql

@@ -38,7 +38,8 @@ struct TableSource {
 
     // Opens the table file `path` shared under a private alias, with its password when it is
     // encrypted. The message says what failed.
-    Status OpenTable(const std::string& path, bool readOnly, Handle& table, std::string& message);
+    [[nodiscard]] Status OpenTable(const std::string& path, bool readOnly, Handle& table,
+                                   std::string& message);
 };
 
 }  // namespace fnrk::engine::sql

@@ -86,8 +86,8 @@ class EngineDictionaryTest : public SqlTest {
         const Handle act = Open("SOC1_act");
         for (const auto& row : Rows(act, {"ACCOUNTGL", "AMOUNT"}))
             if (open.contains(row[0])) amounts.insert(row[1]);
-        engine.CloseTable(acf);
-        engine.CloseTable(act);
+        EXPECT_EQ(engine.CloseTable(acf), AE_SUCCESS);
+        EXPECT_EQ(engine.CloseTable(act), AE_SUCCESS);
         return amounts;
     }
 

@@ -43,9 +43,14 @@ class CursorMemoTest : public SqlTest {
 
     // Writes `text` into the NOTE of every record of `table` and returns the memo file size.
     std::uint64_t RewriteNotes(Handle table, const std::string& text) {
-        for (engine.GotoTop(table); !Eof(table); engine.Skip(table, 1)) {
+        EXPECT_EQ(engine.GotoTop(table), AE_SUCCESS);
+        while (!Eof(table)) {
             EXPECT_EQ(engine.SetString(table, "NOTE", text.empty() ? String(table, "NOTE") : text),
                       AE_SUCCESS);
+            if (engine.Skip(table, 1) != AE_SUCCESS) {
+                ADD_FAILURE() << "Skip failed";
+                break;
+            }
         }
         EXPECT_EQ(engine.GotoTop(table), AE_SUCCESS);
         return MemoFileSize(table);

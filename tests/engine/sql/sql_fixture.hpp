@@ -54,7 +54,7 @@ class SqlTest : public EngineTest {
     std::string LastErrorText() {
         Status code = 0;
         std::string text;
-        engine.GetLastError(code, text);
+        EXPECT_EQ(engine.GetLastError(code, text), AE_SUCCESS);
         return text;
     }
 

@@ -64,6 +64,9 @@ class EngineTest : public ::testing::Test {
         return record;
     }
 
+    // Steps of a walk over `table` in the for loops of the tests.
+    void Top(Handle table) { ASSERT_EQ(engine.GotoTop(table), AE_SUCCESS); }
+    void Next(Handle table) { ASSERT_EQ(engine.Skip(table, 1), AE_SUCCESS); }
     bool Eof(Handle table) {
         bool eof = false;
         EXPECT_EQ(engine.AtEOF(table, eof), AE_SUCCESS);

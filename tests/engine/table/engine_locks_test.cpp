@@ -35,8 +35,8 @@ class EngineLocks : public EngineTest {
                     own.OpenTable(folder, "shared", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
                                   ADS_IGNORERIGHTS, ADS_SHARED, table) == 0 &&
                     work(own, table, child);
-                own.CloseAllTables();
-                _exit(ok ? 0 : 1);
+                const bool closed = own.CloseAllTables() == AE_SUCCESS;
+                _exit(ok && closed ? 0 : 1);
             }
             children.push_back(pid);
         }
@@ -110,7 +110,7 @@ TEST_F(EngineLocks, ExclusiveAndSharedOpensExcludeEachOther) {
 
 TEST_F(EngineLocks, LocksOfADeadProcessAreReleased) {
     const int held = RunChildren(1, [](Engine& own, Handle table, int) {
-        own.LockRecord(table, 2);
+        if (own.LockRecord(table, 2) != AE_SUCCESS) _exit(1);
         _exit(0);  // dies without unlocking
         return true;
     });
@@ -160,7 +160,8 @@ TEST_F(EngineLocks, ConcurrentAppendsKeepEveryRecordOnce) {
     const Handle table = Open("shared");
     EXPECT_EQ(Count(table, ADS_IGNOREFILTERS), 3u + kProcesses * kAppends);
     std::multiset<std::int32_t> ids;
-    for (engine.GotoRecord(table, 4); !Eof(table); engine.Skip(table, 1)) {
+    EXPECT_EQ(engine.GotoRecord(table, 4), AE_SUCCESS);
+    for (; !Eof(table); Next(table)) {
         std::int32_t id = 0;
         ASSERT_EQ(engine.GetLong(table, "ID", id), AE_SUCCESS);
         ids.insert(id);

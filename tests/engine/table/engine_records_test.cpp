@@ -283,8 +283,7 @@ TEST_F(EngineRecords, PackZapAndReadOnly) {
     ASSERT_EQ(engine.PackTable(table), AE_SUCCESS);
     EXPECT_EQ(Count(table, ADS_IGNOREFILTERS), 4u);
     std::vector<std::string> codes;
-    for (engine.GotoTop(table); !Eof(table); engine.Skip(table, 1))
-        codes.push_back(String(table, "CODE"));
+    for (Top(table); !Eof(table); Next(table)) codes.push_back(String(table, "CODE"));
     EXPECT_EQ(codes, (std::vector<std::string>{"C1    ", "C3    ", "C4    ", "C6    "}));
     const auto packedSize = std::filesystem::file_size(dir / "stock.dbf");
     EXPECT_EQ(packedSize, 32u + 8 * 32 + 2 + 4 * 57 + 1);

@@ -77,7 +77,7 @@ class MemoPack : public EngineTest {
 
     std::vector<Row> Contents(Handle table) {
         std::vector<Row> rows;
-        for (engine.GotoTop(table); !Eof(table); engine.Skip(table, 1)) {
+        for (Top(table); !Eof(table); Next(table)) {
             rows.push_back({platform::Trim(String(table, "CODE")), String(table, "NOTE"),
                             String(table, "PIC")});
         }
@@ -87,7 +87,7 @@ class MemoPack : public EngineTest {
     std::string LastError() {
         Status code = AE_SUCCESS;
         std::string text;
-        engine.GetLastError(code, text);
+        EXPECT_EQ(engine.GetLastError(code, text), AE_SUCCESS);
         return text;
     }
 
@@ -227,8 +227,7 @@ TEST_F(MemoPack, FixtureTableKeepsTheNotesOfItsLiveRecords) {
     const Handle table = Open("people", ADS_EXCLUSIVE);
     ASSERT_EQ(engine.PackTable(table), AE_SUCCESS) << LastError();
     std::vector<std::string> notes;
-    for (engine.GotoTop(table); !Eof(table); engine.Skip(table, 1))
-        notes.push_back(String(table, "NOTE"));
+    for (Top(table); !Eof(table); Next(table)) notes.push_back(String(table, "NOTE"));
     EXPECT_EQ(notes, liveNotes);
     ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
     EXPECT_EQ(MemoFileSize("people"), expectedSize);
