@@ -131,7 +131,7 @@ Status FRCDatabase::FindConnection25(std::string_view fullPath, Handle& connecti
             return AE_SUCCESS;
         }
     }
-    return Report(AE_NO_CONNECTION, "no connection to " + std::string(fullPath));
+    return Report(AE_NO_CONNECTION, "no connection to " + WithoutPassword(fullPath));
 }
 
 void FRCDatabase::CloseTableEntry(Handle table) {

@@ -1,8 +1,8 @@
 #pragma once
 
-// FRCDatabase: the engine's operation set over SQL databases (SQLite embedded; the dialect
-// decides the engine). Each connection opens one database; tables, index tags, records and
-// locks live in it (see TableStore and RecordLocks). Handles are handed out from handleStart
+// FRCDatabase: the engine's operation set over SQL databases (SQLite embedded, PostgreSQL on a
+// server; the dialect decides the engine). Each connection opens one database; tables, index
+// tags and records live in it, locks are the database's (see TableStore and TableLocks). Handles are handed out from handleStart
 // up, within the backend's range.
 //
 // Not offered (AE_NOT_IMPLEMENTED): encryption, SQL statements and data dictionaries; a SQL

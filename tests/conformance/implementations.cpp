@@ -2,20 +2,36 @@
 
 #include "backend/frc_database.hpp"
 #include "engine/engine.hpp"
+#include "support/postgres_server.hpp"
 
 namespace fnrk::conformance {
 
 using namespace engine;  // option and status numbers
 
+namespace {
+
+std::unique_ptr<Operations> Backend() {
+    auto backend = std::make_unique<backend::FRCDatabase>();
+    backend->handleStart(300'000);
+    return backend;
+}
+
+std::string Folder(const std::filesystem::path& folder) {
+    return folder.string();
+}
+
+// A schema named after the test's folder: empty, and the same for a second connection.
+std::string PostgresSchema(const std::filesystem::path& folder) {
+    return fnrk::testing::PostgresServer::Shared().ConnectionPath(folder.filename().string());
+}
+
+}  // namespace
+
 std::vector<Implementation> Implementations() {
     return {
-        {"Engine", [] { return std::make_unique<Engine>(); }},
-        {"SQLite",
-         [] {
-             auto backend = std::make_unique<backend::FRCDatabase>();
-             backend->handleStart(300'000);
-             return backend;
-         }},
+        {"Engine", [] { return std::make_unique<Engine>(); }, Folder},
+        {"SQLite", Backend, Folder},
+        {"PostgreSQL", Backend, PostgresSchema},
     };
 }
 
@@ -31,13 +47,15 @@ void Configure(Operations& ops) {
 void Conformance::SetUp() {
     ops = GetParam().make();
     Configure(*ops);
-    ASSERT_EQ(ops->Connect26(folder.path().string(), ADS_LOCAL_SERVER, connection), AE_SUCCESS);
+    ASSERT_EQ(ops->Connect26(GetParam().where(folder.path()), ADS_LOCAL_SERVER, connection),
+              AE_SUCCESS);
 }
 
 std::unique_ptr<Operations> Conformance::SecondConnection(Handle& second) {
     auto other = GetParam().make();
     Configure(*other);
-    EXPECT_EQ(other->Connect26(folder.path().string(), ADS_LOCAL_SERVER, second), AE_SUCCESS);
+    EXPECT_EQ(other->Connect26(GetParam().where(folder.path()), ADS_LOCAL_SERVER, second),
+              AE_SUCCESS);
     return other;
 }
 

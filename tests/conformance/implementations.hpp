@@ -1,10 +1,12 @@
 #pragma once
 
 // The implementations of the engine's operation set that the conformance suite runs against,
-// each opened on a folder of its own.
+// each on an empty place of its own: a folder for the engine and SQLite, a schema of the test
+// program's throwaway server for PostgreSQL.
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <ostream>
@@ -22,6 +24,8 @@ using engine::Status;
 struct Implementation {
     std::string name;
     std::function<std::unique_ptr<engine::Operations>()> make;
+    // The connection path of the test's place, given the test's own empty folder.
+    std::function<std::string(const std::filesystem::path&)> where;
 };
 
 std::vector<Implementation> Implementations();
