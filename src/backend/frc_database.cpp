@@ -13,7 +13,9 @@ using namespace engine;  // status numbers and option constants
 FRCDatabase::FRCDatabase() = default;
 
 FRCDatabase::~FRCDatabase() {
-    // Tables before the sessions they use.
+    // Cursors, then tables, then the sessions they use.
+    if (statements_) statements_->CloseAll();
+    statements_.reset();
     tables_.clear();
     connections_.clear();
 }
@@ -141,6 +143,7 @@ void FRCDatabase::CloseTableEntry(Handle table) {
 
 Status FRCDatabase::Disconnect(Handle connection) {
     if (connection != 0 && !FindConnection(connection)) return Report(AE_INVALID_CONNECTION_HANDLE);
+    if (statements_) statements_->CloseAll(connection);
     std::vector<Handle> closing;
     for (const auto& [handle, entry] : tables_) {
         if (connection == 0 || entry.connection == connection) closing.push_back(handle);

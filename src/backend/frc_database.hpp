@@ -2,11 +2,14 @@
 
 // FRCDatabase: the engine's operation set over SQL databases (SQLite embedded, PostgreSQL on a
 // server; the dialect decides the engine). Each connection opens one database; tables, index
-// tags and records live in it, locks are the database's (see TableStore and TableLocks). Handles are handed out from handleStart
-// up, within the backend's range.
+// tags and records live in it, locks are the database's (see TableStore and TableLocks). Handles
+// are handed out from handleStart up, within the backend's range.
 //
-// Not offered (AE_NOT_IMPLEMENTED): encryption, SQL statements and data dictionaries; a SQL
-// dossier keeps its data in the database's own care.
+// SQL statements run over the backend's own operations, as the engine's run over its files, and
+// their static cursors are tables of the connection's database.
+//
+// Not offered (AE_NOT_IMPLEMENTED): encryption and data dictionaries; a SQL dossier keeps its
+// data in the database's own care.
 
 #include <map>
 #include <memory>
@@ -17,6 +20,7 @@
 #include "backend/sql_backend.hpp"
 #include "backend/sql_dialect.hpp"
 #include "engine/cursor/engine_settings.hpp"
+#include "engine/sql/statement_registry.hpp"
 
 namespace fnrk::backend {
 
@@ -98,6 +102,9 @@ class FRCDatabase final : public SqlBackend {
                       std::uint32_t options, Handle& table);
     Status Connect(std::string_view path, std::uint16_t serverType, Handle& connection);
     void CloseTableEntry(Handle table);
+    engine::sql::StatementRegistry& Statements();
+    Status OnStatement(Handle statement,
+                       const std::function<Status(engine::sql::StatementSettings&)>& body);
 
     Handle handleStart_ = 0;
     Handle issued_ = 0;
@@ -109,6 +116,7 @@ class FRCDatabase final : public SqlBackend {
     std::map<Handle, IndexEntry> indexes_;
     Status lastError_ = engine::AE_SUCCESS;
     std::string lastErrorText_;
+    std::unique_ptr<engine::sql::StatementRegistry> statements_;
 };
 
 template <class Call>

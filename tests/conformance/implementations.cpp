@@ -29,9 +29,9 @@ std::string PostgresSchema(const std::filesystem::path& folder) {
 
 std::vector<Implementation> Implementations() {
     return {
-        {"Engine", [] { return std::make_unique<Engine>(); }, Folder},
-        {"SQLite", Backend, Folder},
-        {"PostgreSQL", Backend, PostgresSchema},
+        {"Engine", [] { return std::make_unique<Engine>(); }, Folder, sql::RowIdStyle::Base64},
+        {"SQLite", Backend, Folder, sql::RowIdStyle::Decimal},
+        {"PostgreSQL", Backend, PostgresSchema, sql::RowIdStyle::Decimal},
     };
 }
 

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "engine/operations.hpp"
+#include "engine/sql/row_id.hpp"
 #include "support/temp_dir.hpp"
 
 namespace fnrk::conformance {
@@ -26,6 +27,8 @@ struct Implementation {
     std::function<std::unique_ptr<engine::Operations>()> make;
     // The connection path of the test's place, given the test's own empty folder.
     std::function<std::string(const std::filesystem::path&)> where;
+    // How the ROWIDs of its statements give the record number.
+    engine::sql::RowIdStyle rowIds = engine::sql::RowIdStyle::Base64;
 };
 
 std::vector<Implementation> Implementations();
