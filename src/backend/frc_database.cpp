@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <ctime>
+#include <filesystem>
 
 #include "engine/error_text.hpp"
 #include "platform/text.hpp"
@@ -120,9 +121,13 @@ Status FRCDatabase::Connect26(std::string_view serverPath, std::uint16_t serverT
 }
 
 Status FRCDatabase::Connect60(std::string_view serverPath, std::uint16_t serverTypes,
-                              std::string_view, std::string_view, std::uint32_t,
+                              std::string_view userName, std::string_view password, std::uint32_t,
                               Handle& connection) {
-    // Users and passwords belong to the SQL server's own configuration.
+    // A ".add" file is a data dictionary, whose users log in; otherwise users and passwords
+    // belong to the SQL server's own configuration.
+    const std::string path = platform::Trim(serverPath);
+    if (platform::EqualsNoCase(std::filesystem::path(path).extension().string(), ".add"))
+        return ConnectDictionary(path, userName, password, connection);
     return Connect(serverPath, serverTypes, connection);
 }
 

@@ -8,8 +8,11 @@
 // SQL statements run over the backend's own operations, as the engine's run over its files, and
 // their static cursors are tables of the connection's database.
 //
-// Not offered (AE_NOT_IMPLEMENTED): encryption and data dictionaries; a SQL dossier keeps its
-// data in the database's own care.
+// A data dictionary is the engine's dictionary file, beside the dossier; connecting through it
+// logs its user in and reaches the database of its folder, and its views serve statements.
+//
+// Not offered (AE_NOT_IMPLEMENTED): encryption; a SQL dossier keeps its data in the database's
+// own care.
 
 #include <map>
 #include <memory>
@@ -20,6 +23,7 @@
 #include "backend/sql_backend.hpp"
 #include "backend/sql_dialect.hpp"
 #include "engine/cursor/engine_settings.hpp"
+#include "engine/dictionary/data_dictionary.hpp"
 #include "engine/sql/statement_registry.hpp"
 
 namespace fnrk::backend {
@@ -56,6 +60,9 @@ class FRCDatabase final : public SqlBackend {
         const SqlDialect* dialect = nullptr;
         std::unique_ptr<SqlSession> session;
         std::uint16_t serverType = engine::ADS_LOCAL_SERVER;
+        // A connection through a data dictionary: its file and the user logged in.
+        std::string dictionary;
+        std::string user;
     };
     struct OpenTableEntry {
         Handle connection = 0;
@@ -103,6 +110,15 @@ class FRCDatabase final : public SqlBackend {
     Status Connect(std::string_view path, std::uint16_t serverType, Handle& connection);
     void CloseTableEntry(Handle table);
     engine::sql::StatementRegistry& Statements();
+    // A connection to the database of the dictionary's folder, knowing the dictionary.
+    Status ConnectDictionary(const std::string& path, std::string_view user,
+                             std::string_view password, Handle& connection);
+    std::optional<std::string> DictionaryView(Handle connection, std::string_view name);
+    // The table a dictionary name stands for, on a connection through a dictionary.
+    std::optional<std::string> DictionaryTable(Handle connection, std::string_view name);
+    Status OnDictionary(
+        Handle dictionary,
+        const std::function<Status(engine::dictionary::DataDictionary&, std::string&)>& body);
     Status OnStatement(Handle statement,
                        const std::function<Status(engine::sql::StatementSettings&)>& body);
 

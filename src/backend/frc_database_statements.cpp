@@ -37,8 +37,11 @@ class CursorTablesInDatabase final : public sql::CursorTables {
 sql::StatementRegistry& FRCDatabase::Statements() {
     if (!statements_) {
         statements_ = std::make_unique<sql::StatementRegistry>(
-            *this, nullptr, std::make_unique<CursorTablesInDatabase>(*this),
-            sql::RowIdStyle::Decimal);
+            *this,
+            [this](Handle connection, std::string_view name) {
+                return DictionaryView(connection, name);
+            },
+            std::make_unique<CursorTablesInDatabase>(*this), sql::RowIdStyle::Decimal);
     }
     return *statements_;
 }

@@ -1,6 +1,5 @@
-// What a SQL-kept dossier does not offer: table encryption (the database protects its data)
-// and data dictionaries. Each answers AE_NOT_IMPLEMENTED with a
-// text that says so, which GetLastError passes on.
+// What a SQL-kept dossier does not offer: table encryption (the database protects its data). Each
+// answers AE_NOT_IMPLEMENTED with a text that says so, which GetLastError passes on.
 
 #include "backend/frc_database.hpp"
 
@@ -29,27 +28,6 @@ Status FRCDatabase::IsTableEncrypted(Handle table, bool& encrypted) {
     if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
     encrypted = false;
     return AE_SUCCESS;
-}
-
-Status FRCDatabase::DDCreate(std::string_view, std::uint16_t, std::string_view, Handle&) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::DDAddTable(Handle, std::string_view, std::string_view, std::uint16_t,
-                               std::uint16_t, std::string_view, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::DDAddView(Handle, std::string_view, std::string_view, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::DDCreateUser(Handle, std::string_view, std::string_view, std::string_view,
-                                 std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::DDSetDatabaseProperty(Handle, std::uint16_t, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::DDSetUserProperty(Handle, std::string_view, std::uint16_t, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
 }
 
 }  // namespace fnrk::backend

@@ -20,9 +20,11 @@ std::string Folder(const std::filesystem::path& folder) {
     return folder.string();
 }
 
-// A schema named after the test's folder: empty, and the same for a second connection.
+// A schema named after the test's folder: empty, and the same for a second connection. The
+// folder is the dossier's (where its dictionary lies).
 std::string PostgresSchema(const std::filesystem::path& folder) {
-    return fnrk::testing::PostgresServer::Shared().ConnectionPath(folder.filename().string());
+    return fnrk::testing::PostgresServer::Shared().ConnectionPath(folder.filename().string()) +
+           "<DIR>" + folder.string();
 }
 
 }  // namespace

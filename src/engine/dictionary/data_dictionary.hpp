@@ -60,6 +60,9 @@ class DataDictionary {
     static bool IsAdministrator(std::string_view user);
 
     Status AddTable(DictionaryTable table, std::string& message);
+    // A table kept in a SQL database rather than a file: the caller has found it there, and its
+    // name is kept as given.
+    Status AddDatabaseTable(DictionaryTable table, std::string& message);
     Status AddView(DictionaryView view, std::string& message);
     Status CreateUser(std::string_view group, std::string_view name, std::string_view password,
                       std::string_view description, std::string& message);
@@ -80,6 +83,7 @@ class DataDictionary {
   private:
     Status Save(std::string& message) const;
     bool NameTaken(std::string_view name) const;
+    Status CheckTableName(const std::string& name, std::string& message) const;
 
     std::string path_;
     std::string description_;
