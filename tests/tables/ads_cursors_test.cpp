@@ -177,8 +177,7 @@ TEST_P(AdsCursorsTest, TheStatementRunsWhereverTheDossierLives) {
 
 INSTANTIATE_TEST_SUITE_P(Files, AdsCursorsFilesTest, ::testing::Values(ads_testing::Keeping::Files),
                          ads_testing::KeepingName);
-INSTANTIATE_TEST_SUITE_P(Keepings, AdsCursorsTest,
-                         ::testing::Values(ads_testing::Keeping::Files, ads_testing::Keeping::Sql),
+INSTANTIATE_TEST_SUITE_P(Keepings, AdsCursorsTest, ads_testing::AllKeepings(),
                          ads_testing::KeepingName);
 
 }  // namespace

@@ -83,8 +83,7 @@ TEST_P(AdsEncryptionTest, TheDataDictionaryHoldsTheDossier) {
     EXPECT_TRUE(std::filesystem::exists(dossier / "SOC1.add"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Keepings, AdsEncryptionTest,
-                         ::testing::Values(Keeping::Files, Keeping::Sql), KeepingName);
+INSTANTIATE_TEST_SUITE_P(Keepings, AdsEncryptionTest, AllKeepings(), KeepingName);
 INSTANTIATE_TEST_SUITE_P(Files, AdsFilesTest, ::testing::Values(Keeping::Files), KeepingName);
 
 }  // namespace

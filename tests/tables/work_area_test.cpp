@@ -374,7 +374,7 @@ TEST_P(WorkAreaTest, EncryptedSourcesAreAppendedOnlyWithTheirPassword) {
     MakeCustomers("target.dbf", {});
     ASSERT_EQ(areas.sx_use(PathOf("secret.dbf"), "SECRET", "EXCLUSIVE"), AE_SUCCESS);
     EXPECT_FALSE(areas.sx_IsEncrypted());
-    if (GetParam() == ads_testing::Keeping::Sql) {
+    if (GetParam() != ads_testing::Keeping::Files) {
         // The database protects a SQL-kept dossier: its tables are never encrypted.
         EXPECT_EQ(areas.sx_Encrypt("s3cret"), AE_NOT_IMPLEMENTED);
         EXPECT_FALSE(areas.sx_IsEncrypted());
@@ -398,8 +398,7 @@ TEST_P(WorkAreaTest, EncryptedSourcesAreAppendedOnlyWithTheirPassword) {
     EXPECT_EQ(areas.sx_GetString("NAME"), "Hidden");
 }
 
-INSTANTIATE_TEST_SUITE_P(Keepings, WorkAreaTest,
-                         ::testing::Values(ads_testing::Keeping::Files, ads_testing::Keeping::Sql),
+INSTANTIATE_TEST_SUITE_P(Keepings, WorkAreaTest, ads_testing::AllKeepings(),
                          ads_testing::KeepingName);
 
 }  // namespace
