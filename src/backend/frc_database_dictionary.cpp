@@ -128,11 +128,7 @@ Status FRCDatabase::DDAddView(Handle dictionary, std::string_view name, std::str
                               std::string_view sql) {
     return OnDictionary(dictionary, [&](dictionary::DataDictionary& loaded, std::string& message) {
         // A view that cannot run is refused now, with the statement's own reason.
-        Handle statement = 0;
-        Status status = CreateSQLStatement(dictionary, statement);
-        if (status == AE_SUCCESS) status = Statements().Prepare(statement, sql, message);
-        if (statement != 0) Statements().Close(statement);
-        if (status != AE_SUCCESS) {
+        if (Status status = Statements().Check(dictionary, sql, message); status != AE_SUCCESS) {
             message = "view " + std::string(name) + ": " + message;
             return status;
         }

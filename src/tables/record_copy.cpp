@@ -5,6 +5,7 @@
 
 #include "engine/constants.hpp"
 #include "engine/errors.hpp"
+#include "engine/sql/field_values.hpp"
 
 namespace fnrk::tables {
 
@@ -12,26 +13,18 @@ using namespace engine;  // option and status numbers
 
 namespace {
 
-struct SharedField {
-    std::string name;
-    std::uint16_t type = 0;
-};
+using SharedField = sql::FieldInfo;
 
+// The target's fields that the source has under the same name and type.
 Status SharedFields(Operations& from, Handle source, Operations& to, Handle target,
                     std::vector<SharedField>& shared) {
-    std::uint16_t count = 0;
-    if (Status status = to.GetNumFields(target, count); status != AE_SUCCESS) return status;
-    for (std::uint16_t number = 1; number <= count; ++number) {
-        SharedField field;
-        if (Status status = to.GetFieldName(target, number, field.name); status != AE_SUCCESS)
-            return status;
-        if (Status status = to.GetFieldType(target, field.name, field.type); status != AE_SUCCESS)
-            return status;
+    if (Status status = sql::ReadFieldInfos(to, target, shared); status != AE_SUCCESS)
+        return status;
+    std::erase_if(shared, [&](const SharedField& field) {
         std::uint16_t sourceType = 0;
-        if (from.GetFieldType(source, field.name, sourceType) == AE_SUCCESS &&
-            sourceType == field.type)
-            shared.push_back(std::move(field));
-    }
+        return from.GetFieldType(source, field.name, sourceType) != AE_SUCCESS ||
+               sourceType != field.type;
+    });
     return AE_SUCCESS;
 }
 

@@ -86,6 +86,14 @@ Status StatementRegistry::Prepare(Handle statement, std::string_view sql, std::s
     return AE_SUCCESS;
 }
 
+Status StatementRegistry::Check(Handle connection, std::string_view sql, std::string& message) {
+    TableSource source = SourceFor(Entry{connection, {}, {}, false, {}});
+    StatementResult result;
+    const Status status = RunStatement(source, sql, RunMode::PrepareOnly, result, message);
+    nextAlias_ = source.nextAlias;
+    return status;
+}
+
 Status StatementRegistry::Execute(Handle statement, Handle& cursor, std::string& message) {
     cursor = 0;
     const auto found = statements_.find(statement);

@@ -61,6 +61,8 @@ class StatementRegistry {
     StatementSettings* Settings(Handle statement);
 
     Status Prepare(Handle statement, std::string_view sql, std::string& message);
+    // Whether `sql` would run on the connection (a view before it is kept), without a handle.
+    Status Check(Handle connection, std::string_view sql, std::string& message);
     // Runs the prepared statement; a query gives a cursor handle, other statements 0.
     Status Execute(Handle statement, Handle& cursor, std::string& message);
     Status StatementOf(Handle cursor, Handle& statement) const;
