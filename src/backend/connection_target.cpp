@@ -38,7 +38,9 @@ bool SetItem(ConnectionTarget& target, std::string_view key, std::string value) 
 std::optional<ConnectionTarget> ParseConnectionPath(std::string_view path, std::string& error) {
     std::string text = platform::Trim(path);
     std::string_view rest = text;
-    if (rest.starts_with(kSqlMarker)) rest.remove_prefix(kSqlMarker.size());
+    // The marker may follow other text (a folder a caller put in front): what precedes it goes.
+    if (auto marker = rest.find(kSqlMarker); marker != std::string_view::npos)
+        rest.remove_prefix(marker + kSqlMarker.size());
     ConnectionTarget target;
     if (auto dir = rest.find(kDirMarker); dir != std::string_view::npos) {
         target.folder = platform::Trim(rest.substr(dir + kDirMarker.size()));

@@ -7,7 +7,7 @@
 //   "Driver=PostgreSQL;Server=db.office;Port=5432;Database=fennrick;User=ann;Password=...;
 //    Schema=soc1"                      (Server may be a Unix socket folder; Schema, the
 //                                       schema holding the dossier, defaults to "public")
-// A relative SQLite Database is taken from the "<DIR>" folder.
+// A relative SQLite Database is taken from the "<DIR>" folder. Text before "<SQL>" is ignored.
 
 #include <optional>
 #include <string>
