@@ -63,6 +63,13 @@ std::string Numbered(std::string_view sql, int& count) {
     return out;
 }
 
+bool ChangesTables(std::string_view sql) {
+    for (std::string_view verb : {"CREATE TABLE", "DROP TABLE", "ALTER TABLE"}) {
+        if (sql.starts_with(verb)) return true;
+    }
+    return false;
+}
+
 std::string NumberText(double value) {
     char buffer[32];
     auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
@@ -203,6 +210,12 @@ std::vector<SqlRow> PostgresSession::Run(std::string_view sql,
     const ExecStatusType status = result ? PQresultStatus(result.get()) : PGRES_FATAL_ERROR;
     if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) {
         Fail(sql, PQerrorMessage(connection_));
+    }
+    if (ChangesTables(sql)) {
+        // Statements prepared against the old shape of a table would refuse to run (a changed
+        // result type): they are prepared afresh.
+        Result cleared(PQexec(connection_, "DEALLOCATE ALL"));
+        statements_.clear();
     }
     const char* changed = PQcmdTuples(result.get());
     changes_ = changed && *changed ? std::strtoll(changed, nullptr, 10) : 0;

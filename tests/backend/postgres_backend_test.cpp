@@ -128,6 +128,23 @@ TEST_F(PostgresBackendTest, RecordsAndTagsLiveInTheServer) {
     EXPECT_EQ(first, "a");
 }
 
+TEST_F(PostgresBackendTest, ATableMadeAnewWithOtherFieldTypesReadsAtOnce) {
+    Handle connection = 0;
+    auto backend = Connected(connection);
+    for (const char* fields : {"CODE,C,6,0", "CODE,N,6,0", "CODE,D"}) {
+        Handle table = 0;
+        ASSERT_EQ(backend->CreateTable(connection, "shape.dbf", "", ADS_CDX, ADS_ANSI,
+                                       ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0, fields, table),
+                  AE_SUCCESS)
+            << fields;
+        ASSERT_EQ(backend->AppendRecord(table), AE_SUCCESS);
+        ASSERT_EQ(backend->GotoRecord(table, 1), AE_SUCCESS) << fields;
+        std::string value;
+        EXPECT_EQ(backend->GetString(table, "CODE", value, ADS_RTRIM), AE_SUCCESS) << fields;
+        ASSERT_EQ(backend->CloseTable(table), AE_SUCCESS);
+    }
+}
+
 TEST_F(PostgresBackendTest, ConnectionFaultsNeverShowThePassword) {
     auto& server = PostgresServer::Shared();
     FRCDatabase backend;
