@@ -4,7 +4,7 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++ clang libclang-rt-14-dev pkg-config
     libgtest-dev libgmock-dev libbenchmark-dev
-    libcli11-dev libfmt-dev libsqlite3-dev libssl-dev libxml2-dev libpq-dev
+    libcli11-dev libfmt-dev libsqlite3-dev libssl-dev libxml2-dev libpq-dev postgresql
     nlohmann-json3-dev libqpdf-dev libcairo2-dev fonts-dejavu-core qpdf poppler-utils
     libxml2-utils default-jre-headless libsaxonhe-java python3-dbfread
     locales

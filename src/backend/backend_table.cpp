@@ -13,7 +13,7 @@ BackendTable::BackendTable(SqlSession& session, const SqlDialect& dialect, Table
       session_(session),
       layout_(std::move(layout)),
       store_(session, dialect, layout_),
-      locks_(session, layout_.name),
+      locks_(dialect.NewLocks(session, layout_.name)),
       scopes_(layout_.tags.size()) {
     MoveToEof();
 }
@@ -30,7 +30,7 @@ BackendTable::~BackendTable() {
 
 Status BackendTable::Open(std::uint32_t options) {
     options_ = options;
-    return locks_.Open(exclusive()) ? AE_SUCCESS : AE_LOCK_FAILED;
+    return locks_->Open(exclusive()) ? AE_SUCCESS : AE_LOCK_FAILED;
 }
 
 bool BackendTable::exclusive() const {
@@ -70,7 +70,7 @@ Status BackendTable::BeginEdit() {
     if (dirty_) return AE_SUCCESS;
     if (!exclusive() && !tableLocked_ && !lockedRecords_.contains(current_.recno)) {
         // A write in shared mode holds the record for the time of the change.
-        if (!locks_.LockRecord(current_.recno)) return AE_LOCK_FAILED;
+        if (!locks_->LockRecord(current_.recno)) return AE_LOCK_FAILED;
         implicitLock_ = true;
     }
     dirty_ = true;
@@ -82,7 +82,7 @@ Status BackendTable::Commit() {
     store_.Write(current_);
     dirty_ = false;
     if (implicitLock_) {
-        locks_.UnlockRecord(current_.recno);
+        locks_->UnlockRecord(current_.recno);
         implicitLock_ = false;
     }
     return AE_SUCCESS;
@@ -226,7 +226,7 @@ Status BackendTable::LockRecord(std::uint32_t record) {
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     if (lockedRecords_.contains(record)) return AE_SUCCESS;
     if (!exclusive() && !tableLocked_) {
-        if (!locks_.LockRecord(record)) return AE_LOCK_FAILED;
+        if (!locks_->LockRecord(record)) return AE_LOCK_FAILED;
         // What others wrote before we held the lock must be read again.
         if (!atEof_ && record == current_.recno) {
             if (Status status = Refresh(); status != AE_SUCCESS) return status;
@@ -241,7 +241,7 @@ Status BackendTable::UnlockRecord(std::uint32_t record) {
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     if (!lockedRecords_.contains(record)) return AE_RECORD_NOT_LOCKED;
     lockedRecords_.erase(record);
-    if (!exclusive() && !tableLocked_) locks_.UnlockRecord(record);
+    if (!exclusive() && !tableLocked_) locks_->UnlockRecord(record);
     return AE_SUCCESS;
 }
 
@@ -250,7 +250,7 @@ Status BackendTable::LockTable() {
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     if (tableLocked_) return AE_SUCCESS;
     if (!exclusive()) {
-        if (!locks_.LockTable()) return AE_LOCK_FAILED;
+        if (!locks_->LockTable()) return AE_LOCK_FAILED;
         if (Status status = Refresh(); status != AE_SUCCESS) return status;
     }
     tableLocked_ = true;
@@ -260,7 +260,7 @@ Status BackendTable::LockTable() {
 Status BackendTable::UnlockTable() {
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     if (!tableLocked_ && lockedRecords_.empty()) return AE_TABLE_NOT_LOCKED;
-    if (!exclusive()) locks_.UnlockAll();
+    if (!exclusive()) locks_->UnlockAll();
     lockedRecords_.clear();
     tableLocked_ = false;
     return AE_SUCCESS;

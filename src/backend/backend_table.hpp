@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "backend/record_locks.hpp"
+#include "backend/table_locks.hpp"
 #include "backend/table_store.hpp"
 #include "engine/cursor/engine_settings.hpp"
 #include "engine/cursor/record_functions.hpp"
@@ -140,7 +140,7 @@ class BackendTable final : public engine::cursor::RecordFunctions {
     SqlSession& session_;
     TableLayout layout_;
     TableStore store_;
-    RecordLocks locks_;
+    std::unique_ptr<TableLocks> locks_;
     std::uint32_t options_ = 0;
 
     StoredRow current_;

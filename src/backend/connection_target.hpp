@@ -4,7 +4,10 @@
 //   "<SQL>Driver=SQLite;Database=dossier.sqlite<DIR>/data/soc1/"
 //   "Driver=SQLite;Database=/data/db.sqlite"
 //   "/data/soc1/"                      (a folder: its "fennrick.sqlite")
-// A relative Database is taken from the "<DIR>" folder.
+//   "Driver=PostgreSQL;Server=db.office;Port=5432;Database=fennrick;User=ann;Password=...;
+//    Schema=soc1"                      (Server may be a Unix socket folder; Schema, the
+//                                       schema holding the dossier, defaults to "public")
+// A relative SQLite Database is taken from the "<DIR>" folder. Text before "<SQL>" is ignored.
 
 #include <optional>
 #include <string>
@@ -20,6 +23,7 @@ struct ConnectionTarget {
     std::string port;
     std::string user;
     std::string password;
+    std::string schema;
 };
 
 // The database file a folder gets when nothing else is named.
@@ -27,5 +31,9 @@ inline constexpr std::string_view kDefaultDatabaseFile = "fennrick.sqlite";
 
 // No value when the text is malformed (an item without "=", an unknown key).
 std::optional<ConnectionTarget> ParseConnectionPath(std::string_view path, std::string& error);
+
+// The path as it may be shown: the value of every item but Driver, Server, Port, Database,
+// User and Schema (a Password, or what a misspelt key may hold) replaced by "***".
+std::string WithoutPassword(std::string_view path);
 
 }  // namespace fnrk::backend

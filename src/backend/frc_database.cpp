@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <ctime>
+#include <filesystem>
 
 #include "engine/error_text.hpp"
 #include "platform/text.hpp"
@@ -13,7 +14,9 @@ using namespace engine;  // status numbers and option constants
 FRCDatabase::FRCDatabase() = default;
 
 FRCDatabase::~FRCDatabase() {
-    // Tables before the sessions they use.
+    // Cursors, then tables, then the sessions they use.
+    if (statements_) statements_->CloseAll();
+    statements_.reset();
     tables_.clear();
     connections_.clear();
 }
@@ -118,9 +121,13 @@ Status FRCDatabase::Connect26(std::string_view serverPath, std::uint16_t serverT
 }
 
 Status FRCDatabase::Connect60(std::string_view serverPath, std::uint16_t serverTypes,
-                              std::string_view, std::string_view, std::uint32_t,
+                              std::string_view userName, std::string_view password, std::uint32_t,
                               Handle& connection) {
-    // Users and passwords belong to the SQL server's own configuration.
+    // A ".add" file is a data dictionary, whose users log in; otherwise users and passwords
+    // belong to the SQL server's own configuration.
+    const std::string path = platform::Trim(serverPath);
+    if (platform::EqualsNoCase(std::filesystem::path(path).extension().string(), ".add"))
+        return ConnectDictionary(path, userName, password, connection);
     return Connect(serverPath, serverTypes, connection);
 }
 
@@ -131,7 +138,7 @@ Status FRCDatabase::FindConnection25(std::string_view fullPath, Handle& connecti
             return AE_SUCCESS;
         }
     }
-    return Report(AE_NO_CONNECTION, "no connection to " + std::string(fullPath));
+    return Report(AE_NO_CONNECTION, "no connection to " + WithoutPassword(fullPath));
 }
 
 void FRCDatabase::CloseTableEntry(Handle table) {
@@ -141,6 +148,7 @@ void FRCDatabase::CloseTableEntry(Handle table) {
 
 Status FRCDatabase::Disconnect(Handle connection) {
     if (connection != 0 && !FindConnection(connection)) return Report(AE_INVALID_CONNECTION_HANDLE);
+    if (statements_) statements_->CloseAll(connection);
     std::vector<Handle> closing;
     for (const auto& [handle, entry] : tables_) {
         if (connection == 0 || entry.connection == connection) closing.push_back(handle);

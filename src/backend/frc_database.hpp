@@ -1,12 +1,18 @@
 #pragma once
 
-// FRCDatabase: the engine's operation set over SQL databases (SQLite embedded; the dialect
-// decides the engine). Each connection opens one database; tables, index tags, records and
-// locks live in it (see TableStore and RecordLocks). Handles are handed out from handleStart
-// up, within the backend's range.
+// FRCDatabase: the engine's operation set over SQL databases (SQLite embedded, PostgreSQL on a
+// server; the dialect decides the engine). Each connection opens one database; tables, index
+// tags and records live in it, locks are the database's (see TableStore and TableLocks). Handles
+// are handed out from handleStart up, within the backend's range.
 //
-// Not offered (AE_NOT_IMPLEMENTED): encryption, SQL statements and data dictionaries; a SQL
-// dossier keeps its data in the database's own care.
+// SQL statements run over the backend's own operations, as the engine's run over its files, and
+// their static cursors are tables of the connection's database.
+//
+// A data dictionary is the engine's dictionary file, beside the dossier; connecting through it
+// logs its user in and reaches the database of its folder, and its views serve statements.
+//
+// Not offered (AE_NOT_IMPLEMENTED): encryption; a SQL dossier keeps its data in the database's
+// own care.
 
 #include <map>
 #include <memory>
@@ -17,6 +23,8 @@
 #include "backend/sql_backend.hpp"
 #include "backend/sql_dialect.hpp"
 #include "engine/cursor/engine_settings.hpp"
+#include "engine/dictionary/data_dictionary.hpp"
+#include "engine/sql/statement_registry.hpp"
 
 namespace fnrk::backend {
 
@@ -54,6 +62,9 @@ class FRCDatabase final : public SqlBackend {
         const SqlDialect* dialect = nullptr;
         std::unique_ptr<SqlSession> session;
         std::uint16_t serverType = engine::ADS_LOCAL_SERVER;
+        // A connection through a data dictionary: its file and the user logged in.
+        std::string dictionary;
+        std::string user;
     };
     struct OpenTableEntry {
         Handle connection = 0;
@@ -101,6 +112,18 @@ class FRCDatabase final : public SqlBackend {
     [[nodiscard]] Status Connect(std::string_view path, std::uint16_t serverType,
                                  Handle& connection);
     void CloseTableEntry(Handle table);
+    engine::sql::StatementRegistry& Statements();
+    // A connection to the database of the dictionary's folder, knowing the dictionary.
+    Status ConnectDictionary(const std::string& path, std::string_view user,
+                             std::string_view password, Handle& connection);
+    std::optional<std::string> DictionaryView(Handle connection, std::string_view name);
+    // The table a dictionary name stands for, on a connection through a dictionary.
+    std::optional<std::string> DictionaryTable(Handle connection, std::string_view name);
+    Status OnDictionary(
+        Handle dictionary,
+        const std::function<Status(engine::dictionary::DataDictionary&, std::string&)>& body);
+    Status OnStatement(Handle statement,
+                       const std::function<Status(engine::sql::StatementSettings&)>& body);
 
     Handle handleStart_ = 0;
     Handle issued_ = 0;
@@ -112,6 +135,7 @@ class FRCDatabase final : public SqlBackend {
     std::map<Handle, IndexEntry> indexes_;
     Status lastError_ = engine::AE_SUCCESS;
     std::string lastErrorText_;
+    std::unique_ptr<engine::sql::StatementRegistry> statements_;
 };
 
 template <class Call>

@@ -35,11 +35,14 @@ std::string FileNameOf(std::string_view name) {
 
 }  // namespace
 
-Status FRCDatabase::OpenByName(Handle connection, std::string_view name, std::string_view alias,
+Status FRCDatabase::OpenByName(Handle connection, std::string_view given, std::string_view alias,
                                std::uint32_t options, Handle& table) {
     Connection* open = FindConnection(connection);
     if (!open) return Report(AE_INVALID_CONNECTION_HANDLE);
-    if (platform::Trim(name).empty()) return Report(AE_INVALID_PATH, "no table name");
+    if (platform::Trim(given).empty()) return Report(AE_INVALID_PATH, "no table name");
+    // Through a dictionary, its table names stand for the tables they were given for.
+    const std::string listed = DictionaryTable(connection, given).value_or(std::string(given));
+    const std::string_view name = listed;
     const std::string tableAlias = AliasFor(alias, name);
     for (const auto& [handle, entry] : tables_) {
         if (entry.connection == connection && entry.alias == tableAlias) {

@@ -1,6 +1,5 @@
-// What a SQL-kept dossier does not offer: table encryption (the database protects its data),
-// SQL statements over tables and data dictionaries. Each answers AE_NOT_IMPLEMENTED with a
-// text that says so, which GetLastError passes on.
+// What a SQL-kept dossier does not offer: table encryption (the database protects its data). Each
+// answers AE_NOT_IMPLEMENTED with a text that says so, which GetLastError passes on.
 
 #include "backend/frc_database.hpp"
 
@@ -29,70 +28,6 @@ Status FRCDatabase::IsTableEncrypted(Handle table, bool& encrypted) {
     if (Status status = ResolveTable(table, entry); status != AE_SUCCESS) return status;
     encrypted = false;
     return AE_SUCCESS;
-}
-
-Status FRCDatabase::CreateSQLStatement(Handle, Handle&) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::PrepareSQL(Handle, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::ExecuteSQL(Handle, Handle&) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::ExecuteSQLDirect(Handle, std::string_view, Handle&) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::GetSQLStatementHandle(Handle, Handle&) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::ClearSQLParams(Handle) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::CloseSQLStatement(Handle) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::StmtSetTableRights(Handle, std::uint16_t) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::StmtSetTableReadOnly(Handle, std::uint16_t) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::StmtSetTableLockType(Handle, std::uint16_t) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::StmtSetTableCharType(Handle, std::uint16_t) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::StmtSetTableType(Handle, std::uint16_t) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::StmtEnableEncryption(Handle, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::StmtSetTablePassword(Handle, std::string_view, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-
-Status FRCDatabase::DDCreate(std::string_view, std::uint16_t, std::string_view, Handle&) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::DDAddTable(Handle, std::string_view, std::string_view, std::uint16_t,
-                               std::uint16_t, std::string_view, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::DDAddView(Handle, std::string_view, std::string_view, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::DDCreateUser(Handle, std::string_view, std::string_view, std::string_view,
-                                 std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::DDSetDatabaseProperty(Handle, std::uint16_t, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
-}
-Status FRCDatabase::DDSetUserProperty(Handle, std::string_view, std::uint16_t, std::string_view) {
-    return Report(AE_NOT_IMPLEMENTED, kNotOffered);
 }
 
 }  // namespace fnrk::backend

@@ -1,12 +1,12 @@
+#include "backend/catalog_locks.hpp"
 #include "backend/sql_dialect.hpp"
 #include "backend/sqlite_session.hpp"
-#include "platform/text.hpp"
 
 namespace fnrk::backend {
 
 namespace {
 
-class SqliteDialect final : public SqlDialect {
+class Sqlite final : public SqlDialect {
   public:
     std::string_view TypeName(ColumnKind kind) const override {
         switch (kind) {
@@ -22,16 +22,21 @@ class SqliteDialect final : public SqlDialect {
         return "BLOB";
     }
     std::unique_ptr<SqlSession> Open(const ConnectionTarget& target) const override {
-        return std::make_unique<SqliteSession>(target.database);
+        auto session = std::make_unique<SqliteSession>(target.database);
+        CatalogLocks::EnsureCatalog(*session);
+        return session;
+    }
+    std::unique_ptr<TableLocks> NewLocks(SqlSession& session,
+                                         const std::string& table) const override {
+        return std::make_unique<CatalogLocks>(session, table);
     }
 };
 
 }  // namespace
 
-const SqlDialect* DialectOf(std::string_view driver) {
-    static const SqliteDialect sqlite;
-    if (platform::EqualsNoCase(driver, "SQLite")) return &sqlite;
-    return nullptr;
+const SqlDialect& SqliteDialect() {
+    static const Sqlite dialect;
+    return dialect;
 }
 
 }  // namespace fnrk::backend

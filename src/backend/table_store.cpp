@@ -64,18 +64,15 @@ TableStore::TableStore(SqlSession& session, const SqlDialect& dialect, const Tab
     : session_(session), dialect_(dialect), layout_(layout), table_(DataTable(layout.name)) {}
 
 void TableStore::EnsureCatalog(SqlSession& session) {
+    // In a transaction: workstations that connect at once must not both create them.
+    SqlTransaction transaction(session);
     session.Execute(
         "CREATE TABLE IF NOT EXISTS fnrk_table(name TEXT PRIMARY KEY, fields TEXT NOT NULL)");
     session.Execute(
         "CREATE TABLE IF NOT EXISTS fnrk_tag(table_name TEXT NOT NULL, tag TEXT NOT NULL, "
         "expression TEXT NOT NULL, condition TEXT NOT NULL, options INTEGER NOT NULL, "
         "position INTEGER NOT NULL, PRIMARY KEY(table_name, tag))");
-    session.Execute(
-        "CREATE TABLE IF NOT EXISTS fnrk_lock(table_name TEXT NOT NULL, recno INTEGER NOT NULL, "
-        "owner TEXT NOT NULL, PRIMARY KEY(table_name, recno))");
-    session.Execute(
-        "CREATE TABLE IF NOT EXISTS fnrk_open(table_name TEXT NOT NULL, owner TEXT NOT NULL, "
-        "exclusive INTEGER NOT NULL)");
+    transaction.Commit();
 }
 
 bool TableStore::Exists(SqlSession& session, const std::string& name) {

@@ -10,7 +10,7 @@
 // no other record holds it. A record that loses a key frees it without handing it on.
 //
 // Catalog tables of a database: fnrk_table (name, field list), fnrk_tag (tags of each table in
-// order), fnrk_lock (record and table locks), fnrk_open (who has which table open).
+// order). Locks are the dialect's (TableLocks).
 
 #include <cstdint>
 #include <optional>

@@ -118,12 +118,7 @@ Status Engine::DDAddView(Handle dictionary, std::string_view name, std::string_v
                          std::string_view sql) {
     return OnDictionary(dictionary, [&](dictionary::DataDictionary& loaded, std::string& message) {
         // A view that cannot run is refused now, with the statement's own reason.
-        Handle statement = 0;
-        Status status = CreateSQLStatement(dictionary, statement);
-        if (status == AE_SUCCESS) status = Statements().Prepare(statement, sql, message);
-        // The probe statement goes whatever it answered; its preparation is the answer.
-        if (statement != 0) IgnoreStatus(Statements().Close(statement));
-        if (status != AE_SUCCESS) {
+        if (Status status = Statements().Check(dictionary, sql, message); status != AE_SUCCESS) {
             message = "view " + std::string(name) + ": " + message;
             return status;
         }

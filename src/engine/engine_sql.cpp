@@ -1,30 +1,11 @@
 // SQL statements of the engine (sql/): statement handles live beside the table handles, and a
 // query's static cursor is an ordinary open table of the statement's connection.
 
-#include <algorithm>
-#include <filesystem>
-#include <vector>
-
 #include "engine/engine.hpp"
 #include "engine/sql/statement_registry.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::engine {
-
-namespace {
-
-// Sets a numeric setting of a statement when the value is one of `allowed`, else refuses it.
-std::function<Status(sql::StatementSettings&)> Choice(
-    std::uint16_t value, std::vector<std::uint16_t> allowed, Status refusal,
-    std::uint16_t sql::StatementSettings::*setting) {
-    return [=](sql::StatementSettings& settings) {
-        if (std::find(allowed.begin(), allowed.end(), value) == allowed.end()) return refusal;
-        settings.*setting = value;
-        return AE_SUCCESS;
-    };
-}
-
-}  // namespace
 
 sql::StatementRegistry& Engine::Statements() {
     if (!statements_) {
@@ -84,30 +65,28 @@ Status Engine::CloseSQLStatement(Handle statement) {
 }
 
 Status Engine::StmtSetTableRights(Handle statement, std::uint16_t checkRights) {
-    return OnStatement(
-        statement, Choice(checkRights, {ADS_CHECKRIGHTS, ADS_IGNORERIGHTS}, AE_INVALID_RIGHTSOPTION,
-                          &sql::StatementSettings::checkRights));
+    return OnStatement(statement,
+                       [&](auto& settings) { return sql::SetCheckRights(settings, checkRights); });
 }
 
 Status Engine::StmtSetTableReadOnly(Handle statement, std::uint16_t readOnly) {
-    return OnStatement(statement, Choice(readOnly, {ADS_CURSOR_READONLY, ADS_CURSOR_READWRITE},
-                                         AE_INVALID_OPTION, &sql::StatementSettings::readOnly));
+    return OnStatement(statement,
+                       [&](auto& settings) { return sql::SetReadOnly(settings, readOnly); });
 }
 
 Status Engine::StmtSetTableLockType(Handle statement, std::uint16_t lockType) {
     return OnStatement(statement,
-                       Choice(lockType, {ADS_COMPATIBLE_LOCKING, ADS_PROPRIETARY_LOCKING},
-                              AE_INVALID_LOCKTYPE, &sql::StatementSettings::lockType));
+                       [&](auto& settings) { return sql::SetLockType(settings, lockType); });
 }
 
 Status Engine::StmtSetTableCharType(Handle statement, std::uint16_t charType) {
-    return OnStatement(statement, Choice(charType, {ADS_ANSI, ADS_DEFAULT}, AE_INVALID_CHARSETTYPE,
-                                         &sql::StatementSettings::charType));
+    return OnStatement(statement,
+                       [&](auto& settings) { return sql::SetCharType(settings, charType); });
 }
 
 Status Engine::StmtSetTableType(Handle statement, std::uint16_t tableType) {
-    return OnStatement(statement, Choice(tableType, {ADS_CDX, ADS_VFP, ADS_DEFAULT},
-                                         AE_INVALID_TABLETYPE, &sql::StatementSettings::tableType));
+    return OnStatement(statement,
+                       [&](auto& settings) { return sql::SetTableType(settings, tableType); });
 }
 
 Status Engine::StmtEnableEncryption(Handle statement, std::string_view password) {
@@ -119,12 +98,8 @@ Status Engine::StmtEnableEncryption(Handle statement, std::string_view password)
 
 Status Engine::StmtSetTablePassword(Handle statement, std::string_view tableName,
                                     std::string_view password) {
-    return OnStatement(statement, [&](sql::StatementSettings& settings) {
-        const std::string name =
-            platform::UpperCase(std::filesystem::path(platform::Trim(tableName)).stem().string());
-        if (name.empty()) return AE_INVALID_OBJECT_NAME;
-        settings.passwords[name] = std::string(password);
-        return AE_SUCCESS;
+    return OnStatement(statement, [&](auto& settings) {
+        return sql::SetTablePassword(settings, tableName, password);
     });
 }
 

@@ -3,7 +3,9 @@
 
 #include <filesystem>
 
+#include "platform/file_system.hpp"
 #include "platform/messages.hpp"
+#include "platform/paths.hpp"
 #include "platform/text.hpp"
 #include "tables/ads_class.hpp"
 #include "tables/ads_messages.hpp"
@@ -51,15 +53,19 @@ bool AdsClass::IsAllFilesEncrypted() {
 Status AdsClass::BuildDataDictionnary() {
     const std::string dictionaryPath = platform::Trim(dossier_.prefix) + ".add";
     const std::string folder = std::filesystem::path(dictionaryPath).parent_path().string();
-    Handle connection = 0;
-    Status status = db_.Connect26(folder, ADS_LOCAL_SERVER, connection);
+    // A SQL-kept dossier builds it over the dossier's own connection, which stays.
+    const bool sqlKept = platform::FileExists(folder + platform::kPathSep + "FRSQL.DBF");
+    Handle connection = sqlKept ? ConnectionForFolder(folder, false) : 0;
+    Status status = sqlKept ? (connection != 0 ? AE_SUCCESS : AE_NO_CONNECTION)
+                            : db_.Connect26(folder, ADS_LOCAL_SERVER, connection);
     if (status != AE_SUCCESS) {
         platform::ShowMessage("Problem connection to local server",
                               platform::message_style::kCritical, platform::kErrorTitle);
         return status;
     }
     std::uint16_t type = 0;
-    if (db_.GetConnectionType(connection, type) == AE_SUCCESS && type != ADS_LOCAL_SERVER) {
+    if (!sqlKept && db_.GetConnectionType(connection, type) == AE_SUCCESS &&
+        type != ADS_LOCAL_SERVER) {
         IgnoreStatus(db_.SetServerType(ADS_LOCAL_SERVER));  // a fixed, valid server type
         Handle local = 0;
         status = db_.Connect26(folder, ADS_LOCAL_SERVER, local);
@@ -71,7 +77,7 @@ Status AdsClass::BuildDataDictionnary() {
     status = db_.DDCreate(dictionaryPath, 1, "Data Dictionnary", dictionary);
     if (status != AE_SUCCESS) {
         ShowErrorBox("Error creating data dictionnary : " + GetAdsLastError());
-        IgnoreStatus(db_.Disconnect(connection));  // the failure shown is the one returned
+        if (!sqlKept) IgnoreStatus(db_.Disconnect(connection));  // the failure shown is returned
         return status;
     }
     Handle administrator = 0;
@@ -94,7 +100,11 @@ Status AdsClass::BuildDataDictionnary() {
     // A dossier need not have every table of the list (nor every journal): those it has go in.
     auto add = [&](const std::string& alias) {
         const std::string path = StandardTablePath(alias);
-        if (status != AE_SUCCESS || !std::filesystem::exists(path)) return;
+        bool kept = false;
+        if (status != AE_SUCCESS ||
+            !(sqlKept ? db_.TableExists(connection, path, kept) == AE_SUCCESS && kept
+                      : std::filesystem::exists(path)))
+            return;
         const std::string index = StandardIndexPath(alias);
         status = db_.DDAddTable(administrator, alias, path, ADS_CDX, ADS_ANSI,
                                 std::filesystem::exists(index) ? index : std::string(), "");
@@ -119,7 +129,7 @@ Status AdsClass::BuildDataDictionnary() {
     }
     // The dictionary's status is the answer; its connections go whatever they answer.
     if (administrator != 0) IgnoreStatus(db_.Disconnect(administrator));
-    IgnoreStatus(db_.Disconnect(connection));
+    if (!sqlKept) IgnoreStatus(db_.Disconnect(connection));
     return status;
 }
 

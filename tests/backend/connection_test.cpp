@@ -72,6 +72,17 @@ TEST(ConnectionTarget, ReadsMarkersItemsAndFolders) {
     EXPECT_NE(error.find("Colour"), std::string::npos);
     EXPECT_FALSE(ParseConnectionPath("Driver=SQLite", error));
     EXPECT_FALSE(ParseConnectionPath("   ", error));
+    // A marker after other text, and a PostgreSQL target with its schema.
+    auto later = ParseConnectionPath(
+        "K:\\DATA\\<SQL>Driver=PostgreSQL;Server=/run/pg;Database=office;Schema=soc1<DIR>/data/"
+        "soc1",
+        error);
+    ASSERT_TRUE(later) << error;
+    EXPECT_EQ(later->driver, "PostgreSQL");
+    EXPECT_EQ(later->server, "/run/pg");
+    EXPECT_EQ(later->database, "office");
+    EXPECT_EQ(later->schema, "soc1");
+    EXPECT_EQ(later->folder, "/data/soc1");
 }
 
 }  // namespace

@@ -2,20 +2,38 @@
 
 #include "backend/frc_database.hpp"
 #include "engine/engine.hpp"
+#include "support/postgres_server.hpp"
 
 namespace fnrk::conformance {
 
 using namespace engine;  // option and status numbers
 
+namespace {
+
+std::unique_ptr<Operations> Backend() {
+    auto backend = std::make_unique<backend::FRCDatabase>();
+    backend->handleStart(300'000);
+    return backend;
+}
+
+std::string Folder(const std::filesystem::path& folder) {
+    return folder.string();
+}
+
+// A schema named after the test's folder: empty, and the same for a second connection. The
+// folder is the dossier's (where its dictionary lies).
+std::string PostgresSchema(const std::filesystem::path& folder) {
+    return fnrk::testing::PostgresServer::Shared().ConnectionPath(folder.filename().string()) +
+           "<DIR>" + folder.string();
+}
+
+}  // namespace
+
 std::vector<Implementation> Implementations() {
     return {
-        {"Engine", [] { return std::make_unique<Engine>(); }},
-        {"SQLite",
-         [] {
-             auto backend = std::make_unique<backend::FRCDatabase>();
-             backend->handleStart(300'000);
-             return backend;
-         }},
+        {"Engine", [] { return std::make_unique<Engine>(); }, Folder, sql::RowIdStyle::Base64},
+        {"SQLite", Backend, Folder, sql::RowIdStyle::Decimal},
+        {"PostgreSQL", Backend, PostgresSchema, sql::RowIdStyle::Decimal},
     };
 }
 
@@ -31,13 +49,15 @@ void Configure(Operations& ops) {
 void Conformance::SetUp() {
     ops = GetParam().make();
     Configure(*ops);
-    ASSERT_EQ(ops->Connect26(folder.path().string(), ADS_LOCAL_SERVER, connection), AE_SUCCESS);
+    ASSERT_EQ(ops->Connect26(GetParam().where(folder.path()), ADS_LOCAL_SERVER, connection),
+              AE_SUCCESS);
 }
 
 std::unique_ptr<Operations> Conformance::SecondConnection(Handle& second) {
     auto other = GetParam().make();
     Configure(*other);
-    EXPECT_EQ(other->Connect26(folder.path().string(), ADS_LOCAL_SERVER, second), AE_SUCCESS);
+    EXPECT_EQ(other->Connect26(GetParam().where(folder.path()), ADS_LOCAL_SERVER, second),
+              AE_SUCCESS);
     return other;
 }
 

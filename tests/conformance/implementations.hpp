@@ -1,10 +1,12 @@
 #pragma once
 
 // The implementations of the engine's operation set that the conformance suite runs against,
-// each opened on a folder of its own.
+// each on an empty place of its own: a folder for the engine and SQLite, a schema of the test
+// program's throwaway server for PostgreSQL.
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <ostream>
@@ -12,6 +14,7 @@
 #include <vector>
 
 #include "engine/operations.hpp"
+#include "engine/sql/row_id.hpp"
 #include "support/temp_dir.hpp"
 
 namespace fnrk::conformance {
@@ -22,6 +25,10 @@ using engine::Status;
 struct Implementation {
     std::string name;
     std::function<std::unique_ptr<engine::Operations>()> make;
+    // The connection path of the test's place, given the test's own empty folder.
+    std::function<std::string(const std::filesystem::path&)> where;
+    // How the ROWIDs of its statements give the record number.
+    engine::sql::RowIdStyle rowIds = engine::sql::RowIdStyle::Base64;
 };
 
 std::vector<Implementation> Implementations();

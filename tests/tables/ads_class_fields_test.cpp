@@ -206,8 +206,7 @@ TEST(FieldValueConversions, ValuesBecomeTheStoredTextOfTheirField) {
     EXPECT_EQ(ValueAsText(false), "F");
 }
 
-INSTANTIATE_TEST_SUITE_P(Keepings, AdsFieldsTest, ::testing::Values(Keeping::Files, Keeping::Sql),
-                         KeepingName);
+INSTANTIATE_TEST_SUITE_P(Keepings, AdsFieldsTest, AllKeepings(), KeepingName);
 
 }  // namespace
 }  // namespace fnrk::tables::ads_testing

@@ -231,8 +231,7 @@ TEST_P(AdsLocksTest, TwoProcessesLockTheSameRecord) {
     EXPECT_EQ(ads.GetLockNumberOnServer(), 1u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Keepings, AdsLocksTest, ::testing::Values(Keeping::Files, Keeping::Sql),
-                         KeepingName);
+INSTANTIATE_TEST_SUITE_P(Keepings, AdsLocksTest, AllKeepings(), KeepingName);
 
 }  // namespace
 }  // namespace fnrk::tables::ads_testing

@@ -232,8 +232,7 @@ TEST_P(AdsTest, FindConnectionFindsTheDriveConnection) {
     EXPECT_EQ(second.LocalConnection(), connected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Keepings, AdsTest, ::testing::Values(Keeping::Files, Keeping::Sql),
-                         KeepingName);
+INSTANTIATE_TEST_SUITE_P(Keepings, AdsTest, AllKeepings(), KeepingName);
 
 }  // namespace
 }  // namespace fnrk::tables::ads_testing

@@ -15,16 +15,30 @@
 #include "backend/frc_database.hpp"
 #include "engine/engine.hpp"
 #include "platform/messages.hpp"
+#include "support/postgres_server.hpp"
 #include "support/scoped_environment.hpp"
 #include "support/temp_dir.hpp"
 #include "tables/ads_class.hpp"
 
 namespace fnrk::tables::ads_testing {
 
-enum class Keeping { Files, Sql };
+// Files, a SQLite database, or a PostgreSQL database (the test program's throwaway server).
+enum class Keeping { Files, Sql, Postgres };
 
 inline std::string KeepingName(const ::testing::TestParamInfo<Keeping>& info) {
-    return info.param == Keeping::Files ? "Files" : "Sql";
+    switch (info.param) {
+        case Keeping::Files:
+            return "Files";
+        case Keeping::Sql:
+            return "Sql";
+        case Keeping::Postgres:
+            break;
+    }
+    return "Postgres";
+}
+
+inline auto AllKeepings() {
+    return ::testing::Values(Keeping::Files, Keeping::Sql, Keeping::Postgres);
 }
 
 // Index tags as (name, expression).
@@ -46,6 +60,16 @@ class AdsTest : public ::testing::TestWithParam<Keeping> {
             fnrk::testing::WriteFileBytes(dossier / "folder.data",
                                           "<connection><Driver>SQLite</Driver>"
                                           "<Database>dossier.sqlite</Database></connection>\n");
+        } else if (GetParam() == Keeping::Postgres) {
+            // A schema of its own per test: named after the test's folder.
+            auto& server = fnrk::testing::PostgresServer::Shared();
+            fnrk::testing::WriteFileBytes(dossier / "FRSQL.DBF", "");
+            fnrk::testing::WriteFileBytes(
+                dossier / "folder.data",
+                "<connection><Driver>PostgreSQL</Driver><Server>" + server.socketFolder().string() +
+                    "</Server><User>postgres</User><Database>" + server.database() +
+                    "</Database><Schema>" + folder.path().filename().string() +
+                    "</Schema></connection>\n");
         }
         ads.SetDossierPrefix((dossier / "SOC1").string());
         ASSERT_EQ(ads.Initialize(), engine::AE_SUCCESS);

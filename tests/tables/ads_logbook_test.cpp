@@ -128,8 +128,7 @@ TEST_P(AdsLogbookTest, WithoutALogbookNothingIsWritten) {
     EXPECT_EQ(ads.SelectionRecCount(), 4u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Keepings, AdsLogbookTest, ::testing::Values(Keeping::Files, Keeping::Sql),
-                         KeepingName);
+INSTANTIATE_TEST_SUITE_P(Keepings, AdsLogbookTest, AllKeepings(), KeepingName);
 
 }  // namespace
 }  // namespace fnrk::tables::ads_testing

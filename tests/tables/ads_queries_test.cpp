@@ -198,8 +198,7 @@ TEST_P(AdsQueriesTest, TemporaryOrdersFollowTheirKeyAndAreRemadeOnEachCall) {
     EXPECT_EQ(Shown(), "Alias GHOST not found (ActivateAlias)");
 }
 
-INSTANTIATE_TEST_SUITE_P(Keepings, AdsQueriesTest,
-                         ::testing::Values(ads_testing::Keeping::Files, ads_testing::Keeping::Sql),
+INSTANTIATE_TEST_SUITE_P(Keepings, AdsQueriesTest, ads_testing::AllKeepings(),
                          ads_testing::KeepingName);
 
 }  // namespace

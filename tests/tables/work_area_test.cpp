@@ -330,12 +330,51 @@ TEST_P(WorkAreaTest, AppendsOnlyLiveRecordsThatMeetTheCondition) {
     EXPECT_NE(db.GetTableHandle(areas.Connection(), "TEMP", temp), AE_SUCCESS);
 }
 
+TEST_P(WorkAreaTest, AppendsFromATableKeptAsAFileOutsideTheDossier) {
+    // A plain folder of table files beside the dossier, written by the engine itself.
+    fnrk::testing::TempDir outside;
+    {
+        engine::Engine files;
+        ASSERT_EQ(files.SetDateFormat("DD/MM/YYYY"), AE_SUCCESS);
+        Handle connection = 0;
+        ASSERT_EQ(files.Connect26(outside.path().string(), ADS_LOCAL_SERVER, connection),
+                  AE_SUCCESS);
+        Handle table = 0;
+        ASSERT_EQ(
+            files.CreateTable(connection, "outside.dbf", "", ADS_CDX, ADS_ANSI,
+                              ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0, kCustomerFields, table),
+            AE_SUCCESS);
+        for (const auto& [name, amount] : {std::pair{"Ann", 12.5}, {"Bob", 700.0}, {"Cy", 3.0}}) {
+            ASSERT_EQ(files.AppendRecord(table), AE_SUCCESS);
+            ASSERT_EQ(files.SetString(table, "NAME", name), AE_SUCCESS);
+            ASSERT_EQ(files.SetDouble(table, "AMOUNT", amount), AE_SUCCESS);
+            ASSERT_EQ(files.SetDate(table, "DUE", "03/04/2024"), AE_SUCCESS);
+            ASSERT_EQ(files.SetString(table, "NOTE", std::string("note of ") + name), AE_SUCCESS);
+        }
+        ASSERT_EQ(files.GotoRecord(table, 3), AE_SUCCESS);
+        ASSERT_EQ(files.DeleteRecord(table), AE_SUCCESS);
+        ASSERT_EQ(files.CloseTable(table), AE_SUCCESS);
+    }
+    const Handle target = Create("target.dbf", kCustomerFields);
+    ASSERT_EQ(db.CloseTable(target), AE_SUCCESS);
+    ASSERT_EQ(areas.sx_use(PathOf("target.dbf"), "TARGET"), AE_SUCCESS);
+
+    const std::string source = (outside.path() / "outside.dbf").string();
+    ASSERT_EQ(areas.appendfrom(source, "AMOUNT > 10"), AE_SUCCESS) << Shown();
+    EXPECT_EQ(Names(), "Ann,Bob");
+    ASSERT_EQ(areas.sx_GoTop(), AE_SUCCESS);
+    EXPECT_EQ(areas.sx_GetString("NOTE"), "note of Ann");
+    EXPECT_EQ(areas.sx_GetDate("DUE"), "03/04/2024");
+    EXPECT_DOUBLE_EQ(areas.sx_GetDouble("AMOUNT"), 12.5);
+    EXPECT_TRUE(messages.shown().empty()) << Shown();
+}
+
 TEST_P(WorkAreaTest, EncryptedSourcesAreAppendedOnlyWithTheirPassword) {
     MakeCustomers("secret.dbf", {{"Hidden", 1}});
     MakeCustomers("target.dbf", {});
     ASSERT_EQ(areas.sx_use(PathOf("secret.dbf"), "SECRET", "EXCLUSIVE"), AE_SUCCESS);
     EXPECT_FALSE(areas.sx_IsEncrypted());
-    if (GetParam() == ads_testing::Keeping::Sql) {
+    if (GetParam() != ads_testing::Keeping::Files) {
         // The database protects a SQL-kept dossier: its tables are never encrypted.
         EXPECT_EQ(areas.sx_Encrypt("s3cret"), AE_NOT_IMPLEMENTED);
         EXPECT_FALSE(areas.sx_IsEncrypted());
@@ -359,8 +398,7 @@ TEST_P(WorkAreaTest, EncryptedSourcesAreAppendedOnlyWithTheirPassword) {
     EXPECT_EQ(areas.sx_GetString("NAME"), "Hidden");
 }
 
-INSTANTIATE_TEST_SUITE_P(Keepings, WorkAreaTest,
-                         ::testing::Values(ads_testing::Keeping::Files, ads_testing::Keeping::Sql),
+INSTANTIATE_TEST_SUITE_P(Keepings, WorkAreaTest, ads_testing::AllKeepings(),
                          ads_testing::KeepingName);
 
 }  // namespace

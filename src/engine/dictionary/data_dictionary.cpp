@@ -49,12 +49,22 @@ bool DataDictionary::NameTaken(std::string_view name) const {
     return FindTable(name) != nullptr || FindView(name) != nullptr;
 }
 
+Status DataDictionary::AddDatabaseTable(DictionaryTable table, std::string& message) {
+    table.name = platform::Trim(table.name);
+    if (Status status = CheckTableName(table.name, message); status != AE_SUCCESS) return status;
+    tables_.push_back(std::move(table));
+    return Save(message);
+}
+
+Status DataDictionary::CheckTableName(const std::string& name, std::string& message) const {
+    if (!name.empty() && !NameTaken(name)) return AE_SUCCESS;
+    message = "table name \"" + name + "\" is empty or taken";
+    return AE_INVALID_OBJECT_NAME;
+}
+
 Status DataDictionary::AddTable(DictionaryTable table, std::string& message) {
     table.name = platform::Trim(table.name);
-    if (table.name.empty() || NameTaken(table.name)) {
-        message = "table name \"" + table.name + "\" is empty or taken";
-        return AE_INVALID_OBJECT_NAME;
-    }
+    if (Status status = CheckTableName(table.name, message); status != AE_SUCCESS) return status;
     std::filesystem::path file(platform::Trim(table.path));
     if (file.is_relative()) file = std::filesystem::path(folder()) / file;
     if (!std::filesystem::is_regular_file(file)) {

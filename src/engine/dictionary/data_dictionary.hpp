@@ -62,6 +62,9 @@ class DataDictionary {
     static bool IsAdministrator(std::string_view user);
 
     [[nodiscard]] Status AddTable(DictionaryTable table, std::string& message);
+    // A table kept in a SQL database rather than a file: the caller has found it there, and its
+    // name is kept as given.
+    [[nodiscard]] Status AddDatabaseTable(DictionaryTable table, std::string& message);
     [[nodiscard]] Status AddView(DictionaryView view, std::string& message);
     [[nodiscard]] Status CreateUser(std::string_view group, std::string_view name,
                                     std::string_view password, std::string_view description,
@@ -83,6 +86,7 @@ class DataDictionary {
   private:
     [[nodiscard]] Status Save(std::string& message) const;
     bool NameTaken(std::string_view name) const;
+    Status CheckTableName(const std::string& name, std::string& message) const;
 
     std::string path_;
     std::string description_;

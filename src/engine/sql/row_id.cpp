@@ -34,11 +34,31 @@ std::string RowIdTablePart(std::string_view path) {
     return Base64Digits(digest, kRowIdTableLength);
 }
 
-std::string MakeRowId(std::string_view tablePart, std::uint32_t record) {
+std::size_t RowIdLength(RowIdStyle style) {
+    return kRowIdTableLength +
+           (style == RowIdStyle::Decimal ? kDecimalRowIdRecordLength : kRowIdRecordLength);
+}
+
+std::string MakeRowId(std::string_view tablePart, std::uint32_t record, RowIdStyle style) {
+    if (style == RowIdStyle::Decimal) {
+        std::string digits = std::to_string(record);
+        if (digits.size() < kDecimalRowIdRecordLength)
+            digits.insert(0, kDecimalRowIdRecordLength - digits.size(), '0');
+        return std::string(tablePart) + digits;
+    }
     return std::string(tablePart) + Base64Digits(record, kRowIdRecordLength);
 }
 
-std::optional<std::uint32_t> RowIdRecord(std::string_view rowId) {
+std::optional<std::uint32_t> RowIdRecord(std::string_view rowId, RowIdStyle style) {
+    if (style == RowIdStyle::Decimal) {
+        if (rowId.size() < kDecimalRowIdRecordLength) return std::nullopt;
+        std::uint64_t value = 0;
+        for (const char c : rowId.substr(rowId.size() - kDecimalRowIdRecordLength)) {
+            if (c < '0' || c > '9') return std::nullopt;
+            value = value * 10 + static_cast<std::uint64_t>(c - '0');
+        }
+        return static_cast<std::uint32_t>(value);
+    }
     if (rowId.size() < kRowIdRecordLength) return std::nullopt;
     std::uint64_t value = 0;
     for (const char c : rowId.substr(rowId.size() - kRowIdRecordLength)) {

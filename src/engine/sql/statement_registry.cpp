@@ -9,24 +9,46 @@ namespace fnrk::engine::sql {
 
 namespace {
 
-void RemoveTableFiles(const std::filesystem::path& path) {
-    std::error_code ignored;
-    for (const char* extension : {".dbf", ".fpt", ".cdx"}) {
-        std::filesystem::path file = path;
-        std::filesystem::remove(file.replace_extension(extension), ignored);
+// Cursor files in a temporary folder of this registry, made on first use.
+class CursorFiles final : public CursorTables {
+  public:
+    ~CursorFiles() override {
+        if (folder_.empty()) return;
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
     }
-}
+    std::string NewName() override {
+        if (folder_.empty()) {
+            folder_ = std::filesystem::temp_directory_path() /
+                      ("fennrick-sql-" + std::to_string(::getpid()) + "-" +
+                       std::to_string(reinterpret_cast<std::uintptr_t>(this)));
+            std::filesystem::create_directories(folder_);
+        }
+        return (folder_ / ("cursor" + std::to_string(++nextCursor_) + ".dbf")).string();
+    }
+    void Remove(Handle, const std::string& name) override {
+        std::error_code ignored;
+        for (const char* extension : {".dbf", ".fpt", ".cdx"}) {
+            std::filesystem::path file = name;
+            std::filesystem::remove(file.replace_extension(extension), ignored);
+        }
+    }
+
+  private:
+    std::filesystem::path folder_;
+    std::uint32_t nextCursor_ = 0;
+};
 
 }  // namespace
 
-StatementRegistry::StatementRegistry(Operations& engine, ViewLookup views)
-    : engine_(engine), views_(std::move(views)) {}
+StatementRegistry::StatementRegistry(Operations& engine, ViewLookup views,
+                                     std::unique_ptr<CursorTables> cursors, RowIdStyle rowIds)
+    : engine_(engine),
+      views_(std::move(views)),
+      cursorTables_(cursors ? std::move(cursors) : std::make_unique<CursorFiles>()),
+      rowIds_(rowIds) {}
 
-StatementRegistry::~StatementRegistry() {
-    if (folder_.empty()) return;
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-}
+StatementRegistry::~StatementRegistry() = default;
 
 void StatementRegistry::Add(Handle statement, Handle connection) {
     statements_[statement] = Entry{connection, {}, {}, false, {}};
@@ -45,6 +67,7 @@ TableSource StatementRegistry::SourceFor(const Entry& entry) {
     source.passwords = entry.settings.passwords;
     source.views = views_;
     source.nextAlias = nextAlias_;
+    source.rowIds = rowIds_;
     return source;
 }
 
@@ -63,14 +86,12 @@ Status StatementRegistry::Prepare(Handle statement, std::string_view sql, std::s
     return AE_SUCCESS;
 }
 
-std::filesystem::path StatementRegistry::NewCursorPath() {
-    if (folder_.empty()) {
-        folder_ = std::filesystem::temp_directory_path() /
-                  ("fennrick-sql-" + std::to_string(::getpid()) + "-" +
-                   std::to_string(reinterpret_cast<std::uintptr_t>(this)));
-        std::filesystem::create_directories(folder_);
-    }
-    return folder_ / ("cursor" + std::to_string(++nextCursor_) + ".dbf");
+Status StatementRegistry::Check(Handle connection, std::string_view sql, std::string& message) {
+    TableSource source = SourceFor(Entry{connection, {}, {}, false, {}});
+    StatementResult result;
+    const Status status = RunStatement(source, sql, RunMode::PrepareOnly, result, message);
+    nextAlias_ = source.nextAlias;
+    return status;
 }
 
 Status StatementRegistry::Execute(Handle statement, Handle& cursor, std::string& message) {
@@ -83,14 +104,13 @@ Status StatementRegistry::Execute(Handle statement, Handle& cursor, std::string&
     StatementResult result;
     Status status = RunStatement(source, entry.sql, RunMode::Execute, result, message);
     if (status == AE_SUCCESS && result.query) {
-        std::filesystem::path path = NewCursorPath();
-        status =
-            MaterializeCursor(source, path.string(), result,
-                              entry.settings.readOnly != ADS_CURSOR_READWRITE, cursor, message);
+        std::string name = cursorTables_->NewName();
+        status = MaterializeCursor(
+            source, name, result, entry.settings.readOnly != ADS_CURSOR_READWRITE, cursor, message);
         if (status == AE_SUCCESS)
-            entry.cursors.emplace_back(cursor, std::move(path));
+            entry.cursors.emplace_back(cursor, std::move(name));
         else
-            RemoveTableFiles(path);
+            cursorTables_->Remove(entry.connection, name);
     }
     nextAlias_ = source.nextAlias;
     return status;
@@ -112,13 +132,21 @@ Status StatementRegistry::StatementOf(Handle cursor, Handle& statement) const {
 Status StatementRegistry::Close(Handle statement) {
     const auto found = statements_.find(statement);
     if (found == statements_.end()) return AE_INVALID_SQLSTATEMENT_HANDLE;
-    for (const auto& [cursor, path] : found->second.cursors) {
-        // The caller may have closed the cursor already; its file goes either way.
+    for (const auto& [cursor, name] : found->second.cursors) {
+        // The caller may have closed the cursor already; its table goes either way.
         engine_.CloseTable(cursor);
-        RemoveTableFiles(path);
+        cursorTables_->Remove(found->second.connection, name);
     }
     statements_.erase(found);
     return AE_SUCCESS;
+}
+
+void StatementRegistry::CloseAll(Handle connection) {
+    std::vector<Handle> closing;
+    for (const auto& [handle, entry] : statements_) {
+        if (connection == 0 || entry.connection == connection) closing.push_back(handle);
+    }
+    for (Handle handle : closing) Close(handle);
 }
 
 std::size_t StatementRegistry::cursorCount() const {

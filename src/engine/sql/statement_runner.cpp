@@ -147,7 +147,9 @@ std::optional<FieldInfo> SourceField(const TableSource& source, sqlite3_stmt* st
     const char* origin = sqlite3_column_origin_name(statement, column);
     if (table == nullptr || origin == nullptr) return std::nullopt;
     const std::string name = platform::UpperCase(origin);
-    if (name == "ROWID") return FieldInfo{"ROWID", ADS_STRING, kRowIdLength, 0};
+    if (name == "ROWID")
+        return FieldInfo{"ROWID", ADS_STRING,
+                         static_cast<std::uint32_t>(RowIdLength(source.rowIds)), 0};
     const auto found = source.declaredTables.find(platform::UpperCase(table));
     if (found == source.declaredTables.end()) return std::nullopt;
     for (const FieldInfo& field : found->second) {

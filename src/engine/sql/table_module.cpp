@@ -231,8 +231,9 @@ void FilterRowId(VirtualTable& table, VirtualCursor& cursor, sqlite3_value* valu
     cursor.eof = true;
     const char* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
     const std::string rowId = text == nullptr ? std::string() : std::string(text);
-    const std::optional<std::uint32_t> record = RowIdRecord(rowId);
-    if (rowId.size() != kRowIdLength || !record ||
+    const RowIdStyle style = table.source->rowIds;
+    const std::optional<std::uint32_t> record = RowIdRecord(rowId, style);
+    if (rowId.size() != RowIdLength(style) || !record ||
         rowId.compare(0, kRowIdTableLength, table.rowIdTable) != 0)
         return;
     if (engine.GotoRecord(cursor.table, *record) != AE_SUCCESS) return;
@@ -323,7 +324,8 @@ int Column(sqlite3_vtab_cursor* base, sqlite3_context* context, int column) {
     VirtualTable& table = Table(base->pVtab);
     Operations& engine = table.source->engine;
     if (column == 0) {
-        const std::string rowId = MakeRowId(table.rowIdTable, CurrentRecord(engine, cursor));
+        const std::string rowId =
+            MakeRowId(table.rowIdTable, CurrentRecord(engine, cursor), table.source->rowIds);
         sqlite3_result_text(context, rowId.data(), static_cast<int>(rowId.size()),
                             SQLITE_TRANSIENT);
         return SQLITE_OK;

@@ -13,6 +13,7 @@
 
 #include "engine/operations.hpp"
 #include "engine/sql/field_values.hpp"
+#include "engine/sql/row_id.hpp"
 
 namespace fnrk::engine::sql {
 
@@ -35,6 +36,7 @@ struct TableSource {
     std::uint32_t nextAlias = 0;
     // Set once the statement has opened an encrypted table: its cursor must not be plain.
     bool readsEncrypted = false;
+    RowIdStyle rowIds = RowIdStyle::Base64;
 
     // Opens the table file `path` shared under a private alias, with its password when it is
     // encrypted. The message says what failed.

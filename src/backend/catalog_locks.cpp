@@ -1,4 +1,4 @@
-#include "backend/record_locks.hpp"
+#include "backend/catalog_locks.hpp"
 
 #include <signal.h>
 #include <unistd.h>
@@ -26,10 +26,19 @@ bool ProcessAlive(std::string_view owner) {
 
 }  // namespace
 
-RecordLocks::RecordLocks(SqlSession& session, std::string table)
+void CatalogLocks::EnsureCatalog(SqlSession& session) {
+    session.Execute(
+        "CREATE TABLE IF NOT EXISTS fnrk_lock(table_name TEXT NOT NULL, recno INTEGER NOT NULL, "
+        "owner TEXT NOT NULL, PRIMARY KEY(table_name, recno))");
+    session.Execute(
+        "CREATE TABLE IF NOT EXISTS fnrk_open(table_name TEXT NOT NULL, owner TEXT NOT NULL, "
+        "exclusive INTEGER NOT NULL)");
+}
+
+CatalogLocks::CatalogLocks(SqlSession& session, std::string table)
     : session_(session), table_(std::move(table)), owner_(NewOwner()) {}
 
-RecordLocks::~RecordLocks() {
+CatalogLocks::~CatalogLocks() {
     try {
         UnlockAll();
         if (open_) {
@@ -41,7 +50,7 @@ RecordLocks::~RecordLocks() {
     }
 }
 
-bool RecordLocks::OthersHold(const char* catalog, const std::string& where, std::uint32_t recno) {
+bool CatalogLocks::OthersHold(const char* catalog, const std::string& where, std::uint32_t recno) {
     std::string sql = std::string("SELECT DISTINCT owner FROM ") + catalog +
                       " WHERE table_name = ? AND owner <> ? AND " + where;
     bool usesRecno = where.find('?') != std::string::npos;
@@ -61,7 +70,7 @@ bool RecordLocks::OthersHold(const char* catalog, const std::string& where, std:
     return held;
 }
 
-bool RecordLocks::Open(bool exclusive) {
+bool CatalogLocks::Open(bool exclusive) {
     SqlTransaction transaction(session_);
     if (OthersHold("fnrk_open", exclusive ? "1 = 1" : "exclusive <> 0", 0)) return false;
     SqlValue parameters[] = {table_, owner_, static_cast<std::int64_t>(exclusive ? 1 : 0)};
@@ -72,7 +81,7 @@ bool RecordLocks::Open(bool exclusive) {
     return true;
 }
 
-bool RecordLocks::LockRecord(std::uint32_t recno) {
+bool CatalogLocks::LockRecord(std::uint32_t recno) {
     SqlTransaction transaction(session_);
     if (OthersHold("fnrk_lock", "(recno = ? OR recno = 0)", recno)) return false;
     SqlValue parameters[] = {table_, static_cast<std::int64_t>(recno), owner_};
@@ -84,13 +93,13 @@ bool RecordLocks::LockRecord(std::uint32_t recno) {
     return true;
 }
 
-void RecordLocks::UnlockRecord(std::uint32_t recno) {
+void CatalogLocks::UnlockRecord(std::uint32_t recno) {
     SqlValue parameters[] = {table_, static_cast<std::int64_t>(recno), owner_};
     session_.Execute("DELETE FROM fnrk_lock WHERE table_name = ? AND recno = ? AND owner = ?",
                      parameters);
 }
 
-bool RecordLocks::LockTable() {
+bool CatalogLocks::LockTable() {
     SqlTransaction transaction(session_);
     if (OthersHold("fnrk_lock", "1 = 1", 0)) return false;
     SqlValue parameters[] = {table_, kTableLock, owner_};
@@ -102,7 +111,7 @@ bool RecordLocks::LockTable() {
     return true;
 }
 
-void RecordLocks::UnlockAll() {
+void CatalogLocks::UnlockAll() {
     SqlValue parameters[] = {owner_};
     session_.Execute("DELETE FROM fnrk_lock WHERE owner = ?", parameters);
 }
