@@ -28,13 +28,17 @@ set(same_rank_allowed "")
 # and the Engine itself for whoever owns the process's engine.
 set(engine_public
     engine/constants.hpp engine/errors.hpp engine/mgmt_config.hpp engine/operations.hpp
-    engine/operations.def engine/engine.hpp)
+    engine/operations.def engine/engine.hpp
+    # the fields of any table as SQL values, read through the operation set
+    engine/sql/field_values.hpp)
 # What the SQL backend shares with the engine besides: field layouts and value codecs, key
-# encoding, expressions, the engine-wide settings and error texts, so that both answer alike.
+# encoding, expressions, the engine-wide settings and error texts, SQL statements and data
+# dictionaries, so that both answer alike.
 set(engine_shared_with_backend
     engine/dbf/field.hpp engine/dbf/field_codec.hpp engine/dbf/field_list.hpp
     engine/expr/expression.hpp engine/cdx/index_key.hpp engine/cursor/engine_settings.hpp
-    engine/cursor/record_functions.hpp engine/field_type_code.hpp engine/error_text.hpp)
+    engine/cursor/record_functions.hpp engine/field_type_code.hpp engine/error_text.hpp
+    engine/sql/statement_registry.hpp engine/dictionary/data_dictionary.hpp)
 # Files that still reach into the engine from above, until they go through the table layer.
 # This list only shrinks.
 set(engine_internals_still_used_by

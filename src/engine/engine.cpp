@@ -90,7 +90,8 @@ Status Engine::Disconnect(Handle connection) {
     std::vector<Handle> closing;
     for (const auto& [handle, table] : tables_)
         if (connection == 0 || table.connection == connection) closing.push_back(handle);
-    for (const Handle handle : closing) CloseTable(handle);
+    // Each table's own failure was reported when it happened; the connection goes regardless.
+    for (const Handle handle : closing) IgnoreStatus(CloseTable(handle));
     if (connection == 0) {
         connections_.clear();
     } else {

@@ -130,7 +130,7 @@ bool MappingTable::CreateFromTemplate() {
                   target.sx_CreateField(name, tables::FieldTypeLetter(type),
                                         static_cast<int>(length), decimals);
     }
-    source.sx_close();
+    engine::IgnoreStatus(source.sx_close());  // read only: the definition is the answer
     return defined && target.sx_CreateExec() == engine::AE_SUCCESS;
 }
 

@@ -154,7 +154,7 @@ bool AdsClass::SetAllLocksInExistingDocument(std::string_view journalCode,
     std::vector<std::string> accounts;
     for (std::uint32_t entry : entries) {
         wanted.emplace_back(&kEntriesLocks, entry);
-        db_.GotoRecord(currentTable_, entry);
+        if (db_.GotoRecord(currentTable_, entry) != AE_SUCCESS) return false;
         const std::string account = platform::Trim(GetStringValue("ACCOUNTGL"));
         if (!account.empty() && !quoted(account) &&
             std::find(accounts.begin(), accounts.end(), account) == accounts.end()) {
@@ -175,7 +175,8 @@ bool AdsClass::SetAllLocksInExistingDocument(std::string_view journalCode,
     for (const auto& [table, record] : wanted) {
         if (!OpenLockAlias(table->alias, table->lockAlias) || !RecLock(table->lockAlias, record)) {
             for (const auto& [lockAlias, held] : taken) {
-                db_.UnlockRecord(TableOfAlias(lockAlias), held);
+                IgnoreStatus(
+                    db_.UnlockRecord(TableOfAlias(lockAlias), held));  // refusal is the answer
             }
             return false;
         }

@@ -53,7 +53,7 @@ Status WorkAreas::appendfrom(std::string_view sourcePath, std::string_view condi
             db_.Connect26(folder, ADS_LOCAL_SERVER, ownConnection) == AE_SUCCESS) {
             if (!SameOwner(ownConnection, connection_)) status = open(ownConnection);
             if (status != AE_SUCCESS) {
-                db_.Disconnect(ownConnection);
+                IgnoreStatus(db_.Disconnect(ownConnection));  // the open's status is the answer
                 ownConnection = 0;
             }
         }

@@ -71,7 +71,9 @@ bool UsersExt::CreateUserExtended() {
     if (connection != 0 && connection < engine::kEngineHandleStart) {
         bool exists = false;
         tables::SqlDatabase& db = tables_.Database();
-        if (db.TableExists(connection, path, exists) == 0 && exists) db.DropTable(connection, path);
+        if (db.TableExists(connection, path, exists) == 0 && exists)
+            engine::IgnoreStatus(
+                db.DropTable(connection, path));  // the creation that follows reports
     } else {
         platform::DeleteFile(path);
         platform::DeleteFile(path.substr(0, path.size() - 4) + ".cdx");

@@ -146,7 +146,7 @@ void StatementRegistry::CloseAll(Handle connection) {
     for (const auto& [handle, entry] : statements_) {
         if (connection == 0 || entry.connection == connection) closing.push_back(handle);
     }
-    for (Handle handle : closing) Close(handle);
+    for (Handle handle : closing) IgnoreStatus(Close(handle));  // known handles: cannot fail
 }
 
 std::size_t StatementRegistry::cursorCount() const {

@@ -48,11 +48,14 @@ class CommitSafety : public EngineTest {
 
     // In a child process with an engine of its own: runs `work` on the table opened shared and
     // dies by SIGKILL without closing anything.
-    void KilledWriter(const std::function<void(Engine&, Handle)>& work) {
+    // The writer is killed after its work; a step of the work that fails ends it normally
+    // instead, which fails the test.
+    void KilledWriter(const std::function<bool(Engine&, Handle)>& work) {
         const pid_t pid = fork();
         if (pid == 0) {
             Engine own;
-            if (const Handle table = OpenElsewhere(own, "notes")) work(own, table);
+            const Handle table = OpenElsewhere(own, "notes");
+            if (table == 0 || !work(own, table)) _exit(1);
             raise(SIGKILL);
         }
         int status = 0;
@@ -91,13 +94,15 @@ TEST_F(CommitSafety, AMemoChangeIsSeenOnlyWhenItsRecordIsWritten) {
 TEST_F(CommitSafety, AWriterKilledBeforeItsCommitLosesNothing) {
     CreateNotes();
     KilledWriter([](Engine& own, Handle table) {
-        own.GotoRecord(table, 1);
-        own.SetString(table, "NOTE", "never committed");  // a text as long as the old one
-        own.SetLong(table, "VAL", 999);
+        return own.GotoRecord(table, 1) == AE_SUCCESS &&
+               // a text as long as the old one
+               own.SetString(table, "NOTE", "never committed") == AE_SUCCESS &&
+               own.SetLong(table, "VAL", 999) == AE_SUCCESS;
     });
     KilledWriter([](Engine& own, Handle table) {
-        own.GotoRecord(table, 1);
-        own.SetString(table, "NOTE", std::string(500, 'n'));  // longer: new blocks at the end
+        return own.GotoRecord(table, 1) == AE_SUCCESS &&
+               // longer: new blocks at the end
+               own.SetString(table, "NOTE", std::string(500, 'n')) == AE_SUCCESS;
     });
     const Handle table = Open("notes");
     ASSERT_EQ(engine.GotoRecord(table, 1), AE_SUCCESS);
@@ -112,9 +117,11 @@ TEST_F(CommitSafety, AWriterKilledBeforeItsCommitLosesNothing) {
 TEST_F(CommitSafety, EveryWayOfClosingWritesThePendingRecordWithItsKeys) {
     CreateNotes();
     const std::vector<std::pair<std::string, std::function<void(Engine&, Handle)>>> ways = {
-        {"CloseAllTables", [](Engine& own, Handle) { own.CloseAllTables(); }},
-        {"Disconnect", [](Engine& own, Handle folder) { own.Disconnect(folder); }},
-        {"Disconnect(0)", [](Engine& own, Handle) { own.Disconnect(0); }},
+        {"CloseAllTables",
+         [](Engine& own, Handle) { EXPECT_EQ(own.CloseAllTables(), AE_SUCCESS); }},
+        {"Disconnect",
+         [](Engine& own, Handle folder) { EXPECT_EQ(own.Disconnect(folder), AE_SUCCESS); }},
+        {"Disconnect(0)", [](Engine& own, Handle) { EXPECT_EQ(own.Disconnect(0), AE_SUCCESS); }},
         {"destructor", [](Engine&, Handle) {}},
     };
     std::int32_t id = 100;
