@@ -53,7 +53,9 @@ Status PendingWrites::ApplyChange(Change& change) {
     if (change.kind == Kind::Insert) {
         if (Status status = engine.AppendRecord(writer_); status != AE_SUCCESS) return status;
         std::uint32_t record = 0;
-        engine.GetRecordNum(writer_, ADS_IGNOREFILTERS, record);
+        if (Status status = engine.GetRecordNum(writer_, ADS_IGNOREFILTERS, record);
+            status != AE_SUCCESS)
+            return status;
         locked_.push_back(record);
         undo_.push_back({record, {}});
         return WriteValues(change.values);
@@ -73,7 +75,7 @@ std::string PendingWrites::Apply() {
         if (Status status = ApplyChange(change); status != AE_SUCCESS) {
             Status code = status;
             std::string message;
-            source_.engine.GetLastError(code, message);
+            IgnoreStatus(source_.engine.GetLastError(code, message));  // empty when none
             Discard();
             return "write to " + path_ + " failed: " + message;
         }
@@ -87,17 +89,18 @@ std::string PendingWrites::Apply() {
     return {};
 }
 
+// Undoing is done as far as it goes: the failure being answered is the write's.
 void PendingWrites::Discard() {
     Operations& engine = source_.engine;
     for (auto undo = undo_.rbegin(); undo != undo_.rend(); ++undo) {
         if (engine.GotoRecord(writer_, undo->record) != AE_SUCCESS) continue;
         if (undo->before.empty()) {
-            engine.DeleteRecord(writer_);
+            IgnoreStatus(engine.DeleteRecord(writer_));
         } else {
-            engine.SetRecord(writer_, undo->before);
+            IgnoreStatus(engine.SetRecord(writer_, undo->before));
         }
     }
-    if (!undo_.empty()) engine.FlushFileBuffers(writer_);
+    if (!undo_.empty()) IgnoreStatus(engine.FlushFileBuffers(writer_));
     undo_.clear();
     changes_.clear();
     Close();
@@ -111,9 +114,11 @@ void PendingWrites::Finish() {
 
 void PendingWrites::Close() {
     if (writer_ == 0) return;
-    for (const std::uint32_t record : locked_) source_.engine.UnlockRecord(writer_, record);
+    // Our own locks and table on a handle we opened: nothing to answer if they go badly.
+    for (const std::uint32_t record : locked_)
+        IgnoreStatus(source_.engine.UnlockRecord(writer_, record));
     locked_.clear();
-    source_.engine.CloseTable(writer_);
+    IgnoreStatus(source_.engine.CloseTable(writer_));
     writer_ = 0;
 }
 

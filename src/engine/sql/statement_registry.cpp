@@ -134,7 +134,7 @@ Status StatementRegistry::Close(Handle statement) {
     if (found == statements_.end()) return AE_INVALID_SQLSTATEMENT_HANDLE;
     for (const auto& [cursor, name] : found->second.cursors) {
         // The caller may have closed the cursor already; its table goes either way.
-        engine_.CloseTable(cursor);
+        IgnoreStatus(engine_.CloseTable(cursor));
         cursorTables_->Remove(found->second.connection, name);
     }
     statements_.erase(found);

@@ -80,7 +80,7 @@ bool DeclareName(TableSource& source, sqlite3* db, const std::string& name, std:
     Handle table = 0;
     if (source.OpenTable(name, true, table, message) != AE_SUCCESS) return false;
     const Status status = engine.GetTableFilename(table, ADS_FULLPATHNAME, path);
-    engine.CloseTable(table);
+    IgnoreStatus(engine.CloseTable(table));  // opened only to be named
     if (status != AE_SUCCESS) {
         message = "cannot name the file of table " + name;
         return false;

@@ -155,7 +155,7 @@ bool CarriesSource(const FieldInfo& field) {
 std::string LastErrorText(Operations& engine) {
     Status code = AE_SUCCESS;
     std::string text;
-    engine.GetLastError(code, text);
+    IgnoreStatus(engine.GetLastError(code, text));  // empty when there is none
     return text;
 }
 
@@ -214,7 +214,7 @@ Status MaterializeCursor(TableSource& source, const std::string& path,
     if (status == AE_SUCCESS) status = engine.GotoTop(cursor);
     if (status != AE_SUCCESS) {
         message = "cannot build the cursor: " + LastErrorText(engine);
-        if (cursor != 0) engine.CloseTable(cursor);
+        if (cursor != 0) IgnoreStatus(engine.CloseTable(cursor));  // the failure is the answer
         cursor = 0;
     }
     return status;

@@ -52,7 +52,7 @@ int Fail(sqlite3_vtab* vtab, const std::string& message) {
 std::string EngineMessage(Operations& engine, const std::string& doing) {
     Status code = AE_SUCCESS;
     std::string text;
-    engine.GetLastError(code, text);
+    IgnoreStatus(engine.GetLastError(code, text));  // empty when there is none
     return doing + ": " + text;
 }
 
@@ -75,7 +75,7 @@ std::string Unquote(std::string_view text) {
 
 bool ShowsDeleted(Operations& engine) {
     bool show = false;
-    engine.GetDeleted(show);
+    IgnoreStatus(engine.GetDeleted(show));  // an engine-wide setting: always answers
     return show;
 }
 
@@ -102,7 +102,7 @@ int Connect(sqlite3* db, void* aux, int argc, const char* const* argv, sqlite3_v
     if (status != AE_SUCCESS) message = EngineMessage(engine, "cannot read table " + table->path);
     table->tags = UsableTags(engine, handle, table->fields, ShowsDeleted(engine));
     table->records = count;
-    engine.CloseTable(handle);
+    IgnoreStatus(engine.CloseTable(handle));  // opened only to be described
     if (status != AE_SUCCESS) {
         *error = sqlite3_mprintf("%s", message.c_str());
         return SQLITE_ERROR;
@@ -214,7 +214,7 @@ int Open(sqlite3_vtab* vtab, sqlite3_vtab_cursor** out) {
 
 int Close(sqlite3_vtab_cursor* base) {
     VirtualCursor& cursor = Cursor(base);
-    static_cast<VirtualTable*>(base->pVtab)->source->engine.CloseTable(cursor.table);
+    IgnoreStatus(static_cast<VirtualTable*>(base->pVtab)->source->engine.CloseTable(cursor.table));
     delete &cursor;
     return SQLITE_OK;
 }
@@ -255,8 +255,10 @@ Status FilterTag(VirtualTable& table, VirtualCursor& cursor, const char* plan, i
     if (Status status = engine.GetIndexHandle(cursor.table, tag.tag, cursor.order);
         status != AE_SUCCESS)
         return status;
-    engine.ClearScope(cursor.order, ADS_TOP);
-    engine.ClearScope(cursor.order, ADS_BOTTOM);
+    for (const std::uint16_t end : {ADS_TOP, ADS_BOTTOM}) {
+        if (Status status = engine.ClearScope(cursor.order, end); status != AE_SUCCESS)
+            return status;
+    }
     auto scope = [&](std::uint16_t end, int arg, bool equality) -> Status {
         if (arg >= argc) return AE_SUCCESS;
         const std::optional<ScopeKey> key = ScopeKeyFor(field, tag, argv[arg], equality);
@@ -313,7 +315,7 @@ int Eof(sqlite3_vtab_cursor* base) {
 
 std::uint32_t CurrentRecord(Operations& engine, const VirtualCursor& cursor) {
     std::uint32_t record = 0;
-    engine.GetRecordNum(cursor.table, ADS_IGNOREFILTERS, record);
+    IgnoreStatus(engine.GetRecordNum(cursor.table, ADS_IGNOREFILTERS, record));  // 0 when none
     return record;
 }
 

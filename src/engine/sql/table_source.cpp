@@ -19,7 +19,7 @@ Status TableSource::OpenTable(const std::string& path, bool readOnly, Handle& ta
     }
     if (status != AE_SUCCESS) {
         Status code = status;
-        engine.GetLastError(code, message);
+        IgnoreStatus(engine.GetLastError(code, message));  // empty when there is none
         message = "cannot open table " + path + ": " + message;
         return status;
     }
@@ -31,7 +31,7 @@ Status TableSource::OpenTable(const std::string& path, bool readOnly, Handle& ta
     status = engine.EnableEncryption(table, own != passwords.end() ? own->second : password);
     if (status != AE_SUCCESS) {
         message = "wrong or missing password for encrypted table " + name;
-        engine.CloseTable(table);
+        IgnoreStatus(engine.CloseTable(table));  // the refusal is the answer
         table = 0;
     }
     return status;
