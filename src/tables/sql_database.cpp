@@ -64,9 +64,10 @@ ArchiveBackend& SqlDatabase::CreateArchiveBackend(int index, std::string_view fo
     auto slot = std::make_unique<ArchiveBackend>();
     slot->FRDataBase = makeBackend_();
     slot->FRDataBase->handleStart(kFirstArchiveHandle + index * kRange);
-    slot->FRDataBase->ShowDeleted(false);
-    slot->FRDataBase->SetDateFormat("DD/MM/YYYY");
-    slot->FRDataBase->SetEpoch(2000);
+    // Fixed, valid settings: a backend cannot refuse them.
+    engine::IgnoreStatus(slot->FRDataBase->ShowDeleted(false));
+    engine::IgnoreStatus(slot->FRDataBase->SetDateFormat("DD/MM/YYYY"));
+    engine::IgnoreStatus(slot->FRDataBase->SetEpoch(2000));
     slot->Path = ArchiveFolder(std::string(folder));
     slot->TempPath = tempPath;
     archives_[index] = std::move(slot);
@@ -130,10 +131,11 @@ backend::SqlBackend& SqlDatabase::BackendForConnect(BackendSlot slot) {
     if (!single) {
         single = makeBackend_();
         single->handleStart(index * kRange);
-        // A backend made after the settings were broadcast still follows them.
-        if (dateFormat_) single->SetDateFormat(*dateFormat_);
-        if (epoch_) single->SetEpoch(*epoch_);
-        if (showDeleted_) single->ShowDeleted(*showDeleted_);
+        // A backend made after the settings were broadcast still follows them; they were
+        // accepted when they were broadcast.
+        if (dateFormat_) engine::IgnoreStatus(single->SetDateFormat(*dateFormat_));
+        if (epoch_) engine::IgnoreStatus(single->SetEpoch(*epoch_));
+        if (showDeleted_) engine::IgnoreStatus(single->ShowDeleted(*showDeleted_));
     }
     return *single;
 }
