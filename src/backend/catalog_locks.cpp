@@ -70,6 +70,18 @@ bool CatalogLocks::OthersHold(const char* catalog, const std::string& where, std
     return held;
 }
 
+bool CatalogLocks::Take(const std::string& conflicting, std::uint32_t recno, std::int64_t lock) {
+    SqlTransaction transaction(session_);
+    if (OthersHold("fnrk_lock", conflicting, recno)) return false;
+    SqlValue parameters[] = {table_, lock, owner_};
+    session_.Execute(
+        "INSERT INTO fnrk_lock(table_name, recno, owner) VALUES (?, ?, ?) "
+        "ON CONFLICT DO NOTHING",
+        parameters);
+    transaction.Commit();
+    return true;
+}
+
 bool CatalogLocks::Open(bool exclusive) {
     SqlTransaction transaction(session_);
     if (OthersHold("fnrk_open", exclusive ? "1 = 1" : "exclusive <> 0", 0)) return false;
@@ -82,15 +94,7 @@ bool CatalogLocks::Open(bool exclusive) {
 }
 
 bool CatalogLocks::LockRecord(std::uint32_t recno) {
-    SqlTransaction transaction(session_);
-    if (OthersHold("fnrk_lock", "(recno = ? OR recno = 0)", recno)) return false;
-    SqlValue parameters[] = {table_, static_cast<std::int64_t>(recno), owner_};
-    session_.Execute(
-        "INSERT INTO fnrk_lock(table_name, recno, owner) VALUES (?, ?, ?) "
-        "ON CONFLICT DO NOTHING",
-        parameters);
-    transaction.Commit();
-    return true;
+    return Take("(recno = ? OR recno = 0)", recno, recno);
 }
 
 void CatalogLocks::UnlockRecord(std::uint32_t recno) {
@@ -100,15 +104,7 @@ void CatalogLocks::UnlockRecord(std::uint32_t recno) {
 }
 
 bool CatalogLocks::LockTable() {
-    SqlTransaction transaction(session_);
-    if (OthersHold("fnrk_lock", "1 = 1", 0)) return false;
-    SqlValue parameters[] = {table_, kTableLock, owner_};
-    session_.Execute(
-        "INSERT INTO fnrk_lock(table_name, recno, owner) VALUES (?, ?, ?) "
-        "ON CONFLICT DO NOTHING",
-        parameters);
-    transaction.Commit();
-    return true;
+    return Take("1 = 1", 0, kTableLock);
 }
 
 void CatalogLocks::UnlockAll() {

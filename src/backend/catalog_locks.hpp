@@ -32,6 +32,9 @@ class CatalogLocks final : public TableLocks {
     // Removes what owners whose process has ended left behind; true when another live owner
     // holds a lock matching `where` (a condition on fnrk_lock or fnrk_open).
     bool OthersHold(const char* catalog, const std::string& where, std::uint32_t recno);
+    // Records lock `lock` (a record number, or the table's) unless another owner holds one
+    // matching `conflicting`.
+    bool Take(const std::string& conflicting, std::uint32_t recno, std::int64_t lock);
 
     SqlSession& session_;
     std::string table_;
