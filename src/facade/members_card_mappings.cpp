@@ -125,6 +125,11 @@ void AddDetailMembers(MemberTable& table) {
                      return m.GetPrettyInfoCCDDETAIL(l.DbkCode, l.DocNumber, l.docOrder, l.Bookyear,
                                                      l.Period);
                  }));
+    AddAnswering(table, "CAROGetComment", kDocumentLineArgs, kString,
+                 WithMappings([](CaroMappings& m, CallArgs& a) {
+                     const DocumentLine l = DocumentLineOf(a);
+                     return m.GetComment(l.DbkCode, l.DocNumber, l.docOrder, l.Bookyear, l.Period);
+                 }));
     // paraminfo after the line: the layout CAROGetInfoCCDDETAIL answers.
     AddAnswering(table, "CAROUpdateCCDDETAIL", Concat(kDocumentLineArgs, {kString}), kBoolean,
                  WithMappings([](CaroMappings& m, CallArgs& a) {

@@ -4,6 +4,7 @@
 
 #include "facade/intake_member_support.hpp"
 #include "intake/efff_mappings.hpp"
+#include "intake/efff_type_labels.hpp"
 #include "intake/soda_mappings.hpp"
 
 namespace fnrk::facade {
@@ -83,6 +84,28 @@ void AddEfffMappingMembers(MemberTable& table) {
     AddAnswering(
         table, "EFFFGetMappingIsGlobal", {kString}, kBoolean,
         efff([](EfffMappings& m, CallArgs& a) { return m.GetMappingIsGlobal(a.String(1)); }));
+    // ByRef inss (the worker before, "" for the first), firstName, lastName, found.
+    AddAnswering(table, "EFFFGetINSS", {ByRef(kString), ByRef(kString), ByRef(kString)}, kBoolean,
+                 efff([](EfffMappings& m, CallArgs& a) {
+                     std::string inss = a.String(1);
+                     std::string firstName;
+                     std::string lastName;
+                     if (!m.GetINSS(inss, firstName, lastName)) return false;
+                     a.Ref(1) = Variant(inss);
+                     a.Ref(2) = Variant(firstName);
+                     a.Ref(3) = Variant(lastName);
+                     return true;
+                 }));
+    // typeEfff, language, ByRef typeLabel, found.
+    AddAnswering(
+        table, "EFFFGetTypeLabel", {kString, kString, ByRef(kString)}, kBoolean,
+        [](FnrkRoutines&, CallArgs& a) {
+            std::string label;
+            if (!intake::EfffTypeLabel(FnrkRoutines::Tables(), a.String(1), a.String(2), label))
+                return false;
+            a.Ref(3) = Variant(label);
+            return true;
+        });
     AddChecked(table, "EfffDeleteAnaSection", {}, "the analytical references could not be cleared",
                efff([](EfffMappings& m, CallArgs&) { return m.DeleteAnaSection(); }));
 }

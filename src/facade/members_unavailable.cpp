@@ -49,9 +49,6 @@ void AddUnavailableMembers(MemberTable& table) {
                        "CarsGetInfoByBookmark",
                        "CarsRefFromInfo",
                        "CarsDesciptionFromInfo"});
-    // intake members whose work is not settled yet: what EFFFGetINSS walks and where the labels
-    // of EFFFGetTypeLabel come from; the comment of a card statement.
-    table.Unavailable({"EFFFGetINSS", "EFFFGetTypeLabel", "CAROGetComment"});
     // cloud connector
     table.Unavailable({"ConnectCreateCOT",
                        "ConnectUpdateCOT",

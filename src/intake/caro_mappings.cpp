@@ -203,14 +203,23 @@ bool CaroMappings::DeleteKeyMapping(std::string_view merchant) {
 
 // --- CCDDETAIL
 
-std::string CaroMappings::GetInfoCCDDETAIL(std::string_view DbkCode, std::string_view DocNumber,
-                                           std::string_view docOrder, std::string_view Bookyear,
-                                           std::string_view Period) {
+std::optional<DetailValues> CaroMappings::LineDetails(std::string_view DbkCode,
+                                                      std::string_view DocNumber,
+                                                      std::string_view docOrder,
+                                                      std::string_view Bookyear,
+                                                      std::string_view Period) {
     const tables::CurrentAliasGuard caller(company_.Tables());
     MappingTable table(company_, CcdDetailLayout());
     const std::string key = "X" + DocumentLineKey(DbkCode, Bookyear, Period, DocNumber, docOrder);
-    return table.Seek(kSeekCcdDetail, key) ? FormatDetailInfo(ReadDetails(company_.Tables()))
-                                           : std::string();
+    if (!table.Seek(kSeekCcdDetail, key)) return std::nullopt;
+    return ReadDetails(company_.Tables());
+}
+
+std::string CaroMappings::GetInfoCCDDETAIL(std::string_view DbkCode, std::string_view DocNumber,
+                                           std::string_view docOrder, std::string_view Bookyear,
+                                           std::string_view Period) {
+    const auto details = LineDetails(DbkCode, DocNumber, docOrder, Bookyear, Period);
+    return details ? FormatDetailInfo(*details) : std::string();
 }
 
 std::string CaroMappings::GetPrettyInfoCCDDETAIL(std::string_view DbkCode,
@@ -218,11 +227,15 @@ std::string CaroMappings::GetPrettyInfoCCDDETAIL(std::string_view DbkCode,
                                                  std::string_view docOrder,
                                                  std::string_view Bookyear,
                                                  std::string_view Period) {
-    const tables::CurrentAliasGuard caller(company_.Tables());
-    MappingTable table(company_, CcdDetailLayout());
-    const std::string key = "X" + DocumentLineKey(DbkCode, Bookyear, Period, DocNumber, docOrder);
-    return table.Seek(kSeekCcdDetail, key) ? FormatDetailPretty(ReadDetails(company_.Tables()))
-                                           : std::string();
+    const auto details = LineDetails(DbkCode, DocNumber, docOrder, Bookyear, Period);
+    return details ? FormatDetailPretty(*details) : std::string();
+}
+
+std::string CaroMappings::GetComment(std::string_view DbkCode, std::string_view DocNumber,
+                                     std::string_view docOrder, std::string_view Bookyear,
+                                     std::string_view Period) {
+    const auto details = LineDetails(DbkCode, DocNumber, docOrder, Bookyear, Period);
+    return details ? FormatDetailComment(*details) : std::string();
 }
 
 bool CaroMappings::UpdateCCDDETAIL(std::string_view DbkCode, std::string_view DocNumber,

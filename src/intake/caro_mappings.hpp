@@ -6,9 +6,11 @@
 // (CAROGetKeyMapping -> GetKeyMapping).
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "intake/ccd_detail_info.hpp"
 #include "intake/company_facts.hpp"
 
 namespace fnrk::intake {
@@ -59,6 +61,11 @@ class CaroMappings {
     std::string GetPrettyInfoCCDDETAIL(std::string_view DbkCode, std::string_view DocNumber,
                                        std::string_view docOrder, std::string_view Bookyear,
                                        std::string_view Period);
+    // The booking comment of the line's card transaction (ccd_detail_info.hpp); "" for a line
+    // without details.
+    std::string GetComment(std::string_view DbkCode, std::string_view DocNumber,
+                           std::string_view docOrder, std::string_view Bookyear,
+                           std::string_view Period);
     // Adds or rewrites the line's details (creating the table when missing); false, with
     // nothing written, for a `paraminfo` that does not read.
     [[nodiscard]] bool UpdateCCDDETAIL(std::string_view DbkCode, std::string_view DocNumber,
@@ -71,6 +78,11 @@ class CaroMappings {
     bool CreateIndexCCDDETAIL();
 
   private:
+    // The details of a document line; nothing when it has none.
+    std::optional<DetailValues> LineDetails(std::string_view DbkCode, std::string_view DocNumber,
+                                            std::string_view docOrder, std::string_view Bookyear,
+                                            std::string_view Period);
+
     CompanyFacts& company_;
 };
 

@@ -95,4 +95,25 @@ std::string FormatDetailPretty(const DetailValues& values) {
     return pretty;
 }
 
+std::string FormatDetailComment(const DetailValues& values) {
+    const auto value = [&](std::string_view field) {
+        for (const auto& [name, text] : values) {
+            if (name == field) return platform::Trim(text);
+        }
+        return std::string();
+    };
+    std::vector<std::string> items{value("TRANSDATE"), value("MERCHANT")};
+    if (items.back().empty()) items.back() = value("TRANSNAME");
+    const std::string foreignCode = value("CURRCODE");
+    if (!foreignCode.empty() && !platform::EqualsNoCase(foreignCode, value("CURRENCY")))
+        items.push_back(platform::Trim(value("CURRAMOUNT") + " " + foreignCode));
+    std::string comment;
+    for (const std::string& item : items) {
+        if (item.empty()) continue;
+        if (!comment.empty()) comment += ' ';
+        comment += item;
+    }
+    return comment;
+}
+
 }  // namespace fnrk::intake

@@ -11,6 +11,11 @@
 //
 // Pretty: one line per non-blank field, "Label: value", lines ended by CR LF, for showing to a
 // user; it is not read back.
+//
+// Comment: the one line a booked line carries as its comment: the transaction date, the
+// merchant (the transaction's name when the merchant is blank), and the amount in foreign
+// currency with its code when the transaction was made in another currency than the card's;
+// blank items left out, items joined by one blank.
 
 #include <optional>
 #include <string>
@@ -31,5 +36,6 @@ std::string FormatDetailInfo(const DetailValues& values);
 // detail field, or ends in a lone "\".
 std::optional<DetailValues> ParseDetailInfo(std::string_view info);
 std::string FormatDetailPretty(const DetailValues& values);
+std::string FormatDetailComment(const DetailValues& values);
 
 }  // namespace fnrk::intake

@@ -2,6 +2,7 @@
 
 #include "intake/mapping_table.hpp"
 #include "platform/text.hpp"
+#include "tables/ads_class.hpp"
 #include "tables/current_alias_guard.hpp"
 
 namespace fnrk::intake {
@@ -12,6 +13,8 @@ constexpr MappingQuery kSeekType{"SEEKTYPE", "TYPE"};
 // A worker's own mapping: type and national number.
 constexpr MappingQuery kSeekInss{"SEEKINSS", "DETAIL"};
 constexpr MappingQuery kSeekLine{"SEEKLINE", "JNL"};
+// The workers in national-number order.
+constexpr MappingQuery kSeekWorker{"SEEKWORKER", "INSS"};
 constexpr std::size_t kTypeKeyWidth = 41;  // LINETYPE + TYPE
 constexpr std::size_t kInssWidth = 12;
 
@@ -96,6 +99,34 @@ bool EfffMappings::GetMappingIsGlobal(std::string_view imputType) {
     const tables::CurrentAliasGuard caller(company_.Tables());
     MappingTable table(company_, MefffsocLayout());
     return table.Seek(kSeekType, TypeKey(imputType)) && platform::Trim(table.Text("INSS")).empty();
+}
+
+bool EfffMappings::GetINSS(std::string& inss, std::string& firstName, std::string& lastName) {
+    const std::string after = platform::Trim(inss);
+    const tables::CurrentAliasGuard caller(company_.Tables());
+    MappingTable table(company_, MefffsocLayout());
+    if (!table.OpenInOrder(kSeekWorker)) return false;
+    tables::AdsClass& tables = company_.Tables();
+    // Soft: lands on the first key at or after the worker given.
+    tables.seekKey(LiveKey(after, kInssWidth), true);
+    std::string worker;
+    std::string first;
+    std::string last;
+    for (; !tables.SelectionEof(); tables.moveNext()) {
+        const std::string number = table.Text("INSS");
+        if (number.empty() || number == after) continue;
+        if (worker.empty()) worker = number;
+        if (number != worker) break;
+        if (first.empty() && last.empty()) {
+            first = table.Text("FIRSTNAME");
+            last = table.Text("NAME");
+        }
+    }
+    if (worker.empty()) return false;
+    inss = worker;
+    firstName = first;
+    lastName = last;
+    return true;
 }
 
 bool EfffMappings::DeleteAnaSection() {

@@ -49,6 +49,11 @@ class EfffMappings {
                         std::string& anaRef);
     // The first mapping of the type, in type order, holds for all workers.
     bool GetMappingIsGlobal(std::string_view imputType);
+    // Walks the workers of the mapping in national-number order: the worker after the one whose
+    // number `inss` holds ("" for the first), with the name and first name recorded for them (on
+    // the first of their mappings that has any). False past the last worker, the arguments
+    // then left as they were; mappings for all workers are not workers.
+    bool GetINSS(std::string& inss, std::string& firstName, std::string& lastName);
     // Blanks every analytical reference: they belong to the analytical type that was chosen.
     [[nodiscard]] bool DeleteAnaSection();
 

@@ -14,6 +14,7 @@
 #include "company/shared_company.hpp"
 #include "facade_fixture.hpp"
 #include "intake/company_facts.hpp"
+#include "platform/paths.hpp"
 #include "support/run_command.hpp"
 
 namespace fnrk::facade {
@@ -157,9 +158,6 @@ constexpr const char* kCaroMembers[] = {"CAROInit",
                                         "CAROCreateIndexCCDDETAIL",
                                         "CAROGetComment"};
 
-// Members whose work the intake does not do yet: listed, not callable.
-const std::set<std::string> kNotBuilt = {"EFFFGetINSS", "EFFFGetTypeLabel", "CAROGetComment"};
-
 bool IsIntakeName(const std::string& name) {
     for (const char* word : {"SODA", "EFFF", "CARO"}) {
         if (name.rfind(word, 0) == 0) return true;
@@ -179,12 +177,10 @@ TEST(IntakeMemberTableTest, EverySodaEfffAndCaroMemberIsAnEntryAndNoOther) {
             expected.insert(name);
             const Member* member = MemberTable::Instance().Find(name, MemberKind::Method);
             ASSERT_NE(member, nullptr) << name;
-            EXPECT_EQ(member->Available(), kNotBuilt.count(name) == 0) << name;
-            if (member->Available()) {
-                // The caller's table registry comes first, as for every wrapped service.
-                ASSERT_FALSE(member->args.empty()) << name;
-                EXPECT_EQ(member->args.front().kind, ArgKind::Object) << name;
-            }
+            EXPECT_TRUE(member->Available()) << name;
+            // The caller's table registry comes first, as for every wrapped service.
+            ASSERT_FALSE(member->args.empty()) << name;
+            EXPECT_EQ(member->args.front().kind, ArgKind::Object) << name;
         }
     }
     std::set<std::string> present;
@@ -372,6 +368,57 @@ TEST_F(IntakeSessionTest, MappingsReadBackWhatWasWrittenAndRefusalsFailTheMember
               std::string::npos)
         << answers[14];
     EXPECT_EQ(answers[15]["error"]["number"], 13) << answers[15];
+}
+
+// Called in the process, as the template folder lies beside the program.
+TEST_F(IntakeSessionTest, WorkersTypeLabelsAndCardCommentsAnswerInTheirArguments) {
+    const fs::path program = folder / "PRG";
+    const fs::path templates = folder / "RESOURCES" / "ORG";
+    fs::create_directories(templates);
+    fs::copy_file(fs::path(FNRK_TEMPLATE_FOLDER) / "EFFFSOC.ORG", templates / "EFFFSOC.ORG");
+    const std::string labels = (templates / "EFFFTYPE.ORG").string();
+    ASSERT_EQ(RunFennrick({"table", "create", labels, "--fields",
+                           "TYPE,C,41,0;LABELFR,C,60,0;LABELNL,C,60,0;LABELEN,C,60,0"})
+                  .exitCode,
+              0);
+    ASSERT_EQ(RunFennrick({"table", "load", labels},
+                          R"({"TYPE": "1BONUS", "LABELFR": "Prime", "LABELNL": "Premie"})"
+                          "\n")
+                  .exitCode,
+              0);
+    const std::string previousProgram = platform::ProgramFolder();
+    platform::SetProgramFolder(program.string());
+    const Variant registry = RegistryOf({});
+    const auto call = [&](const std::string& member, std::vector<Variant> args) {
+        args.insert(args.begin(), registry);
+        MemberTable::Instance().Invoke(routines, member, MemberKind::Method, args);
+        return args;
+    };
+    EXPECT_TRUE(call("EFFFCreateMapping", {Variant()})[1].ToBoolean());
+    call("EFFFUpdateMappingDetailByFile", {"1BONUS", "85010112345", "Doe", "Jane"});
+    call("EFFFUpdateMappingDetailByFile", {"1BONUS", "70010100001", "Roe", "Rick"});
+    const auto worker = [&](const std::string& after) {
+        const auto args = call("EFFFGetINSS", {after, "kept", "kept", Variant()});
+        return args[1].ToString() + "|" + args[2].ToString() + "|" + args[3].ToString() + "|" +
+               (args[4].ToBoolean() ? "found" : "none");
+    };
+    EXPECT_EQ(worker(""), "70010100001|Rick|Roe|found");
+    EXPECT_EQ(worker("70010100001"), "85010112345|Jane|Doe|found");
+    EXPECT_EQ(worker("85010112345"), "85010112345|kept|kept|none");
+
+    const auto label = [&](const std::string& type) {
+        const auto args = call("EFFFGetTypeLabel", {type, "N", "kept", Variant()});
+        return args[3].ToString() + "|" + (args[4].ToBoolean() ? "found" : "none");
+    };
+    EXPECT_EQ(label("1BONUS"), "Premie|found");
+    EXPECT_EQ(label("1SALARY"), "kept|none");
+
+    call("CAROUpdateCCDDETAIL",
+         {"CARD", "7", "001", "1", "03", "TRANSDATE=02/03/2024|MERCHANT=ESSO|CURRENCY=EUR", ""});
+    EXPECT_EQ(call("CAROGetComment", {"CARD", "0007", "001", "1", "03", ""})[6].ToString(),
+              "02/03/2024 ESSO");
+    EXPECT_EQ(call("CAROGetComment", {"CARD", "8", "001", "1", "03", "x"})[6].ToString(), "");
+    platform::SetProgramFolder(previousProgram);
 }
 
 }  // namespace

@@ -97,6 +97,8 @@ TEST_P(CaroMappingTest, DetailsRoundTripAndDocumentNumbersKeyByTheirValue) {
     EXPECT_EQ(caro.GetInfoCCDDETAIL("BNK", "12", "1", "1", "03"), changed)
         << "a refused update changes nothing";
 
+    EXPECT_EQ(caro.GetComment("BNK", "12", "1", "1", "03"), "14/03/2024 SHELL A\\B -66.42 USD")
+        << "date, merchant, and the foreign amount of a purchase in another currency";
     const std::string pretty = caro.GetPrettyInfoCCDDETAIL("BNK", "12", "1", "1", "03");
     EXPECT_NE(pretty.find("Transaction: Fuel | car\r\n"), std::string::npos) << pretty;
     EXPECT_NE(pretty.find("Amount: -61.50\r\n"), std::string::npos) << pretty;
@@ -105,6 +107,13 @@ TEST_P(CaroMappingTest, DetailsRoundTripAndDocumentNumbersKeyByTheirValue) {
     EXPECT_NE(caro.GetInfoCCDDETAIL("BNK", "13", "1", "1", "03").find("TRANSDATE=|"),
               std::string::npos)
         << "an empty date reads blank";
+    ASSERT_TRUE(
+        caro.UpdateCCDDETAIL("BNK", "14", "1", "1", "03",
+                             "TRANSNAME=Parking|CURRENCY=EUR|CURRAMOUNT=5.00|CURRCODE=eur"));
+    EXPECT_EQ(caro.GetComment("BNK", "14", "1", "1", "03"), "Parking")
+        << "no date, the transaction's name for a blank merchant, no amount in the own currency";
+    EXPECT_EQ(caro.GetComment("BNK", "15", "1", "1", "03"), "");
+    EXPECT_TRUE(caro.DeleteCCDDETAIL("BNK", "14", "1", "1", "03"));
     EXPECT_TRUE(caro.DeleteCCDDETAIL("BNK", "000012", "1", "1", "03"));
     EXPECT_EQ(caro.GetInfoCCDDETAIL("BNK", "12", "1", "1", "03"), "");
     EXPECT_EQ(InTagOrder("CCDDETAIL", "REF", "DOCNUMBER"), std::vector<std::string>{"13"});

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "intake/efff_mappings.hpp"
+#include "intake/efff_type_labels.hpp"
 #include "mapping_fixture.hpp"
 #include "platform/file_system.hpp"
 
@@ -79,6 +80,68 @@ TEST_P(EfffMappingTest, DocumentLinesKeyByTheNumbersValue) {
     EXPECT_EQ(TagExpression("ACTCOM", "JNL"),
               "iif(.not. deleted(),dbkcode+bookyear+period+str(val(docnumber),8)+docorder,"
               "space(20))");
+}
+
+TEST_P(EfffMappingTest, WorkersAreWalkedOnceEachInNumberOrder) {
+    EfffMappings efff(company);
+    ASSERT_TRUE(efff.CreateMapping());
+    std::string inss;
+    std::string first = "kept";
+    std::string last = "kept";
+    EXPECT_FALSE(efff.GetINSS(inss, first, last)) << "an empty mapping has no workers";
+    EXPECT_EQ(first + last, "keptkept");
+
+    ASSERT_TRUE(efff.UpdateMapping("1SALARY", "620000"));  // for all workers: not a worker
+    ASSERT_TRUE(efff.UpdateMappingGLAccount("1SALARY", "90020254321", "620100"));
+    ASSERT_TRUE(efff.UpdateMappingDetailByFile("1BONUS", "90020254321", "Roe", "Rick"));
+    ASSERT_TRUE(efff.UpdateMappingDetailByFile("1BONUS", "85010112345", "Doe", "Jane"));
+    ASSERT_TRUE(efff.UpdateMappingGLAccount("1SALARY", "85010112345", "620200"));
+    ASSERT_TRUE(efff.UpdateMappingGLAccount("1SALARY", "70010100001", "620300"));
+
+    std::vector<std::string> walked;
+    while (efff.GetINSS(inss, first, last)) walked.push_back(inss + " " + first + " " + last);
+    EXPECT_EQ(walked, (std::vector<std::string>{"70010100001  ", "85010112345 Jane Doe",
+                                                "90020254321 Rick Roe"}))
+        << "each worker once, with the names of whichever of their mappings has them";
+    EXPECT_EQ(inss, "90020254321") << "past the last worker the arguments stay";
+
+    inss = "8";
+    ASSERT_TRUE(efff.GetINSS(inss, first, last)) << "any number starts the walk after it";
+    EXPECT_EQ(inss, "85010112345");
+}
+
+TEST_P(EfffMappingTest, TypeLabelsComeInTheAskedLanguageOrInFrench) {
+    const std::filesystem::path labels = folder / "RESOURCES" / "ORG" / "EFFFTYPE.ORG";
+    std::string label = "kept";
+    EXPECT_FALSE(EfffTypeLabel(ads, "1SALARY", "N", label)) << "no label table installed";
+    ASSERT_EQ(fnrk::testing::RunFennrick({"table", "create", labels.string(), "--fields",
+                                          "TYPE,C,41,0;LABELFR,C,60,0;LABELNL,C,60,0;"
+                                          "LABELEN,C,60,0"})
+                  .exitCode,
+              0);
+    const auto loaded = fnrk::testing::RunFennrick(
+        {"table", "load", labels.string()},
+        R"({"TYPE": "1SALARY", "LABELFR": "Salaire", "LABELNL": "Loon", "LABELEN": "Salary"})"
+        "\n"
+        R"({"TYPE": "1BONUS", "LABELFR": "Prime", "LABELNL": "", "LABELEN": ""})"
+        "\n");
+    ASSERT_EQ(loaded.exitCode, 0) << loaded.err;
+
+    ASSERT_EQ(ads.ActivateAlias("PARAM"), engine::AE_SUCCESS);
+    EXPECT_TRUE(EfffTypeLabel(ads, "1SALARY", "N", label));
+    EXPECT_EQ(label, "Loon");
+    EXPECT_TRUE(EfffTypeLabel(ads, " 1SALARY ", "e", label));
+    EXPECT_EQ(label, "Salary");
+    EXPECT_TRUE(EfffTypeLabel(ads, "1SALARY", "D", label)) << "any other language is French";
+    EXPECT_EQ(label, "Salaire");
+    EXPECT_TRUE(EfffTypeLabel(ads, "1BONUS", "N", label)) << "a missing label falls back";
+    EXPECT_EQ(label, "Prime");
+    label = "kept";
+    EXPECT_FALSE(EfffTypeLabel(ads, "1SAL", "F", label)) << "types are matched whole";
+    EXPECT_FALSE(EfffTypeLabel(ads, "", "F", label));
+    EXPECT_EQ(label, "kept");
+    EXPECT_EQ(ads.GetCurrentAlias(), "PARAM");
+    EXPECT_FALSE(ads.IsAlias("EFFFTYPE")) << "the label table is closed again";
 }
 
 INSTANTIATE_TEST_SUITE_P(Keeping, EfffMappingTest, ::testing::Values(Keeping::Files, Keeping::Sql),
