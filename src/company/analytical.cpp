@@ -104,4 +104,10 @@ std::string SocParamColClassApi::AccountAnalyticalPlan(std::string_view account)
                                 : std::string();
 }
 
+bool SocParamColClassApi::AccountExists(std::string_view account) {
+    if (!tables_.IsAlias(kAccountsAlias)) return false;
+    const tables::CurrentAliasGuard caller(tables_);
+    return SeekAccount(account);
+}
+
 }  // namespace fnrk::company

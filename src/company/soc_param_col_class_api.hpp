@@ -178,6 +178,8 @@ class SocParamColClassApi {
     // analytical plan it uses; false / empty for an unknown account or a closed "ACF".
     bool IsAccountAnalytical(std::string_view account);
     std::string AccountAnalyticalPlan(std::string_view account);
+    // The account is a live row of "ACF"; false for a closed "ACF".
+    bool AccountExists(std::string_view account);
 
   private:
     // The book-year key of `bookYear` (0: the current one) with its suffix.

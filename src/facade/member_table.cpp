@@ -99,6 +99,7 @@ const MemberTable& MemberTable::Instance() {
         AddTableAccessMembers(built);
         AddAssetMembers(built);
         AddHelperMembers(built);
+        AddAccountingMembers(built);
         AddDocumentMembers(built);
         AddUsersExtMembers(built);
         AddIntakeSettingMembers(built);

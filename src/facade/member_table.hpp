@@ -135,6 +135,7 @@ void AddDeclarationMembers(MemberTable& table);
 void AddTableAccessMembers(MemberTable& table);
 void AddAssetMembers(MemberTable& table);
 void AddHelperMembers(MemberTable& table);
+void AddAccountingMembers(MemberTable& table);
 void AddDocumentMembers(MemberTable& table);
 void AddUsersExtMembers(MemberTable& table);
 void AddIntakeSettingMembers(MemberTable& table);

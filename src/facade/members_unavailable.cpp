@@ -19,9 +19,6 @@ void AddUnavailableMembers(MemberTable& table) {
                        "DEPInvokeMethod", "DEPInvokeMethodOptionalMessage", "DEPGetJournalList",
                        "DEPDeleteJournal", "DEPGetAllCartrige", "DEPCreateJournal",
                        "DEPGetOffloadDataTransfertPath", "DEPGetVICustomType"});
-    // small helpers
-    table.Unavailable({"ACCReturnPeriode", "ACCCheckCentralisateur", "ACCGetBankName",
-                       "ANAGetFormatforSectionQuantity", "ANAIsAccountAnalytical"});
     // vehicles ("Desciption" is the public spelling)
     table.Unavailable({"CarsOpen",
                        "CarsClose",
