@@ -19,6 +19,8 @@ inline constexpr std::int32_t kErrNoSuchMember = 438;
 inline constexpr std::int32_t kErrNotAvailable = 445;
 inline constexpr std::int32_t kErrArgumentNotOptional = 449;
 inline constexpr std::int32_t kErrWrongArgumentCount = 450;
+// An online service whose endpoint and credentials this installation does not have.
+inline constexpr std::int32_t kErrServiceNotConfigured = 462;
 
 class FacadeError : public std::runtime_error {
   public:

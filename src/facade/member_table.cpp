@@ -110,6 +110,7 @@ const MemberTable& MemberTable::Instance() {
         AddUblFormatMembers(built);
         AddPeppolMembers(built);
         AddDeclarationMembers(built);
+        AddOnlineServiceMembers(built);
         AddUnavailableMembers(built);
         return built;
     }();

@@ -142,6 +142,7 @@ void AddIntakeSettingMembers(MemberTable& table);
 void AddIntakeFolderMembers(MemberTable& table);
 void AddPayrollMappingMembers(MemberTable& table);
 void AddCardMappingMembers(MemberTable& table);
+void AddOnlineServiceMembers(MemberTable& table);
 void AddUnavailableMembers(MemberTable& table);
 
 }  // namespace fnrk::facade

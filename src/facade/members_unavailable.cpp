@@ -7,18 +7,6 @@
 namespace fnrk::facade {
 
 void AddUnavailableMembers(MemberTable& table) {
-    // news
-    table.Unavailable({"NewsNumberOfNews", "NewsMsgT", "ViewOldNews", "NewsToDisplay", "UpdateNews",
-                       "GetTypeNews", "GetFreqNews", "SaveNewsPref", "SaveLastNews", "SelectLabel",
-                       "GetNewsLabels", "NewsLabelsSelected", "NumberOfNews"});
-    // document service
-    table.Unavailable({"DEPInit", "DEPGetFolderModuleSetting", "DEPGetFolderDefaultProcessingMode",
-                       "DEPActivateModuleFolderSetting", "DEPIsModuleExist",
-                       "DEPIsModuleExistOptionalMessage", "DEPClose", "DEPCloseBatch",
-                       "DEPUploadDocument", "DEPChangeHashMethod", "DEPGetHashMethod",
-                       "DEPInvokeMethod", "DEPInvokeMethodOptionalMessage", "DEPGetJournalList",
-                       "DEPDeleteJournal", "DEPGetAllCartrige", "DEPCreateJournal",
-                       "DEPGetOffloadDataTransfertPath", "DEPGetVICustomType"});
     // vehicles ("Desciption" is the public spelling)
     table.Unavailable({"CarsOpen",
                        "CarsClose",
@@ -46,44 +34,8 @@ void AddUnavailableMembers(MemberTable& table) {
                        "CarsGetInfoByBookmark",
                        "CarsRefFromInfo",
                        "CarsDesciptionFromInfo"});
-    // cloud connector
-    table.Unavailable({"ConnectCreateCOT",
-                       "ConnectUpdateCOT",
-                       "ConnectSetInvoiceValue",
-                       "ConnectUpdateFileCOT",
-                       "ConnectUpdateCOTFileAsync",
-                       "ConnectUpdateToConnect",
-                       "ConnectUploadFile",
-                       "ConnectUploadDashboard",
-                       "ConnectGetDocumentId",
-                       "ConnectUpdateAllData",
-                       "UpdateConnectData",
-                       "ConnectSynchroCOTData",
-                       "ConnectGetUser",
-                       "ConnectLogin",
-                       "ConnectLoginWithoutCompany",
-                       "ConnectGetLoginPwd",
-                       "ConnectLogout",
-                       "ConnectCreateBankAccountList",
-                       "ConnectGetFennRickConnectInfo",
-                       "ConnectGetTasks",
-                       "ConnectUpdateTask",
-                       "ConnectGetUserId",
-                       "ConnectGetCompanyWithUsers",
-                       "ConnectSelectCompany",
-                       "ConnectInitializeDLL",
-                       "ConnectUnInitializeDLL",
-                       "ConnectGetFolders",
-                       "ConnectCreateTasks",
-                       "ConnectCreateTasksMissingInvoices"});
-    // bank statements
-    table.Unavailable({"CodaBoxCreateClient", "CodaBoxCreateMandate", "CodaBoxGetLoginPwdAndId",
-                       "CodaBoxGetLoginPwdAndIdMandates", "CodaBoxCheckState",
-                       "CodaBoxGetCredentials", "CodaBoxGetCredentialsMandates", "CodaFindGross",
-                       "CodaFindCommission"});
-    // upload log, e-mail list
-    table.Unavailable({"LogCreate", "LogUploadFiles", "LogOcrRanking", "LogSendMessageUpload",
-                       "CsfEmailOpen", "CsfEmailCreate", "CsfEmailCreateIndex", "CsfEmailClose",
+    // customer e-mail list
+    table.Unavailable({"CsfEmailOpen", "CsfEmailCreate", "CsfEmailCreateIndex", "CsfEmailClose",
                        "CsfEmailPackClose", "CsfEmailGetList", "CsfEmailUpdateList",
                        "CsfEmailIsEmpty"});
     // distribution
@@ -122,17 +74,10 @@ void AddUnavailableMembers(MemberTable& table) {
                        "ANTDISTRDelete",
                        "ANTDISTRUpdateTable",
                        "ANTDISTRGenerateWaiting"});
-    // dashboard and messages (the dashboard members named one by one)
-    table.Unavailable({"DashboardGetSubscribeFolders", "DashboardDownloadVIDocument",
-                       "MessageQueueInit", "MessageQueueInitWebSocket",
-                       "MessageQueueSetTimeCheckingServiceStatus",
-                       "MessageQueueGetTimeCheckingServiceStatus",
-                       "MessageQueueDisconnectWebSocket", "DashboardGetLogin", "DashboardMsgt",
-                       "DashboardLockMsgFromWebsocket", "SendMessageCodaOnDemand"});
-    // sales documents, release notes
+    // sales documents, release-note marks, news preferences
     table.Unavailable({"CWCreatedSalesDocs", "CWOpenSalesDocs", "RNIsUnreadReleaseNote",
-                       "RNGetReleaseNote", "RNGetReleaseNoteVersions", "RNGetNbrReleaseNotes",
-                       "RNSetLastReleaseNote"});
+                       "RNSetLastReleaseNote", "GetTypeNews", "GetFreqNews", "SaveNewsPref",
+                       "SaveLastNews", "SelectLabel", "NewsLabelsSelected"});
     // miscellaneous
     table.Unavailable({"DonorGetReport", "FennRickViewGetRequest", "AdaptDocHead", "StartForm",
                        "OpenFileArchiveACT", "OpenFileArchiveACF", "OpenFilesALT",
