@@ -110,6 +110,8 @@ const MemberTable& MemberTable::Instance() {
         AddUblFormatMembers(built);
         AddPeppolMembers(built);
         AddDeclarationMembers(built);
+        AddArchiveTableMembers(built);
+        AddDesktopFormMembers(built);
         AddOnlineServiceMembers(built);
         AddUnavailableMembers(built);
         return built;

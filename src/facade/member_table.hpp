@@ -142,6 +142,8 @@ void AddIntakeSettingMembers(MemberTable& table);
 void AddIntakeFolderMembers(MemberTable& table);
 void AddPayrollMappingMembers(MemberTable& table);
 void AddCardMappingMembers(MemberTable& table);
+void AddArchiveTableMembers(MemberTable& table);
+void AddDesktopFormMembers(MemberTable& table);
 void AddOnlineServiceMembers(MemberTable& table);
 void AddUnavailableMembers(MemberTable& table);
 

@@ -1,7 +1,7 @@
 // The online services: the cloud connector, the document-exchange platform, the bank-statement
-// service, the dashboard and its message queue, the news feed, the release-note feed and the
-// upload log. Their endpoints and credentials are deployment settings this library is not
-// given, so every member answers at once with error kErrServiceNotConfigured, naming itself and
+// service, the dashboard and its message queue, the FennRick view, the news feed, the release-note
+// feed and the upload log. Their endpoints and credentials are deployment settings this library is
+// not given, so every member answers at once with error kErrServiceNotConfigured, naming itself and
 // the service, whatever its arguments: nothing is sent anywhere and nothing waits. The news
 // preferences and release-note marks, which live in a local table, are members of their own.
 
@@ -84,6 +84,7 @@ void AddOnlineServiceMembers(MemberTable& table) {
                   {"MessageQueueInit", "MessageQueueInitWebSocket",
                    "MessageQueueSetTimeCheckingServiceStatus",
                    "MessageQueueGetTimeCheckingServiceStatus", "MessageQueueDisconnectWebSocket"});
+    NotConfigured(table, "FennRick view", {"FennRickViewGetRequest"});
     NotConfigured(table, "upload log",
                   {"LogCreate", "LogUploadFiles", "LogOcrRanking", "LogSendMessageUpload"});
 }

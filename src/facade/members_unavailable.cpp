@@ -79,9 +79,7 @@ void AddUnavailableMembers(MemberTable& table) {
                        "RNSetLastReleaseNote", "GetTypeNews", "GetFreqNews", "SaveNewsPref",
                        "SaveLastNews", "SelectLabel", "NewsLabelsSelected"});
     // miscellaneous
-    table.Unavailable({"DonorGetReport", "FennRickViewGetRequest", "AdaptDocHead", "StartForm",
-                       "OpenFileArchiveACT", "OpenFileArchiveACF", "OpenFilesALT",
-                       "OpenFilesArchiveALT"});
+    table.Unavailable({"DonorGetReport", "AdaptDocHead"});
 }
 
 }  // namespace fnrk::facade

@@ -117,6 +117,10 @@ class AdsClass {
     // that is not a standard one.
     std::string StandardTablePath(std::string_view alias) const;
     std::string StandardIndexPath(std::string_view alias) const;
+    // The same for the dossier whose files start with `prefix` (folder and short name), such
+    // as an archived book year's copy of the company.
+    static std::string StandardTablePathOf(std::string_view prefix, std::string_view alias);
+    static std::string StandardIndexPathOf(std::string_view prefix, std::string_view alias);
 
     // The full path of the file open under `alias`; empty when it is not open.
     std::string OpenTableFile(std::string_view alias);

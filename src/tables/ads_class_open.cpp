@@ -195,15 +195,23 @@ Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::st
 }
 
 std::string AdsClass::StandardTablePath(std::string_view alias) const {
-    const auto row = StandardTableOf(platform::UpperCase(platform::Trim(alias)));
-    if (!row) return {};
-    return platform::Trim(dossier_.prefix) + "_" + row->tableFile;
+    return StandardTablePathOf(dossier_.prefix, alias);
 }
 
 std::string AdsClass::StandardIndexPath(std::string_view alias) const {
+    return StandardIndexPathOf(dossier_.prefix, alias);
+}
+
+std::string AdsClass::StandardTablePathOf(std::string_view prefix, std::string_view alias) {
+    const auto row = StandardTableOf(platform::UpperCase(platform::Trim(alias)));
+    if (!row) return {};
+    return platform::Trim(prefix) + "_" + row->tableFile;
+}
+
+std::string AdsClass::StandardIndexPathOf(std::string_view prefix, std::string_view alias) {
     const auto row = StandardTableOf(platform::UpperCase(platform::Trim(alias)));
     if (!row || row->indexFile.empty()) return {};
-    return platform::Trim(dossier_.prefix) + "_" + row->indexFile;
+    return platform::Trim(prefix) + "_" + row->indexFile;
 }
 
 Status AdsClass::FileOpen(std::string_view alias, std::string_view openMode, bool withoutIndex) {
