@@ -112,6 +112,7 @@ const MemberTable& MemberTable::Instance() {
         AddDeclarationMembers(built);
         AddArchiveTableMembers(built);
         AddDesktopFormMembers(built);
+        AddNewsMarkMembers(built);
         AddOnlineServiceMembers(built);
         AddUnavailableMembers(built);
         return built;

@@ -144,6 +144,7 @@ void AddPayrollMappingMembers(MemberTable& table);
 void AddCardMappingMembers(MemberTable& table);
 void AddArchiveTableMembers(MemberTable& table);
 void AddDesktopFormMembers(MemberTable& table);
+void AddNewsMarkMembers(MemberTable& table);
 void AddOnlineServiceMembers(MemberTable& table);
 void AddUnavailableMembers(MemberTable& table);
 

@@ -74,10 +74,8 @@ void AddUnavailableMembers(MemberTable& table) {
                        "ANTDISTRDelete",
                        "ANTDISTRUpdateTable",
                        "ANTDISTRGenerateWaiting"});
-    // sales documents, release-note marks, news preferences
-    table.Unavailable({"CWCreatedSalesDocs", "CWOpenSalesDocs", "RNIsUnreadReleaseNote",
-                       "RNSetLastReleaseNote", "GetTypeNews", "GetFreqNews", "SaveNewsPref",
-                       "SaveLastNews", "SelectLabel", "NewsLabelsSelected"});
+    // sales documents
+    table.Unavailable({"CWCreatedSalesDocs", "CWOpenSalesDocs"});
     // miscellaneous
     table.Unavailable({"DonorGetReport", "AdaptDocHead"});
 }

@@ -1,0 +1,179 @@
+#include "users/users_news.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+
+#include "platform/file_system.hpp"
+#include "platform/paths.hpp"
+#include "platform/settings_store.hpp"
+#include "platform/text.hpp"
+#include "tables/ads_class.hpp"
+#include "tables/current_alias_guard.hpp"
+
+namespace fnrk::users {
+
+namespace {
+
+constexpr std::string_view kAlias = "USERSNEWS";
+constexpr const char* kFields =
+    "NAME,C,15,0;TYPENEWS,N,2,0;FREQNEWS,N,2,0;LASTNEWS,C,20,0;LABELS,C,254,0;LASTRN,C,20,0";
+constexpr std::string_view kNameTag = "NAME";
+constexpr std::string_view kNameExpression = "iif(.not. deleted(),upper(name),space(15))";
+constexpr std::size_t kNameWidth = 15;
+constexpr char kLabelSeparator = ';';
+
+std::string NameKey(std::string_view user) {
+    return platform::PadRight(platform::UpperCase(platform::Trim(user)), kNameWidth);
+}
+
+std::vector<std::string> Labels(std::string_view text) {
+    std::vector<std::string> labels;
+    std::string rest(text);
+    for (std::size_t end; !rest.empty(); rest.erase(0, end == std::string::npos ? end : end + 1)) {
+        end = rest.find(kLabelSeparator);
+        std::string label = platform::Trim(rest.substr(0, end));
+        if (!label.empty()) labels.push_back(std::move(label));
+    }
+    return labels;
+}
+
+// The numbers of a dotted version; nothing for another text.
+std::optional<std::vector<long>> VersionParts(std::string_view version) {
+    std::vector<long> parts;
+    const std::string text = platform::Trim(version);
+    std::size_t start = 0;
+    while (start <= text.size()) {
+        const std::size_t end = std::min(text.find('.', start), text.size());
+        long part = 0;
+        const auto [stop, error] = std::from_chars(text.data() + start, text.data() + end, part);
+        if (end == start || error != std::errc() || stop != text.data() + end) return std::nullopt;
+        parts.push_back(part);
+        start = end + 1;
+    }
+    while (parts.size() > 1 && parts.back() == 0) parts.pop_back();  // "4.2.0" is "4.2"
+    return parts;
+}
+
+}  // namespace
+
+std::string UsersNews::TablePath() {
+    const std::string folder = platform::TrimRight(platform::SettingsMainPath());
+    if (platform::Trim(folder).empty()) return {};
+    return folder +
+           (folder.back() == platform::kPathSep ? "" : std::string(1, platform::kPathSep)) +
+           "USERSNEWS.dbf";
+}
+
+bool UsersNews::Create(const std::string& path) {
+    if (tables_.CreateTableFile(kAlias, path, kFields) != 0 ||
+        tables_.OpenFile(kAlias, path, "", "EXCLUSIVE", tables::AdsClass::kOpenQuiet) != 0)
+        return false;
+    const bool tagged = tables_.CreateIndexTag(kAlias, kNameTag, kNameExpression) == 0;
+    engine::IgnoreStatus(tables_.CloseAlias(kAlias));  // reopened shared next
+    return tagged;
+}
+
+bool UsersNews::Open(bool create) {
+    if (!tables_.IsAlias(kAlias)) {
+        const std::string path = TablePath();
+        if (path.empty()) return false;
+        if (tables_.OpenFile(kAlias, path, "", "SHARED", tables::AdsClass::kOpenQuiet) != 0 &&
+            (!create || platform::FileExists(path) || !Create(path) ||
+             tables_.OpenFile(kAlias, path, "", "SHARED", tables::AdsClass::kOpenQuiet) != 0))
+            return false;
+    }
+    return tables_.ActivateAlias(kAlias) == 0 && tables_.SetIndex(kNameTag);
+}
+
+std::optional<std::string> UsersNews::Read(std::string_view user, std::string_view field) {
+    const tables::CurrentAliasGuard caller(tables_);
+    if (platform::Trim(user).empty() || !Open(false) || !tables_.seekKey(NameKey(user)))
+        return std::nullopt;
+    return platform::Trim(tables_.GetStringValue(field));
+}
+
+bool UsersNews::Write(std::string_view user, const Values& values) {
+    if (platform::Trim(user).empty()) return false;
+    const tables::CurrentAliasGuard caller(tables_);
+    if (!Open(true)) return false;
+    for (const auto& [field, value] : values) {
+        if (platform::CharCount(value) > tables_.FieldLength(field)) return false;
+    }
+    const std::string key = NameKey(user);
+    bool locked = false;
+    if (tables_.seekKey(key)) {
+        locked = tables_.RecLock(kAlias, tables_.recno());
+    } else if (tables_.LockTable(kAlias)) {
+        // Looked for again under the lock: another workstation may have added the user.
+        locked = tables_.seekKey(key) ||
+                 (tables_.RecordAdd() == 0 && tables_.PutFieldValue("NAME", key));
+        if (!locked) engine::IgnoreStatus(tables_.FlushAndUnlock(kAlias));  // nothing written
+    }
+    if (!locked) return false;
+    bool written = true;
+    for (const auto& [field, value] : values) {
+        written = written && tables_.PutFieldValue(field, value);
+    }
+    return tables_.FlushAndUnlock(kAlias) == 0 && written;
+}
+
+std::int16_t UsersNews::GetTypeNews(std::string_view user) {
+    return static_cast<std::int16_t>(std::atoi(Read(user, "TYPENEWS").value_or("0").c_str()));
+}
+
+std::int16_t UsersNews::GetFreqNews(std::string_view user) {
+    return static_cast<std::int16_t>(std::atoi(Read(user, "FREQNEWS").value_or("0").c_str()));
+}
+
+std::string UsersNews::GetLastNews(std::string_view user) {
+    return Read(user, "LASTNEWS").value_or("");
+}
+
+std::string UsersNews::NewsLabelsSelected(std::string_view user) {
+    return Read(user, "LABELS").value_or("");
+}
+
+std::string UsersNews::GetLastReleaseNote(std::string_view user) {
+    return Read(user, "LASTRN").value_or("");
+}
+
+bool UsersNews::SaveNewsPref(std::string_view user, std::int16_t typeNews, std::int16_t freqNews) {
+    constexpr std::int16_t kLargest = 99;  // two digits
+    if (typeNews < 0 || typeNews > kLargest || freqNews < 0 || freqNews > kLargest) return false;
+    return Write(user,
+                 {{"TYPENEWS", std::to_string(typeNews)}, {"FREQNEWS", std::to_string(freqNews)}});
+}
+
+bool UsersNews::SaveLastNews(std::string_view user, std::string_view news) {
+    return Write(user, {{"LASTNEWS", platform::Trim(news)}});
+}
+
+bool UsersNews::SelectLabel(std::string_view user, std::string_view label, bool selected) {
+    const std::string wanted = platform::Trim(label);
+    if (wanted.empty() || wanted.find(kLabelSeparator) != std::string::npos) return false;
+    std::vector<std::string> labels = Labels(NewsLabelsSelected(user));
+    const auto same = [&](const std::string& each) { return platform::EqualsNoCase(each, wanted); };
+    labels.erase(std::remove_if(labels.begin(), labels.end(), same), labels.end());
+    if (selected) labels.push_back(wanted);
+    std::string joined;
+    for (const std::string& each : labels) {
+        joined += (joined.empty() ? "" : std::string(1, kLabelSeparator)) + each;
+    }
+    return Write(user, {{"LABELS", joined}});
+}
+
+bool UsersNews::SetLastReleaseNote(std::string_view user, std::string_view version) {
+    if (!VersionParts(version)) return false;
+    return Write(user, {{"LASTRN", platform::Trim(version)}});
+}
+
+bool UsersNews::IsUnreadReleaseNote(std::string_view user, std::string_view version) {
+    const auto wanted = VersionParts(version);
+    if (!wanted) return false;
+    const auto read = VersionParts(GetLastReleaseNote(user));
+    return !read ||
+           std::lexicographical_compare(read->begin(), read->end(), wanted->begin(), wanted->end());
+}
+
+}  // namespace fnrk::users
