@@ -3,12 +3,11 @@
 #include <set>
 
 #include "platform/file_system.hpp"
-#include "platform/paths.hpp"
-#include "platform/settings_store.hpp"
 #include "platform/text.hpp"
 #include "tables/ads_class.hpp"
 #include "tables/current_alias_guard.hpp"
 #include "tables/shared_tables.hpp"
+#include "users/users_folder.hpp"
 
 namespace fnrk::users {
 
@@ -46,11 +45,7 @@ std::string Key(std::string_view key) {
 UsersExt::UsersExt() : UsersExt(tables::SharedAdsClass()) {}
 
 std::string UsersExt::TablePath() {
-    const std::string folder = platform::TrimRight(platform::SettingsMainPath());
-    if (platform::Trim(folder).empty()) return {};
-    return folder +
-           (folder.back() == platform::kPathSep ? "" : std::string(1, platform::kPathSep)) +
-           "USERSEXT.dbf";
+    return InstallationFile("USERSEXT.dbf");
 }
 
 bool UsersExt::Open(bool create) {

@@ -1,6 +1,7 @@
 #include "users/users_folder.hpp"
 
 #include "platform/paths.hpp"
+#include "platform/settings_store.hpp"
 #include "platform/text.hpp"
 #include "session/api_ini.hpp"
 
@@ -13,6 +14,14 @@ std::string UsersSubfolder() {
         return {};
     const bool ended = usersFolder.back() == platform::kPathSep;
     return usersFolder + (ended ? "" : std::string(1, platform::kPathSep)) + "USERS";
+}
+
+std::string InstallationFile(std::string_view name) {
+    const std::string folder = platform::TrimRight(platform::SettingsMainPath());
+    if (platform::Trim(folder).empty()) return {};
+    return folder +
+           (folder.back() == platform::kPathSep ? "" : std::string(1, platform::kPathSep)) +
+           std::string(name);
 }
 
 }  // namespace fnrk::users

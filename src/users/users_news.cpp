@@ -5,11 +5,10 @@
 #include <cstdlib>
 
 #include "platform/file_system.hpp"
-#include "platform/paths.hpp"
-#include "platform/settings_store.hpp"
 #include "platform/text.hpp"
 #include "tables/ads_class.hpp"
 #include "tables/current_alias_guard.hpp"
+#include "users/users_folder.hpp"
 
 namespace fnrk::users {
 
@@ -58,11 +57,7 @@ std::optional<std::vector<long>> VersionParts(std::string_view version) {
 }  // namespace
 
 std::string UsersNews::TablePath() {
-    const std::string folder = platform::TrimRight(platform::SettingsMainPath());
-    if (platform::Trim(folder).empty()) return {};
-    return folder +
-           (folder.back() == platform::kPathSep ? "" : std::string(1, platform::kPathSep)) +
-           "USERSNEWS.dbf";
+    return InstallationFile("USERSNEWS.dbf");
 }
 
 bool UsersNews::Create(const std::string& path) {

@@ -16,17 +16,7 @@ using fnrk::testing::RunFennrick;
 using nlohmann::json;
 using testing::AnswerLines;
 using testing::FacadeTest;
-
-std::string Step(const std::string& member, json args) {
-    return json{{"call", member}, {"args", std::move(args)}}.dump() + "\n";
-}
-
-// A wrapped member: the caller's (empty) registry first.
-std::string Wrapped(const std::string& member, const json& args) {
-    json all = json::array({json::parse(R"({"registry": []})")});
-    for (const json& arg : args) all.push_back(arg);
-    return Step(member, std::move(all));
-}
+using testing::ScriptStep;
 
 class AccountingMembersTest : public FacadeTest {};
 
@@ -49,15 +39,15 @@ TEST_F(AccountingMembersTest, HelpersAnswerFromTheCompanysTables) {
     static_cast<void>(Tables().FileCloseAll());
 
     const std::string script =
-        Step("FileOpen", {"ACF"}) + Wrapped("ACCReturnPeriode", {"29/02/2024", 1}) +
-        Wrapped("ACCReturnPeriode", {json{{"date", "31/12/2024"}}, 1}) +
-        Wrapped("ACCReturnPeriode", {"01/01/2025", 1}) +
-        Wrapped("ACCCheckCentralisateur", {"400000"}) +
-        Wrapped("ACCCheckCentralisateur", {"610000"}) +
-        Wrapped("ACCGetBankName", {"NL91ABNA0417164300"}) +
-        Wrapped("ANAIsAccountAnalytical", {"610000"}) +
-        Wrapped("ANAIsAccountAnalytical", {"400000"}) +
-        Wrapped("ANAGetFormatforSectionQuantity", {1}) + Wrapped("ACCReturnPeriode", {});
+        ScriptStep("FileOpen", {"ACF"}, false) + ScriptStep("ACCReturnPeriode", {"29/02/2024", 1}) +
+        ScriptStep("ACCReturnPeriode", {json{{"date", "31/12/2024"}}, 1}) +
+        ScriptStep("ACCReturnPeriode", {"01/01/2025", 1}) +
+        ScriptStep("ACCCheckCentralisateur", {"400000"}) +
+        ScriptStep("ACCCheckCentralisateur", {"610000"}) +
+        ScriptStep("ACCGetBankName", {"NL91ABNA0417164300"}) +
+        ScriptStep("ANAIsAccountAnalytical", {"610000"}) +
+        ScriptStep("ANAIsAccountAnalytical", {"400000"}) +
+        ScriptStep("ANAGetFormatforSectionQuantity", {1}) + ScriptStep("ACCReturnPeriode", {});
     const auto result = RunFennrick({"run", "--dossier", dossier.string(), "-"}, script);
     const std::vector<json> answers = AnswerLines(result.out);
     ASSERT_EQ(answers.size(), 11u) << result.out << result.err;

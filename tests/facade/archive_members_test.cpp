@@ -16,13 +16,7 @@ using fnrk::testing::RunFennrick;
 using nlohmann::json;
 using testing::AnswerLines;
 using testing::FacadeTest;
-
-std::string Step(const std::string& member, const json& args, bool wrapped = true) {
-    json all = json::array();
-    if (wrapped) all.push_back(json::parse(R"({"registry": []})"));
-    for (const json& arg : args) all.push_back(arg);
-    return json{{"call", member}, {"args", all}}.dump() + "\n";
-}
+using testing::ScriptStep;
 
 class ArchiveMembersTest : public FacadeTest {};
 
@@ -46,11 +40,11 @@ TEST_F(ArchiveMembersTest, ArchivedYearsAndTheAlternativeChartOpenBesideTheCompa
     ASSERT_EQ(db.CloseTable(table), engine::AE_SUCCESS);
     static_cast<void>(Tables().FileCloseAll());
 
-    const std::string script = Step("OpenFilesALT", {}) + Step("IsAlias", {"ALTREF"}, false) +
-                               Step("OpenFileArchiveACT", {1}) +
-                               Step("IsAlias", {"ARCHACT"}, false) +
-                               Step("OpenFileArchiveACF", {1}) + Step("OpenFilesArchiveALT", {1}) +
-                               Step("OpenFileArchiveACT", {2}) + Step("StartForm", {"frmAbout"});
+    const std::string script =
+        ScriptStep("OpenFilesALT", {}) + ScriptStep("IsAlias", {"ALTREF"}, false) +
+        ScriptStep("OpenFileArchiveACT", {1}) + ScriptStep("IsAlias", {"ARCHACT"}, false) +
+        ScriptStep("OpenFileArchiveACF", {1}) + ScriptStep("OpenFilesArchiveALT", {1}) +
+        ScriptStep("OpenFileArchiveACT", {2}) + ScriptStep("StartForm", {"frmAbout"});
     const auto result = RunFennrick({"run", "--dossier", dossier.string(), "-"}, script);
     const std::vector<json> answers = AnswerLines(result.out);
     ASSERT_EQ(answers.size(), 8u) << result.out << result.err;

@@ -16,12 +16,7 @@ using fnrk::testing::RunFennrick;
 using nlohmann::json;
 using testing::AnswerLines;
 using testing::FacadeTest;
-
-std::string Step(const std::string& member, const json& args = json::array()) {
-    json all = json::array({json::parse(R"({"registry": []})")});
-    for (const json& arg : args) all.push_back(arg);
-    return json{{"call", member}, {"args", all}}.dump() + "\n";
-}
+using testing::ScriptStep;
 
 class NewsMarkMembersTest : public FacadeTest {
   protected:
@@ -35,19 +30,21 @@ class NewsMarkMembersTest : public FacadeTest {
 };
 
 TEST_F(NewsMarkMembersTest, MarksLastAcrossRunsAndBelongToTheirUser) {
-    EXPECT_EQ(Results("MARTIN",
-                      Step("SaveNewsPref", {2, 5}) + Step("SelectLabel", {"Tax"}) +
-                          Step("SelectLabel", {"Payroll"}) + Step("SelectLabel", {"tax", false}) +
-                          Step("SaveLastNews", {"N-118"}) + Step("RNSetLastReleaseNote", {"4.9"}) +
-                          Step("RNSetLastReleaseNote", {"four"})),
-              json::parse("[true, true, true, true, true, true, false]"));
     EXPECT_EQ(
-        Results("martin", Step("GetTypeNews") + Step("GetFreqNews") + Step("NewsLabelsSelected") +
-                              Step("RNIsUnreadReleaseNote", {"4.10"}) +
-                              Step("RNIsUnreadReleaseNote", {"4.9"})),
-        json::parse(R"([2, 5, "Payroll", true, false])"));
-    EXPECT_EQ(Results("ANNE", Step("GetTypeNews") + Step("NewsLabelsSelected") +
-                                  Step("RNIsUnreadReleaseNote", {"4.9"})),
+        Results("MARTIN", ScriptStep("SaveNewsPref", {2, 5}) + ScriptStep("SelectLabel", {"Tax"}) +
+                              ScriptStep("SelectLabel", {"Payroll"}) +
+                              ScriptStep("SelectLabel", {"tax", false}) +
+                              ScriptStep("SaveLastNews", {"N-118"}) +
+                              ScriptStep("RNSetLastReleaseNote", {"4.9"}) +
+                              ScriptStep("RNSetLastReleaseNote", {"four"})),
+        json::parse("[true, true, true, true, true, true, false]"));
+    EXPECT_EQ(Results("martin", ScriptStep("GetTypeNews") + ScriptStep("GetFreqNews") +
+                                    ScriptStep("NewsLabelsSelected") +
+                                    ScriptStep("RNIsUnreadReleaseNote", {"4.10"}) +
+                                    ScriptStep("RNIsUnreadReleaseNote", {"4.9"})),
+              json::parse(R"([2, 5, "Payroll", true, false])"));
+    EXPECT_EQ(Results("ANNE", ScriptStep("GetTypeNews") + ScriptStep("NewsLabelsSelected") +
+                                  ScriptStep("RNIsUnreadReleaseNote", {"4.9"})),
               json::parse(R"([0, "", true])"));
 }
 
