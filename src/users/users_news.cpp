@@ -88,25 +88,26 @@ std::optional<std::string> UsersNews::Read(std::string_view user, std::string_vi
     return platform::Trim(tables_.GetStringValue(field));
 }
 
-bool UsersNews::Write(std::string_view user, const Values& values) {
+bool UsersNews::Write(std::string_view user, const Change& change) {
     if (platform::Trim(user).empty()) return false;
     const tables::CurrentAliasGuard caller(tables_);
     if (!Open(true)) return false;
-    for (const auto& [field, value] : values) {
-        if (platform::CharCount(value) > tables_.FieldLength(field)) return false;
-    }
     const std::string key = NameKey(user);
-    bool locked = false;
-    if (tables_.seekKey(key)) {
-        locked = tables_.RecLock(kAlias, tables_.recno());
-    } else if (tables_.LockTable(kAlias)) {
-        // Looked for again under the lock: another workstation may have added the user.
-        locked = tables_.seekKey(key) ||
-                 (tables_.RecordAdd() == 0 && tables_.PutFieldValue("NAME", key));
-        if (!locked) engine::IgnoreStatus(tables_.FlushAndUnlock(kAlias));  // nothing written
+    bool found = tables_.seekKey(key);
+    if (found ? !tables_.RecLock(kAlias, tables_.recno()) : !tables_.LockTable(kAlias))
+        return false;
+    // Read again under the lock: another workstation may have added the user or changed the
+    // row since the first look.
+    found = tables_.seekKey(key);
+    // Computed from the row as it is under the lock, so that no other change is lost.
+    const Values values = change([&](std::string_view field) {
+        return found ? platform::Trim(tables_.GetStringValue(field)) : std::string();
+    });
+    bool written = !values.empty();
+    for (const auto& [field, value] : values) {
+        written = written && platform::CharCount(value) <= tables_.FieldLength(field);
     }
-    if (!locked) return false;
-    bool written = true;
+    if (written && !found) written = tables_.RecordAdd() == 0 && tables_.PutFieldValue("NAME", key);
     for (const auto& [field, value] : values) {
         written = written && tables_.PutFieldValue(field, value);
     }
@@ -136,31 +137,37 @@ std::string UsersNews::GetLastReleaseNote(std::string_view user) {
 bool UsersNews::SaveNewsPref(std::string_view user, std::int16_t typeNews, std::int16_t freqNews) {
     constexpr std::int16_t kLargest = 99;  // two digits
     if (typeNews < 0 || typeNews > kLargest || freqNews < 0 || freqNews > kLargest) return false;
-    return Write(user,
-                 {{"TYPENEWS", std::to_string(typeNews)}, {"FREQNEWS", std::to_string(freqNews)}});
+    return Write(user, [&](const Current&) {
+        return Values{{"TYPENEWS", std::to_string(typeNews)},
+                      {"FREQNEWS", std::to_string(freqNews)}};
+    });
 }
 
 bool UsersNews::SaveLastNews(std::string_view user, std::string_view news) {
-    return Write(user, {{"LASTNEWS", platform::Trim(news)}});
+    return Write(user, [&](const Current&) { return Values{{"LASTNEWS", platform::Trim(news)}}; });
 }
 
 bool UsersNews::SelectLabel(std::string_view user, std::string_view label, bool selected) {
     const std::string wanted = platform::Trim(label);
     if (wanted.empty() || wanted.find(kLabelSeparator) != std::string::npos) return false;
-    std::vector<std::string> labels = Labels(NewsLabelsSelected(user));
-    const auto same = [&](const std::string& each) { return platform::EqualsNoCase(each, wanted); };
-    labels.erase(std::remove_if(labels.begin(), labels.end(), same), labels.end());
-    if (selected) labels.push_back(wanted);
-    std::string joined;
-    for (const std::string& each : labels) {
-        joined += (joined.empty() ? "" : std::string(1, kLabelSeparator)) + each;
-    }
-    return Write(user, {{"LABELS", joined}});
+    return Write(user, [&](const Current& current) {
+        std::vector<std::string> labels = Labels(current("LABELS"));
+        const auto same = [&](const std::string& each) {
+            return platform::EqualsNoCase(each, wanted);
+        };
+        labels.erase(std::remove_if(labels.begin(), labels.end(), same), labels.end());
+        if (selected) labels.push_back(wanted);
+        std::string joined;
+        for (const std::string& each : labels) {
+            joined += (joined.empty() ? "" : std::string(1, kLabelSeparator)) + each;
+        }
+        return Values{{"LABELS", joined}};
+    });
 }
 
 bool UsersNews::SetLastReleaseNote(std::string_view user, std::string_view version) {
     if (!VersionParts(version)) return false;
-    return Write(user, {{"LASTRN", platform::Trim(version)}});
+    return Write(user, [&](const Current&) { return Values{{"LASTRN", platform::Trim(version)}}; });
 }
 
 bool UsersNews::IsUnreadReleaseNote(std::string_view user, std::string_view version) {

@@ -14,9 +14,11 @@
 // Tag "NAME" = "iif(.not. deleted(),upper(name),space(15))". The table is made on the first
 // write; reads of a missing table or row answer zero and empty text. A row is added under the
 // table's lock after a second look, so two workstations never both add one user; a row found
-// is rewritten under its record lock.
+// is rewritten under its record lock. Each change is made from the row as it stands under the
+// lock, so that two workstations choosing labels at once lose neither choice.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -58,9 +60,14 @@ class UsersNews {
 
   private:
     using Values = std::vector<std::pair<std::string_view, std::string>>;
+    // A field of the user's row as it stands ("" for a user without a row yet).
+    using Current = std::function<std::string(std::string_view field)>;
+    // The values to write, from the row as it stands.
+    using Change = std::function<Values(const Current& current)>;
     // A field of the user's row; nothing when the table or the row is missing.
     std::optional<std::string> Read(std::string_view user, std::string_view field);
-    bool Write(std::string_view user, const Values& values);
+    // Locks the user's row (the table, to add it), writes what `change` gives, and unlocks.
+    bool Write(std::string_view user, const Change& change);
     bool Create(const std::string& path);
     // Makes the table open and current in name order; `create` makes a missing table first.
     bool Open(bool create);

@@ -3,6 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
+#include <set>
+#include <sstream>
+#include <thread>
+
+#include "support/run_command.hpp"
 #include "users/users_news.hpp"
 #include "users_fixture.hpp"
 
@@ -75,6 +82,32 @@ TEST_P(UsersNewsTest, ReleaseNotesAreUnreadWhenNewerThanTheLastOneRead) {
     EXPECT_FALSE(news.SetLastReleaseNote("martin", ""));
     EXPECT_EQ(news.GetLastReleaseNote("martin"), "4.9");
     EXPECT_TRUE(news.IsUnreadReleaseNote("anne", "1.0")) << "marks are per user";
+}
+
+TEST_P(UsersNewsTest, TwoWorkstationsChoosingLabelsAtOnceLoseNoChoice) {
+    constexpr int kEach = 12;
+    ASSERT_TRUE(news.SaveLastNews("martin", "N-1"));  // the row exists: both rewrite it
+    auto other = std::async(std::launch::async, [&] {
+        return fnrk::testing::RunCommand(
+            {FNRK_NEWS_LABEL_CHOOSER, "martin", "B", std::to_string(kEach)});
+    });
+    int refusals = 0;
+    for (int label = 1; label <= kEach; ++label) {
+        while (!news.SelectLabel("martin", "A" + std::to_string(label), true) && refusals < 2000) {
+            ++refusals;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+    const auto result = other.get();
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    // A fresh open reads what both wrote.
+    ASSERT_EQ(ads.CloseAlias("USERSNEWS"), engine::AE_SUCCESS);
+    std::set<std::string> chosen;
+    std::stringstream labels(news.NewsLabelsSelected("martin"));
+    for (std::string label; std::getline(labels, label, ';');) chosen.insert(label);
+    EXPECT_EQ(chosen.size(), static_cast<std::size_t>(2 * kEach))
+        << news.NewsLabelsSelected("martin");
+    EXPECT_EQ(news.GetLastNews("martin"), "N-1");
 }
 
 INSTANTIATE_TEST_SUITE_P(Keepings, UsersNewsTest, ::testing::Values(Keeping::Files, Keeping::Sql),
