@@ -76,5 +76,56 @@ TEST_P(Conformance, LocksHoldBetweenTwoConnections) {
     EXPECT_EQ(name, "accepted");
 }
 
+// A handle that does not hold a record reads it again when it goes to it: what another
+// connection or another handle wrote meanwhile is what it shows.
+TEST_P(Conformance, GotoRecordShowsWhatOthersWroteSince) {
+    Handle created = CreateItems();
+    for (const char* code : {"A", "B", "C"}) AddItem(created, code, code, 1);
+    ASSERT_EQ(ops->CloseTable(created), AE_SUCCESS);
+    auto open = [&](Operations& on, Handle where, const char* alias) {
+        Handle table = 0;
+        EXPECT_EQ(on.OpenTable(where, "items.dbf", alias, ADS_CDX, ADS_ANSI,
+                               ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, ADS_SHARED, table),
+                  AE_SUCCESS);
+        return table;
+    };
+    const Handle reader = open(*ops, connection, "READER");
+    const Handle sameProcess = open(*ops, connection, "WRITER");
+    Handle otherConnection = 0;
+    auto other = SecondConnection(otherConnection);
+    const Handle elsewhere = open(*other, otherConnection, "");
+
+    ASSERT_EQ(ops->GotoRecord(reader, 1), AE_SUCCESS);
+    EXPECT_EQ(Text(reader, "NAME"), "A");
+    ASSERT_EQ(other->GotoRecord(elsewhere, 1), AE_SUCCESS);
+    ASSERT_EQ(other->SetString(elsewhere, "NAME", "from elsewhere"), AE_SUCCESS);
+    ASSERT_EQ(other->GotoRecord(elsewhere, 2), AE_SUCCESS);
+    ASSERT_EQ(other->SetString(elsewhere, "NAME", "second too"), AE_SUCCESS);
+    ASSERT_EQ(other->FlushFileBuffers(elsewhere), AE_SUCCESS);
+    // The record it stands on, and one it read along with it.
+    ASSERT_EQ(ops->GotoRecord(reader, 1), AE_SUCCESS);
+    EXPECT_EQ(Text(reader, "NAME"), "from elsewhere");
+    ASSERT_EQ(ops->GotoRecord(reader, 2), AE_SUCCESS);
+    EXPECT_EQ(Text(reader, "NAME"), "second too");
+
+    ASSERT_EQ(ops->GotoRecord(sameProcess, 2), AE_SUCCESS);
+    ASSERT_EQ(ops->SetString(sameProcess, "NAME", "same process"), AE_SUCCESS);
+    ASSERT_EQ(ops->FlushFileBuffers(sameProcess), AE_SUCCESS);
+    ASSERT_EQ(ops->GotoRecord(reader, 2), AE_SUCCESS);
+    EXPECT_EQ(Text(reader, "NAME"), "same process");
+
+    // Holding the record, the handle's own pending change is what it shows.
+    ASSERT_EQ(ops->LockRecord(reader, 3), AE_SUCCESS);
+    ASSERT_EQ(ops->GotoRecord(reader, 3), AE_SUCCESS);
+    ASSERT_EQ(ops->SetString(reader, "NAME", "held"), AE_SUCCESS);
+    ASSERT_EQ(ops->GotoRecord(reader, 3), AE_SUCCESS);
+    EXPECT_EQ(Text(reader, "NAME"), "held");
+    ASSERT_EQ(ops->UnlockRecord(reader, 3), AE_SUCCESS);
+    ASSERT_EQ(other->GotoRecord(elsewhere, 3), AE_SUCCESS);
+    std::string name;
+    ASSERT_EQ(other->GetString(elsewhere, "NAME", name, ADS_RTRIM), AE_SUCCESS);
+    EXPECT_EQ(name, "held");
+}
+
 }  // namespace
 }  // namespace fnrk::conformance

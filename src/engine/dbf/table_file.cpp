@@ -205,6 +205,17 @@ const char* TableFile::ReadRecord(std::uint32_t record) {
     return cache_.data() + std::size_t{record - cacheFirst_} * length;
 }
 
+void TableFile::RefreshRecord(std::uint32_t record) {
+    if (record < cacheFirst_ || record >= cacheFirst_ + cacheCount_) return;
+    const std::size_t length = header_.recordLength;
+    char* cached = cache_.data() + std::size_t{record - cacheFirst_} * length;
+    if (file_.ReadAt(RecordOffset(record), cached, length) != length) {
+        DropCache();
+        return;
+    }
+    ApplyCipher(record, cached);
+}
+
 Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
                               std::string_view bytes) {
     if (readOnly_) return AE_TABLE_READONLY;

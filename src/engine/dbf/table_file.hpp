@@ -72,6 +72,9 @@ class TableFile {
     void SetReadAhead(std::uint32_t records);
     // Forgets cached records, so the next read comes from the file.
     void DropCache() { cacheCount_ = 0; }
+    // Reads record `record` from the file again when a copy of it is cached (another handle
+    // may have written it); the rest of the cache stays.
+    void RefreshRecord(std::uint32_t record);
 
     // Writes a whole record over record `record`; `oldRecord` is what it held before (for the
     // upkeep hook).
