@@ -84,8 +84,8 @@ TEST_P(Conformance, GotoRecordShowsWhatOthersWroteSince) {
     ASSERT_EQ(ops->CloseTable(created), AE_SUCCESS);
     auto open = [&](Operations& on, Handle where, const char* alias) {
         Handle table = 0;
-        EXPECT_EQ(on.OpenTable(where, "items.dbf", alias, ADS_CDX, ADS_ANSI,
-                               ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, ADS_SHARED, table),
+        EXPECT_EQ(on.OpenTable(where, "items.dbf", alias, ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
+                               ADS_IGNORERIGHTS, ADS_SHARED, table),
                   AE_SUCCESS);
         return table;
     };

@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::size_t kCacheBytes = 64 * 1024;
 constexpr std::size_t kJumpBytes = 4 * 1024;
-constexpr std::size_t kPackChunkRecords = 4096;
 
 Status OpenFailure(const std::string& path, std::string& message) {
     const int error = errno;
@@ -25,24 +24,6 @@ Status OpenFailure(const std::string& path, std::string& message) {
     if (error == ENOENT) return AE_FILE_NOT_FOUND;
     if (error == EACCES || error == EPERM || error == EROFS) return AE_PERMISSION_DENIED;
     return AE_INVALID_PATH;
-}
-
-// Points the memo fields of `record` at their blocks in the packed memo file; true when one of
-// them changed.
-bool RepointMemos(char* record, const std::vector<Field>& fields,
-                  const std::unordered_map<std::uint32_t, std::uint32_t>& moved) {
-    bool changed = false;
-    for (const Field& field : fields) {
-        if (!IsMemoType(field.type)) continue;
-        const std::uint32_t block = ReadMemoBlock(record, field);
-        if (block == 0) continue;
-        const auto found = moved.find(block);
-        const std::uint32_t packed = found != moved.end() ? found->second : 0;
-        if (packed == block) continue;
-        WriteMemoBlock(record, field, packed);
-        changed = true;
-    }
-    return changed;
 }
 
 }  // namespace
@@ -297,17 +278,17 @@ Status TableFile::WriteAppended(std::string_view bytes, std::uint32_t& record) {
     if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
         return AE_PERMISSION_DENIED;
     header_.recordCount = record;
-    StampUpdateDate();
+    StampUpdateDate(header_);
     return WriteHeaderPrefix() ? AE_SUCCESS : AE_PERMISSION_DENIED;
 }
 
-void TableFile::StampUpdateDate() {
+void TableFile::StampUpdateDate(TableHeader& header) {
     std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
-    header_.updateYear = static_cast<std::uint8_t>(local.tm_year);
-    header_.updateMonth = static_cast<std::uint8_t>(local.tm_mon + 1);
-    header_.updateDay = static_cast<std::uint8_t>(local.tm_mday);
+    header.updateYear = static_cast<std::uint8_t>(local.tm_year);
+    header.updateMonth = static_cast<std::uint8_t>(local.tm_mon + 1);
+    header.updateDay = static_cast<std::uint8_t>(local.tm_mday);
 }
 
 // Bytes 1 to 7: update date and record count. The rest of the header is left as it is.
@@ -319,7 +300,7 @@ bool TableFile::WriteHeaderPrefix() {
 Status TableFile::Flush() {
     if (!file_.valid() || readOnly_) return AE_SUCCESS;
     if (headerDirty_) {
-        StampUpdateDate();
+        StampUpdateDate(header_);
         // Shared handles only refresh the date: the count belongs to whoever appended last.
         const bool written = exclusive_ ? WriteHeaderPrefix() : [this] {
             const std::string prefix = SerializeHeaderPrefix(header_);
@@ -350,151 +331,6 @@ Status TableFile::EndAfter(std::uint32_t count, std::string& message) {
     headerDirty_ = true;
     DropCache();
     return Flush();
-}
-
-Status TableFile::CopyKeptMemos(const std::string& path, memo::MemoFile& packed,
-                                std::unordered_map<std::uint32_t, std::uint32_t>& moved,
-                                std::string& message) {
-    message = packed.Open(path, false);
-    if (!message.empty()) return AE_PERMISSION_DENIED;
-    // Memos are ciphered by their place in the file, so each is written anew at its new one.
-    packed.SetCipher(cipher_.get());
-    for (std::uint32_t recno = 1; recno <= header_.recordCount; ++recno) {
-        const char* record = ReadRecord(recno);
-        if (record == nullptr) {
-            message = "cannot read " + path_;
-            return AE_CORRUPT_TABLE;
-        }
-        if (record[0] == '*') continue;
-        for (const Field& field : header_.fields) {
-            if (!IsMemoType(field.type)) continue;
-            if (!MemoBlockValid(record, field)) {
-                message = path_ + ": record " + std::to_string(recno) + ": " + field.name +
-                          ": memo pointer is not a block number";
-                return AE_CORRUPT_TABLE;
-            }
-            const std::uint32_t block = ReadMemoBlock(record, field);
-            if (block == 0 || moved.contains(block)) continue;
-            memo::MemoBlock memo;
-            if (std::string problem = memo_.Read(block, memo); !problem.empty()) {
-                message = path_ + ": record " + std::to_string(recno) + ": " + problem;
-                return AE_CORRUPT_TABLE;
-            }
-            std::uint32_t copy = 0;
-            message = packed.Write(copy, memo.type, memo.data);
-            if (!message.empty()) return AE_PERMISSION_DENIED;
-            moved[block] = copy;
-        }
-    }
-    message = packed.Flush();
-    return message.empty() ? AE_SUCCESS : AE_PERMISSION_DENIED;
-}
-
-Status TableFile::PackMemos(std::unordered_map<std::uint32_t, std::uint32_t>& moved,
-                            std::string& message) {
-    // The old memo file stays whole until the new one is complete and takes its name.
-    const std::string memoPath = MemoPathFor(path_);
-    const std::string packedPath = memoPath + ".pack";
-    message = memo::MemoFile::Create(packedPath, memo_.blockSize());
-    if (!message.empty()) return AE_PERMISSION_DENIED;
-    memo::MemoFile packed;
-    Status status = CopyKeptMemos(packedPath, packed, moved, message);
-    if (status == AE_SUCCESS) {
-        std::error_code error;
-        std::filesystem::rename(packedPath, memoPath, error);
-        if (error) {
-            message = "cannot replace " + memoPath + ": " + error.message();
-            status = AE_PERMISSION_DENIED;
-        }
-    }
-    if (status != AE_SUCCESS) {
-        std::error_code ignored;
-        std::filesystem::remove(packedPath, ignored);
-        return status;
-    }
-    memo_ = std::move(packed);
-    return AE_SUCCESS;
-}
-
-Status TableFile::Pack(std::string& message) {
-    if (Status status = RequireExclusiveWrite("pack", message); status != AE_SUCCESS) return status;
-    if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
-    // The memos go first: until the new memo file is in place no record has changed.
-    std::unordered_map<std::uint32_t, std::uint32_t> moved;
-    if (memo_.IsOpen()) {
-        if (Status status = PackMemos(moved, message); status != AE_SUCCESS) return status;
-    }
-    const std::size_t length = header_.recordLength;
-    std::vector<char> chunk(kPackChunkRecords * length);
-    std::uint32_t kept = 0;
-    for (std::uint32_t first = 1; first <= header_.recordCount; first += kPackChunkRecords) {
-        const std::uint32_t count =
-            std::min<std::uint32_t>(kPackChunkRecords, header_.recordCount - first + 1);
-        if (file_.ReadAt(RecordOffset(first), chunk.data(), count * length) != count * length) {
-            message = "cannot read " + path_;
-            return AE_CORRUPT_TABLE;
-        }
-        for (std::uint32_t i = 0; i < count; ++i) {
-            char* record = chunk.data() + i * length;
-            if (record[0] == '*') continue;
-            ++kept;
-            // A record that moves takes the keystream of its new place.
-            ApplyCipher(first + i, record);
-            const bool repointed = memo_.IsOpen() && RepointMemos(record, header_.fields, moved);
-            if (kept == first + i && !repointed) continue;
-            ApplyCipher(kept, record);
-            if (!file_.WriteAt(RecordOffset(kept), record, length)) {
-                message = "cannot write " + path_;
-                return AE_PERMISSION_DENIED;
-            }
-        }
-    }
-    if (Status status = EndAfter(kept, message); status != AE_SUCCESS) return status;
-    if (observer_ != nullptr) observer_->TablePacked();
-    return AE_SUCCESS;
-}
-
-Status TableFile::Recode(std::shared_ptr<const crypt::FileCipher> cipher,
-                         const std::array<std::uint8_t, 16>& reserved, std::string& message) {
-    if (Status status = RequireExclusiveWrite("encryption", message); status != AE_SUCCESS)
-        return status;
-    if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
-    const std::size_t length = header_.recordLength;
-    std::vector<char> chunk(kPackChunkRecords * length);
-    for (std::uint32_t first = 1; first <= header_.recordCount; first += kPackChunkRecords) {
-        const std::uint32_t count =
-            std::min<std::uint32_t>(kPackChunkRecords, header_.recordCount - first + 1);
-        const std::size_t bytes = count * length;
-        if (file_.ReadAt(RecordOffset(first), chunk.data(), bytes) != bytes) {
-            message = "cannot read " + path_;
-            return AE_CORRUPT_TABLE;
-        }
-        for (std::uint32_t i = 0; i < count; ++i) {
-            char* record = chunk.data() + std::size_t{i} * length;
-            crypt::Recode(cipher_.get(), cipher.get(), crypt::CipherStream::Records,
-                          RecordOffset(first + i) + 1, record + 1, length - 1);
-        }
-        if (!file_.WriteAt(RecordOffset(first), chunk.data(), bytes)) {
-            message = "cannot write " + path_;
-            return AE_PERMISSION_DENIED;
-        }
-    }
-    if (memo_.IsOpen()) {
-        message = memo_.Recode(cipher_.get(), cipher.get());
-        if (!message.empty()) return AE_PERMISSION_DENIED;
-    }
-    // The mark goes last: until it is written the table reads as it did.
-    const std::array<std::uint8_t, 16> before = header_.reserved;
-    header_.reserved = reserved;
-    const std::string prefix = SerializeHeaderPrefix(header_);
-    if (!file_.WriteAt(crypt::kReservedOffset, prefix.data() + crypt::kReservedOffset,
-                       reserved.size())) {
-        header_.reserved = before;
-        message = "cannot write the header of " + path_;
-        return AE_PERMISSION_DENIED;
-    }
-    SetCipher(std::move(cipher));
-    return AE_SUCCESS;
 }
 
 Status TableFile::Zap(std::string& message) {
