@@ -94,7 +94,7 @@ class TableCursor final : public RecordFunctions {
     // shared mode when the handle holds none), copied into the edit buffer.
     [[nodiscard]] Status BeginEdit() override;
     char* EditedRecord() override { return edit_.data(); }
-    const char* RecordBytes() override { return CurrentRecord(); }
+    std::string_view RecordBytes() override { return CurrentRecordBytes(); }
     std::uint32_t CurrentRecordNumber() const override { return record_; }
     [[nodiscard]] Status ReadMemo(const dbf::Field& field, std::string& data) override;
     [[nodiscard]] Status WriteMemo(const dbf::Field& field, std::uint32_t memoType,
