@@ -15,7 +15,10 @@ namespace fnrk::engine::dbf {
 namespace {
 
 constexpr std::size_t kCacheBytes = 64 * 1024;
-constexpr std::size_t kJumpBytes = 4 * 1024;
+// A jump reads the records of one small block (one record when it is larger), kept among a few
+// recent ones: reads in index order land on records far apart, and rarely on the same page.
+constexpr std::size_t kBlockBytes = 512;
+constexpr std::size_t kRecentBlocks = 16;
 
 Status OpenFailure(const std::string& path, std::string& message) {
     const int error = errno;
@@ -131,10 +134,19 @@ Status TableFile::Open(const std::string& path, OpenRequest request, std::string
 }
 
 void TableFile::SetReadAhead(std::uint32_t records) {
+    const std::size_t length = header_.recordLength;
     const std::size_t window =
-        records != 0 ? records : std::max<std::size_t>(1, kCacheBytes / header_.recordLength);
-    cache_.assign(window * header_.recordLength, '\0');
-    cacheCount_ = 0;
+        records != 0 ? records : std::max<std::size_t>(1, kCacheBytes / length);
+    const std::size_t block = std::max<std::size_t>(1, kBlockBytes / length);
+    runs_.assign(1 + kRecentBlocks, {});
+    runs_[0].bytes.assign(window * length, '\0');
+    for (std::size_t i = 1; i < runs_.size(); ++i) runs_[i].bytes.assign(block * length, '\0');
+    lastRun_ = 0;
+    nextBlock_ = 1;
+}
+
+void TableFile::DropCache() {
+    for (CachedRun& run : runs_) run.count = 0;
 }
 
 void TableFile::RefreshRecordCount() {
@@ -162,39 +174,45 @@ void TableFile::ApplyCipher(std::uint32_t record, char* bytes) const {
 const char* TableFile::ReadRecord(std::uint32_t record) {
     if (record < 1 || record > header_.recordCount || locked()) return nullptr;
     const std::size_t length = header_.recordLength;
-    if (record >= cacheFirst_ && record < cacheFirst_ + cacheCount_)
-        return cache_.data() + std::size_t{record - cacheFirst_} * length;
-    // A scan (the record next to the window) reads a whole window ahead, below the record when
-    // going backwards; a jump reads only a few records.
-    const bool forward = cacheCount_ > 0 && record == cacheFirst_ + cacheCount_;
-    const bool backward = cacheCount_ > 0 && record + 1 == cacheFirst_;
-    const auto full = static_cast<std::uint32_t>(cache_.size() / length);
-    const std::uint32_t window =
-        forward || backward
-            ? full
-            : std::min(full,
-                       std::max<std::uint32_t>(1, static_cast<std::uint32_t>(kJumpBytes / length)));
+    for (const CachedRun& run : runs_)
+        if (run.Holds(record)) return run.bytes.data() + std::size_t{record - run.first} * length;
+    // A scan (the record next to the last read) reads a whole window ahead, below the record
+    // when going backwards; a jump reads the record's block into the oldest recent one.
+    const CachedRun& last = runs_[lastRun_];
+    const bool forward = last.count > 0 && record == last.first + last.count;
+    const bool backward = last.count > 0 && record + 1 == last.first;
+    std::size_t target = 0;
+    if (!forward && !backward) {
+        target = nextBlock_;
+        nextBlock_ = nextBlock_ + 1 < runs_.size() ? nextBlock_ + 1 : 1;
+    }
+    CachedRun& run = runs_[target];
+    const auto window = static_cast<std::uint32_t>(run.bytes.size() / length);
     std::uint32_t first = record;
     if (backward) first = record > window ? record - window + 1 : 1;
+    if (target != 0) first = record - (record - 1) % window;
     const std::uint32_t count = std::min(window, header_.recordCount - first + 1);
-    const std::size_t got = file_.ReadAt(RecordOffset(first), cache_.data(), count * length);
-    cacheFirst_ = first;
-    cacheCount_ = static_cast<std::uint32_t>(got / length);
-    for (std::uint32_t i = 0; cipher_ != nullptr && i < cacheCount_; ++i)
-        ApplyCipher(first + i, cache_.data() + std::size_t{i} * length);
-    if (record >= cacheFirst_ + cacheCount_) return nullptr;
-    return cache_.data() + std::size_t{record - cacheFirst_} * length;
+    const std::size_t got = file_.ReadAt(RecordOffset(first), run.bytes.data(), count * length);
+    run.first = first;
+    run.count = static_cast<std::uint32_t>(got / length);
+    lastRun_ = target;
+    for (std::uint32_t i = 0; cipher_ != nullptr && i < run.count; ++i)
+        ApplyCipher(first + i, run.bytes.data() + std::size_t{i} * length);
+    if (!run.Holds(record)) return nullptr;
+    return run.bytes.data() + std::size_t{record - first} * length;
 }
 
 void TableFile::RefreshRecord(std::uint32_t record) {
-    if (record < cacheFirst_ || record >= cacheFirst_ + cacheCount_) return;
     const std::size_t length = header_.recordLength;
-    char* cached = cache_.data() + std::size_t{record - cacheFirst_} * length;
-    if (file_.ReadAt(RecordOffset(record), cached, length) != length) {
-        DropCache();
-        return;
+    for (CachedRun& run : runs_) {
+        if (!run.Holds(record)) continue;
+        char* cached = run.bytes.data() + std::size_t{record - run.first} * length;
+        if (file_.ReadAt(RecordOffset(record), cached, length) != length) {
+            DropCache();
+            return;
+        }
+        ApplyCipher(record, cached);
     }
-    ApplyCipher(record, cached);
 }
 
 Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
@@ -223,9 +241,10 @@ Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
     } else if (!file_.WriteAt(RecordOffset(record), stored.data(), stored.size())) {
         return AE_PERMISSION_DENIED;
     }
-    if (record >= cacheFirst_ && record < cacheFirst_ + cacheCount_) {
-        std::memcpy(cache_.data() + std::size_t{record - cacheFirst_} * header_.recordLength,
-                    bytes.data(), bytes.size());
+    for (CachedRun& run : runs_) {
+        if (run.Holds(record))
+            std::memcpy(run.bytes.data() + std::size_t{record - run.first} * header_.recordLength,
+                        bytes.data(), bytes.size());
     }
     headerDirty_ = true;
     if (change == RecordChange::BlankFilled) blankWithoutKeys_ = 0;

@@ -69,10 +69,10 @@ class TableFile {
     // The bytes of record `record` (1..recordCount), valid until the next call on this object.
     // nullptr when the record cannot be read.
     const char* ReadRecord(std::uint32_t record);
-    // How many records one read brings in (0: as many as fit in 64 KiB).
+    // How many records one read of a scan brings in (0: as many as fit in 64 KiB).
     void SetReadAhead(std::uint32_t records);
     // Forgets cached records, so the next read comes from the file.
-    void DropCache() { cacheCount_ = 0; }
+    void DropCache();
     // Reads record `record` from the file again when a copy of it is cached (another handle
     // may have written it); the rest of the cache stays.
     void RefreshRecord(std::uint32_t record);
@@ -157,9 +157,17 @@ class TableFile {
     UpkeepObserver* observer_ = nullptr;
     std::shared_ptr<const crypt::FileCipher> cipher_;
 
-    std::vector<char> cache_;
-    std::uint32_t cacheFirst_ = 0;
-    std::uint32_t cacheCount_ = 0;
+    // Records read from the file (decrypted): the read-ahead window first, then the blocks read
+    // by the last jumps.
+    struct CachedRun {
+        std::uint32_t first = 0;
+        std::uint32_t count = 0;
+        std::vector<char> bytes;
+        bool Holds(std::uint32_t record) const { return record >= first && record - first < count; }
+    };
+    std::vector<CachedRun> runs_;
+    std::size_t lastRun_ = 0;    // the run read last: a read next to it is a scan
+    std::size_t nextBlock_ = 1;  // the recent block the next jump reads into
 };
 
 // The memo file name beside a table: same stem, ".fpt" in the letter case of the table's
