@@ -95,24 +95,23 @@ TEST_P(Conformance, GotoRecordShowsWhatOthersWroteSince) {
     auto other = SecondConnection(otherConnection);
     const Handle elsewhere = open(*other, otherConnection, "");
 
-    ASSERT_EQ(ops->GotoRecord(reader, 1), AE_SUCCESS);
-    EXPECT_EQ(Text(reader, "NAME"), "A");
-    ASSERT_EQ(other->GotoRecord(elsewhere, 1), AE_SUCCESS);
-    ASSERT_EQ(other->SetString(elsewhere, "NAME", "from elsewhere"), AE_SUCCESS);
-    ASSERT_EQ(other->GotoRecord(elsewhere, 2), AE_SUCCESS);
-    ASSERT_EQ(other->SetString(elsewhere, "NAME", "second too"), AE_SUCCESS);
-    ASSERT_EQ(other->FlushFileBuffers(elsewhere), AE_SUCCESS);
+    auto write = [](Operations& on, Handle table, std::uint32_t record, const char* name) {
+        ASSERT_EQ(on.GotoRecord(table, record), AE_SUCCESS);
+        ASSERT_EQ(on.SetString(table, "NAME", name), AE_SUCCESS);
+        ASSERT_EQ(on.FlushFileBuffers(table), AE_SUCCESS);
+    };
+    auto nameAt = [&](std::uint32_t record) {
+        EXPECT_EQ(ops->GotoRecord(reader, record), AE_SUCCESS);
+        return Text(reader, "NAME");
+    };
+    EXPECT_EQ(nameAt(1), "A");
+    write(*other, elsewhere, 1, "from elsewhere");
+    write(*other, elsewhere, 2, "second too");
     // The record it stands on, and one it read along with it.
-    ASSERT_EQ(ops->GotoRecord(reader, 1), AE_SUCCESS);
-    EXPECT_EQ(Text(reader, "NAME"), "from elsewhere");
-    ASSERT_EQ(ops->GotoRecord(reader, 2), AE_SUCCESS);
-    EXPECT_EQ(Text(reader, "NAME"), "second too");
-
-    ASSERT_EQ(ops->GotoRecord(sameProcess, 2), AE_SUCCESS);
-    ASSERT_EQ(ops->SetString(sameProcess, "NAME", "same process"), AE_SUCCESS);
-    ASSERT_EQ(ops->FlushFileBuffers(sameProcess), AE_SUCCESS);
-    ASSERT_EQ(ops->GotoRecord(reader, 2), AE_SUCCESS);
-    EXPECT_EQ(Text(reader, "NAME"), "same process");
+    EXPECT_EQ(nameAt(1), "from elsewhere");
+    EXPECT_EQ(nameAt(2), "second too");
+    write(*ops, sameProcess, 2, "same process");
+    EXPECT_EQ(nameAt(2), "same process");
 
     // Holding the record, the handle's own pending change is what it shows.
     ASSERT_EQ(ops->LockRecord(reader, 3), AE_SUCCESS);
