@@ -126,8 +126,8 @@ class TableFile {
         bool placed = false;
     };
     // Exclusive use only: creates the new table file with this one's header.
-    [[nodiscard]] Status StartReplacement(const std::string& suffix, Replacement& next,
-                                          std::string& message);
+    [[nodiscard]] Status StartReplacement(const char* operation, const std::string& suffix,
+                                          Replacement& next, std::string& message);
     // The new files, complete but for `header`'s date, count and encryption mark, become the
     // table's (with `cipher`): the observer builds the index files beside theirs, then all take
     // their names. On failure the table stays on its old files.

@@ -38,10 +38,9 @@ TableFile::Replacement::~Replacement() {
     if (!memoPath.empty()) std::filesystem::remove(memoPath, ignored);
 }
 
-Status TableFile::StartReplacement(const std::string& suffix, Replacement& next,
-                                   std::string& message) {
-    if (Status status = RequireExclusiveWrite(suffix == ".pack" ? "pack" : "encryption", message);
-        status != AE_SUCCESS)
+Status TableFile::StartReplacement(const char* operation, const std::string& suffix,
+                                   Replacement& next, std::string& message) {
+    if (Status status = RequireExclusiveWrite(operation, message); status != AE_SUCCESS)
         return status;
     if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
     next.suffix = suffix;
@@ -160,7 +159,7 @@ Status TableFile::CopyKeptMemos(Replacement& next,
 
 Status TableFile::Pack(std::string& message) {
     Replacement next;
-    if (Status status = StartReplacement(".pack", next, message); status != AE_SUCCESS)
+    if (Status status = StartReplacement("pack", ".pack", next, message); status != AE_SUCCESS)
         return status;
     std::unordered_map<std::uint32_t, std::uint32_t> moved;
     if (memo_.IsOpen()) {
@@ -209,7 +208,8 @@ Status TableFile::Pack(std::string& message) {
 Status TableFile::Recode(std::shared_ptr<const crypt::FileCipher> cipher,
                          const std::array<std::uint8_t, 16>& reserved, std::string& message) {
     Replacement next;
-    if (Status status = StartReplacement(".crypt", next, message); status != AE_SUCCESS)
+    if (Status status = StartReplacement("encryption", ".crypt", next, message);
+        status != AE_SUCCESS)
         return status;
     const std::size_t length = header_.recordLength;
     std::vector<char> chunk(kChunkRecords * length);
