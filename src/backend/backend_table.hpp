@@ -121,7 +121,7 @@ class BackendTable final : public engine::cursor::RecordFunctions {
     void MoveToEof();
     [[nodiscard]] Status BeginEdit() override;
     char* EditedRecord() override { return current_.record.data(); }
-    const char* RecordBytes() override { return current_.record.data(); }
+    std::string_view RecordBytes() override { return current_.record; }
     std::uint32_t CurrentRecordNumber() const override { return current_.recno; }
     [[nodiscard]] Status ReadMemo(const engine::dbf::Field& field, std::string& data) override {
         return GetMemo(field, data);

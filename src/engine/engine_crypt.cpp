@@ -1,5 +1,6 @@
 // Engine operations of table encryption (crypt/): a password opens an encrypted table for its
-// handle; encrypting and decrypting rewrite the records, memos and open index files in place.
+// handle; encrypting and decrypting write the records, memos and open index files anew beside the
+// old ones.
 
 #include "engine/crypt/encryption_mark.hpp"
 #include "engine/engine.hpp"
@@ -61,14 +62,9 @@ Status Engine::RecodeTable(Handle table, std::shared_ptr<const crypt::FileCipher
     if (Status status = cursor.Flush(); status != AE_SUCCESS) return Report(status);
     dbf::TableFile& file = cursor.file();
     std::string message;
-    const auto previous = file.sharedCipher();  // the open index files' until they are rebuilt
     const crypt::ReservedBytes reserved = crypt::WithMark(file.header().reserved, mark);
-    if (Status status = file.Recode(std::move(cipher), reserved, message); status != AE_SUCCESS)
-        return Report(status, message);
-    // The index files are written anew under the table's new cipher.
-    order::TableOrders* orders = Orders().FindTable(table);
-    if (orders == nullptr) return AE_SUCCESS;
-    return Report(orders->indexes->Reindex(message), message);
+    // The index files are written anew under the table's new cipher, beside the old ones.
+    return Report(file.Recode(std::move(cipher), reserved, message), message);
 }
 
 Status Engine::IsTableEncrypted(Handle table, bool& encrypted) {

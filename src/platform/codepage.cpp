@@ -1,5 +1,6 @@
 #include "platform/codepage.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -53,6 +54,10 @@ std::string Cp1252ToUtf8(std::string_view ansi) {
 }
 
 std::string Utf8ToCp1252(std::string_view utf8, char replacement) {
+    // ASCII, most text, is the same in both.
+    if (std::all_of(utf8.begin(), utf8.end(),
+                    [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+        return std::string(utf8);
     std::string out;
     out.reserve(utf8.size());
     std::size_t pos = 0;

@@ -76,5 +76,55 @@ TEST_P(Conformance, LocksHoldBetweenTwoConnections) {
     EXPECT_EQ(name, "accepted");
 }
 
+// A handle that does not hold a record reads it again when it goes to it: what another
+// connection or another handle wrote meanwhile is what it shows.
+TEST_P(Conformance, GotoRecordShowsWhatOthersWroteSince) {
+    Handle created = CreateItems();
+    for (const char* code : {"A", "B", "C"}) AddItem(created, code, code, 1);
+    ASSERT_EQ(ops->CloseTable(created), AE_SUCCESS);
+    auto open = [&](Operations& on, Handle where, const char* alias) {
+        Handle table = 0;
+        EXPECT_EQ(on.OpenTable(where, "items.dbf", alias, ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
+                               ADS_IGNORERIGHTS, ADS_SHARED, table),
+                  AE_SUCCESS);
+        return table;
+    };
+    const Handle reader = open(*ops, connection, "READER");
+    const Handle sameProcess = open(*ops, connection, "WRITER");
+    Handle otherConnection = 0;
+    auto other = SecondConnection(otherConnection);
+    const Handle elsewhere = open(*other, otherConnection, "");
+
+    auto write = [](Operations& on, Handle table, std::uint32_t record, const char* name) {
+        ASSERT_EQ(on.GotoRecord(table, record), AE_SUCCESS);
+        ASSERT_EQ(on.SetString(table, "NAME", name), AE_SUCCESS);
+        ASSERT_EQ(on.FlushFileBuffers(table), AE_SUCCESS);
+    };
+    auto nameAt = [&](std::uint32_t record) {
+        EXPECT_EQ(ops->GotoRecord(reader, record), AE_SUCCESS);
+        return Text(reader, "NAME");
+    };
+    EXPECT_EQ(nameAt(1), "A");
+    write(*other, elsewhere, 1, "from elsewhere");
+    write(*other, elsewhere, 2, "second too");
+    // The record it stands on, and one it read along with it.
+    EXPECT_EQ(nameAt(1), "from elsewhere");
+    EXPECT_EQ(nameAt(2), "second too");
+    write(*ops, sameProcess, 2, "same process");
+    EXPECT_EQ(nameAt(2), "same process");
+
+    // Holding the record, the handle's own pending change is what it shows.
+    ASSERT_EQ(ops->LockRecord(reader, 3), AE_SUCCESS);
+    ASSERT_EQ(ops->GotoRecord(reader, 3), AE_SUCCESS);
+    ASSERT_EQ(ops->SetString(reader, "NAME", "held"), AE_SUCCESS);
+    ASSERT_EQ(ops->GotoRecord(reader, 3), AE_SUCCESS);
+    EXPECT_EQ(Text(reader, "NAME"), "held");
+    ASSERT_EQ(ops->UnlockRecord(reader, 3), AE_SUCCESS);
+    ASSERT_EQ(other->GotoRecord(elsewhere, 3), AE_SUCCESS);
+    std::string name;
+    ASSERT_EQ(other->GetString(elsewhere, "NAME", name, ADS_RTRIM), AE_SUCCESS);
+    EXPECT_EQ(name, "held");
+}
+
 }  // namespace
 }  // namespace fnrk::conformance

@@ -221,5 +221,21 @@ TEST_P(Conformance, CopyPackAndZap) {
 INSTANTIATE_TEST_SUITE_P(Implementations, Conformance, ::testing::ValuesIn(Implementations()),
                          [](const auto& info) { return info.param.name; });
 
+// A search reads the whole record: fields after a binary one whose bytes hold zeros count too.
+TEST_P(Conformance, LocateSeesFieldsAfterBinaryZeros) {
+    Handle t = CreateItems();
+    for (const char* code : {"A", "B", "C"}) AddItem(t, code, code, 1);
+    ASSERT_EQ(ops->GotoRecord(t, 2), AE_SUCCESS);
+    ASSERT_EQ(ops->SetLong(t, "QTY", 0), AE_SUCCESS);
+    ASSERT_EQ(ops->SetLogical(t, "PAID", true), AE_SUCCESS);
+    ASSERT_EQ(ops->GotoTop(t), AE_SUCCESS);
+    bool found = false;
+    ASSERT_EQ(ops->Locate(t, "PAID", true, found), AE_SUCCESS);
+    EXPECT_TRUE(found);
+    EXPECT_EQ(RecordNumber(t), 2u);
+    ASSERT_EQ(ops->Locate(t, "QTY = 0 .AND. DAY = CTOD('  /  /    ')", true, found), AE_SUCCESS);
+    EXPECT_TRUE(found);
+}
+
 }  // namespace
 }  // namespace fnrk::conformance

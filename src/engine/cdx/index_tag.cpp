@@ -1,5 +1,7 @@
 #include "engine/cdx/index_tag.hpp"
 
+#include <atomic>
+
 #include <algorithm>
 #include <exception>
 #include <unordered_set>
@@ -30,6 +32,8 @@ int CompareEntry(const IndexEntry& entry, const std::string& key, std::uint32_t 
 
 IndexTag::IndexTag(IndexFile& file, std::uint32_t headerOffset, std::string name, KeyKind kind)
     : file_(file), headerOffset_(headerOffset), name_(std::move(name)), kind_(kind) {
+    static std::atomic<std::uint64_t> serials{0};
+    serial_ = ++serials;
     ReloadHeader();
 }
 
@@ -80,6 +84,7 @@ IndexTag::EditScope::EditScope(IndexTag& tag) : tag_(tag), exceptions_(std::unca
     // An edit holds references to cached nodes: the cache is trimmed before it starts.
     if (tag_.cache_.size() >= kCachedNodes) tag_.DropLeaves();
     tag_.editing_ = true;
+    ++tag_.edits_;
 }
 
 IndexTag::EditScope::~EditScope() {

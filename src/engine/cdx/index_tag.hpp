@@ -58,6 +58,16 @@ class IndexTag {
     // Counts keys by descending the tree; throws IndexCorrupt on cycles.
     std::uint64_t CountKeys();
 
+    // Changes with every edit of this tag through this object and with every change of the file
+    // it sees from elsewhere: while it stays the same, a position names the same entry.
+    struct Version {
+        std::uint64_t serial = 0;  // of this object: positions of another one never match
+        std::uint64_t generation = 0;
+        std::uint64_t edits = 0;
+        bool operator==(const Version&) const = default;
+    };
+    Version version() const { return {serial_, file_.generation(), edits_}; }
+
     // Decoded node at an offset, cached; throws IndexCorrupt for offsets outside the file.
     const IndexNode& Node(std::uint32_t offset);
     // Re-reads the header (after another process may have moved the root).
@@ -114,6 +124,8 @@ class IndexTag {
     std::unordered_map<std::uint32_t, IndexNode> cache_;
     std::uint64_t cacheGeneration_ = 0;
     bool editing_ = false;
+    std::uint64_t serial_;
+    std::uint64_t edits_ = 0;
 };
 
 // Composite order of tag entries: key bytes, then record number.

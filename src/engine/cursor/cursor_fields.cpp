@@ -21,18 +21,14 @@ Status TableCursor::SetMemo(const dbf::Field& field, std::uint32_t type, std::st
     if (file == nullptr) return AE_NO_MEMO_FILE;
     if (Status status = BeginEdit(); status != AE_SUCCESS) return status;
     std::uint32_t block = dbf::ReadMemoBlock(edit_.data(), field);
-    // The committed record keeps its memo until the record itself is written: a new text goes to
-    // a block of its own (0: at the end of the file), which this edit may then rewrite or grow.
-    if (block != 0 && block == CommittedMemoBlock(field)) block = 0;
+    // Only a memo this edit wrote may be rewritten or grown where it stands: the committed one
+    // stays until the record itself is written, and a block that came in with a record copied
+    // whole belongs to another record, or to another table's memo file.
+    if (!editMemos_.contains(block)) block = 0;
     if (!file->Write(block, type, data).empty()) return AE_PERMISSION_DENIED;
+    if (block != 0) editMemos_.insert(block);
     dbf::WriteMemoBlock(edit_.data(), field, block);
     return AE_SUCCESS;
-}
-
-std::uint32_t TableCursor::CommittedMemoBlock(const dbf::Field& field) {
-    if (appended_) return 0;
-    const char* committed = file_.ReadRecord(record_);
-    return committed == nullptr ? 0 : dbf::ReadMemoBlock(committed, field);
 }
 
 Status TableCursor::ReadMemo(const dbf::Field& field, std::string& data) {

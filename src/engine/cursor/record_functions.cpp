@@ -45,7 +45,7 @@ std::int32_t StoredJulian(const char* record, const dbf::Field& field) {
 
 Status RecordFunctions::GetText(const dbf::Field& field, std::string& text,
                                 std::uint16_t trimOption) {
-    const char* record = RecordBytes();
+    const char* record = RecordBytes().data();
     std::string value;
     switch (field.type) {
         case 'D':
@@ -108,7 +108,7 @@ Status RecordFunctions::SetText(const dbf::Field& field, std::string_view text) 
 }
 
 Status RecordFunctions::GetNumber(const dbf::Field& field, double& value) {
-    const char* record = RecordBytes();
+    const char* record = RecordBytes().data();
     if (IsNumeric(field.type)) {
         value = dbf::ReadNumber(record, field);
     } else if (field.type == 'D') {
@@ -141,7 +141,7 @@ Status RecordFunctions::SetNumber(const dbf::Field& field, double value) {
 
 Status RecordFunctions::GetLogical(const dbf::Field& field, bool& value) {
     if (field.type != 'L') return AE_INVALID_FIELD_TYPE;
-    value = dbf::ReadLogical(RecordBytes(), field);
+    value = dbf::ReadLogical(RecordBytes().data(), field);
     return AE_SUCCESS;
 }
 
@@ -154,7 +154,7 @@ Status RecordFunctions::SetLogical(const dbf::Field& field, bool value) {
 
 Status RecordFunctions::GetJulian(const dbf::Field& field, std::int32_t& julian) {
     if (field.type != 'D') return AE_INVALID_FIELD_TYPE;
-    julian = StoredJulian(RecordBytes(), field);
+    julian = StoredJulian(RecordBytes().data(), field);
     return AE_SUCCESS;
 }
 

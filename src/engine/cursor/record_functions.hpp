@@ -46,8 +46,8 @@ class RecordFunctions {
   protected:
     virtual std::unique_ptr<expr::FieldResolver> FieldNames() const = 0;
 
-    // The current record's bytes (the blank phantom at EOF).
-    virtual const char* RecordBytes() = 0;
+    // The current record's bytes (the blank phantom at EOF), the whole record length.
+    virtual std::string_view RecordBytes() = 0;
     virtual std::uint32_t CurrentRecordNumber() const = 0;
     // Makes the current record writable; EditedRecord() is valid after it succeeded.
     [[nodiscard]] virtual Status BeginEdit() = 0;

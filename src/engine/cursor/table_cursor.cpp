@@ -95,6 +95,9 @@ Status TableCursor::GotoRecord(std::uint32_t record) {
         atBof_ = false;
         return AE_SUCCESS;
     }
+    // Another handle may have written the record since it was read; nobody could while this
+    // handle holds it.
+    if (!IsRecordLocked(record)) file_.RefreshRecord(record);
     MoveTo(record);
     return AE_SUCCESS;
 }
@@ -157,6 +160,7 @@ Status TableCursor::Append() {
     edit_ = file_.BlankRecord();
     dirty_ = true;
     appended_ = true;
+    editMemos_.clear();
     return AE_SUCCESS;
 }
 
@@ -173,6 +177,7 @@ Status TableCursor::BeginEdit() {
     if (record == nullptr) return AE_NO_CURRENT_RECORD;
     edit_.assign(record, header().recordLength);
     dirty_ = true;
+    editMemos_.clear();
     return AE_SUCCESS;
 }
 

@@ -90,13 +90,11 @@ class TableCursor final : public RecordFunctions {
     std::uint32_t Seek(std::uint32_t from, int step);
     void MoveTo(std::uint32_t record);
     void MoveToEof();
-    // The memo block of `field` in the record as written in the file (0 for a new record).
-    std::uint32_t CommittedMemoBlock(const dbf::Field& field);
     // Makes the current record writable: current, not read-only, locked (an implicit lock in
     // shared mode when the handle holds none), copied into the edit buffer.
     [[nodiscard]] Status BeginEdit() override;
     char* EditedRecord() override { return edit_.data(); }
-    const char* RecordBytes() override { return CurrentRecord(); }
+    std::string_view RecordBytes() override { return CurrentRecordBytes(); }
     std::uint32_t CurrentRecordNumber() const override { return record_; }
     [[nodiscard]] Status ReadMemo(const dbf::Field& field, std::string& data) override;
     [[nodiscard]] Status WriteMemo(const dbf::Field& field, std::uint32_t memoType,
@@ -116,6 +114,7 @@ class TableCursor final : public RecordFunctions {
     bool dirty_ = false;
     bool implicitLock_ = false;
     bool appended_ = false;  // the edit buffer holds a record appended and not yet rewritten
+    std::unordered_set<std::uint32_t> editMemos_;  // memo blocks the pending edit wrote
 
     std::optional<expr::Expression> filter_;
     RecordGate gate_;

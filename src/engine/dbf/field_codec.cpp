@@ -87,12 +87,16 @@ bool WriteNumber(char* record, const Field& field, double value) {
     }
     char text[400];  // enough for any finite double with up to 20 decimals
     const int decimals = std::min<int>(field.decimals, 20);
-    int written = std::snprintf(text, sizeof text, "%.*f", decimals, value);
+    // Exactly rounded, as "%.*f" writes it, without going through printf.
+    auto written =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals);
+    if (written.ec != std::errc()) return false;
+    std::string_view digits(text, static_cast<std::size_t>(written.ptr - text));
     // A value that rounds to zero is stored without a minus sign.
-    if (text[0] == '-' && std::strspn(text + 1, "0.") == std::strlen(text + 1))
-        written = std::snprintf(text, sizeof text, "%.*f", decimals, 0.0);
-    if (written < 0 || written > field.length) return false;
-    RightAlign(p, field.length, std::string_view(text, static_cast<std::size_t>(written)));
+    if (digits[0] == '-' && digits.find_first_not_of("0.", 1) == std::string_view::npos)
+        digits.remove_prefix(1);
+    if (digits.size() > field.length) return false;
+    RightAlign(p, field.length, digits);
     return true;
 }
 

@@ -15,8 +15,10 @@ namespace fnrk::engine::dbf {
 namespace {
 
 constexpr std::size_t kCacheBytes = 64 * 1024;
-constexpr std::size_t kJumpBytes = 4 * 1024;
-constexpr std::size_t kPackChunkRecords = 4096;
+// A jump reads the records of one small block (one record when it is larger), kept among a few
+// recent ones: reads in index order land on records far apart, and rarely on the same page.
+constexpr std::size_t kBlockBytes = 512;
+constexpr std::size_t kRecentBlocks = 16;
 
 Status OpenFailure(const std::string& path, std::string& message) {
     const int error = errno;
@@ -25,24 +27,6 @@ Status OpenFailure(const std::string& path, std::string& message) {
     if (error == ENOENT) return AE_FILE_NOT_FOUND;
     if (error == EACCES || error == EPERM || error == EROFS) return AE_PERMISSION_DENIED;
     return AE_INVALID_PATH;
-}
-
-// Points the memo fields of `record` at their blocks in the packed memo file; true when one of
-// them changed.
-bool RepointMemos(char* record, const std::vector<Field>& fields,
-                  const std::unordered_map<std::uint32_t, std::uint32_t>& moved) {
-    bool changed = false;
-    for (const Field& field : fields) {
-        if (!IsMemoType(field.type)) continue;
-        const std::uint32_t block = ReadMemoBlock(record, field);
-        if (block == 0) continue;
-        const auto found = moved.find(block);
-        const std::uint32_t packed = found != moved.end() ? found->second : 0;
-        if (packed == block) continue;
-        WriteMemoBlock(record, field, packed);
-        changed = true;
-    }
-    return changed;
 }
 
 }  // namespace
@@ -150,10 +134,19 @@ Status TableFile::Open(const std::string& path, OpenRequest request, std::string
 }
 
 void TableFile::SetReadAhead(std::uint32_t records) {
+    const std::size_t length = header_.recordLength;
     const std::size_t window =
-        records != 0 ? records : std::max<std::size_t>(1, kCacheBytes / header_.recordLength);
-    cache_.assign(window * header_.recordLength, '\0');
-    cacheCount_ = 0;
+        records != 0 ? records : std::max<std::size_t>(1, kCacheBytes / length);
+    const std::size_t block = std::max<std::size_t>(1, kBlockBytes / length);
+    runs_.assign(1 + kRecentBlocks, {});
+    runs_[0].bytes.assign(window * length, '\0');
+    for (std::size_t i = 1; i < runs_.size(); ++i) runs_[i].bytes.assign(block * length, '\0');
+    lastRun_ = 0;
+    nextBlock_ = 1;
+}
+
+void TableFile::DropCache() {
+    for (CachedRun& run : runs_) run.count = 0;
 }
 
 void TableFile::RefreshRecordCount() {
@@ -181,28 +174,45 @@ void TableFile::ApplyCipher(std::uint32_t record, char* bytes) const {
 const char* TableFile::ReadRecord(std::uint32_t record) {
     if (record < 1 || record > header_.recordCount || locked()) return nullptr;
     const std::size_t length = header_.recordLength;
-    if (record >= cacheFirst_ && record < cacheFirst_ + cacheCount_)
-        return cache_.data() + std::size_t{record - cacheFirst_} * length;
-    // A scan (the record next to the window) reads a whole window ahead, below the record when
-    // going backwards; a jump reads only a few records.
-    const bool forward = cacheCount_ > 0 && record == cacheFirst_ + cacheCount_;
-    const bool backward = cacheCount_ > 0 && record + 1 == cacheFirst_;
-    const auto full = static_cast<std::uint32_t>(cache_.size() / length);
-    const std::uint32_t window =
-        forward || backward
-            ? full
-            : std::min(full,
-                       std::max<std::uint32_t>(1, static_cast<std::uint32_t>(kJumpBytes / length)));
+    for (const CachedRun& run : runs_)
+        if (run.Holds(record)) return run.bytes.data() + std::size_t{record - run.first} * length;
+    // A scan (the record next to the last read) reads a whole window ahead, below the record
+    // when going backwards; a jump reads the record's block into the oldest recent one.
+    const CachedRun& last = runs_[lastRun_];
+    const bool forward = last.count > 0 && record == last.first + last.count;
+    const bool backward = last.count > 0 && record + 1 == last.first;
+    std::size_t target = 0;
+    if (!forward && !backward) {
+        target = nextBlock_;
+        nextBlock_ = nextBlock_ + 1 < runs_.size() ? nextBlock_ + 1 : 1;
+    }
+    CachedRun& run = runs_[target];
+    const auto window = static_cast<std::uint32_t>(run.bytes.size() / length);
     std::uint32_t first = record;
     if (backward) first = record > window ? record - window + 1 : 1;
+    if (target != 0) first = record - (record - 1) % window;
     const std::uint32_t count = std::min(window, header_.recordCount - first + 1);
-    const std::size_t got = file_.ReadAt(RecordOffset(first), cache_.data(), count * length);
-    cacheFirst_ = first;
-    cacheCount_ = static_cast<std::uint32_t>(got / length);
-    for (std::uint32_t i = 0; cipher_ != nullptr && i < cacheCount_; ++i)
-        ApplyCipher(first + i, cache_.data() + std::size_t{i} * length);
-    if (record >= cacheFirst_ + cacheCount_) return nullptr;
-    return cache_.data() + std::size_t{record - cacheFirst_} * length;
+    const std::size_t got = file_.ReadAt(RecordOffset(first), run.bytes.data(), count * length);
+    run.first = first;
+    run.count = static_cast<std::uint32_t>(got / length);
+    lastRun_ = target;
+    for (std::uint32_t i = 0; cipher_ != nullptr && i < run.count; ++i)
+        ApplyCipher(first + i, run.bytes.data() + std::size_t{i} * length);
+    if (!run.Holds(record)) return nullptr;
+    return run.bytes.data() + std::size_t{record - first} * length;
+}
+
+void TableFile::RefreshRecord(std::uint32_t record) {
+    const std::size_t length = header_.recordLength;
+    for (CachedRun& run : runs_) {
+        if (!run.Holds(record)) continue;
+        char* cached = run.bytes.data() + std::size_t{record - run.first} * length;
+        if (file_.ReadAt(RecordOffset(record), cached, length) != length) {
+            DropCache();
+            return;
+        }
+        ApplyCipher(record, cached);
+    }
 }
 
 Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
@@ -231,9 +241,10 @@ Status TableFile::WriteRecord(std::uint32_t record, std::string_view oldRecord,
     } else if (!file_.WriteAt(RecordOffset(record), stored.data(), stored.size())) {
         return AE_PERMISSION_DENIED;
     }
-    if (record >= cacheFirst_ && record < cacheFirst_ + cacheCount_) {
-        std::memcpy(cache_.data() + std::size_t{record - cacheFirst_} * header_.recordLength,
-                    bytes.data(), bytes.size());
+    for (CachedRun& run : runs_) {
+        if (run.Holds(record))
+            std::memcpy(run.bytes.data() + std::size_t{record - run.first} * header_.recordLength,
+                        bytes.data(), bytes.size());
     }
     headerDirty_ = true;
     if (change == RecordChange::BlankFilled) blankWithoutKeys_ = 0;
@@ -286,17 +297,17 @@ Status TableFile::WriteAppended(std::string_view bytes, std::uint32_t& record) {
     if (!file_.WriteAt(RecordOffset(record), withEnd.data(), withEnd.size()))
         return AE_PERMISSION_DENIED;
     header_.recordCount = record;
-    StampUpdateDate();
+    StampUpdateDate(header_);
     return WriteHeaderPrefix() ? AE_SUCCESS : AE_PERMISSION_DENIED;
 }
 
-void TableFile::StampUpdateDate() {
+void TableFile::StampUpdateDate(TableHeader& header) {
     std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
-    header_.updateYear = static_cast<std::uint8_t>(local.tm_year);
-    header_.updateMonth = static_cast<std::uint8_t>(local.tm_mon + 1);
-    header_.updateDay = static_cast<std::uint8_t>(local.tm_mday);
+    header.updateYear = static_cast<std::uint8_t>(local.tm_year);
+    header.updateMonth = static_cast<std::uint8_t>(local.tm_mon + 1);
+    header.updateDay = static_cast<std::uint8_t>(local.tm_mday);
 }
 
 // Bytes 1 to 7: update date and record count. The rest of the header is left as it is.
@@ -308,7 +319,7 @@ bool TableFile::WriteHeaderPrefix() {
 Status TableFile::Flush() {
     if (!file_.valid() || readOnly_) return AE_SUCCESS;
     if (headerDirty_) {
-        StampUpdateDate();
+        StampUpdateDate(header_);
         // Shared handles only refresh the date: the count belongs to whoever appended last.
         const bool written = exclusive_ ? WriteHeaderPrefix() : [this] {
             const std::string prefix = SerializeHeaderPrefix(header_);
@@ -339,151 +350,6 @@ Status TableFile::EndAfter(std::uint32_t count, std::string& message) {
     headerDirty_ = true;
     DropCache();
     return Flush();
-}
-
-Status TableFile::CopyKeptMemos(const std::string& path, memo::MemoFile& packed,
-                                std::unordered_map<std::uint32_t, std::uint32_t>& moved,
-                                std::string& message) {
-    message = packed.Open(path, false);
-    if (!message.empty()) return AE_PERMISSION_DENIED;
-    // Memos are ciphered by their place in the file, so each is written anew at its new one.
-    packed.SetCipher(cipher_.get());
-    for (std::uint32_t recno = 1; recno <= header_.recordCount; ++recno) {
-        const char* record = ReadRecord(recno);
-        if (record == nullptr) {
-            message = "cannot read " + path_;
-            return AE_CORRUPT_TABLE;
-        }
-        if (record[0] == '*') continue;
-        for (const Field& field : header_.fields) {
-            if (!IsMemoType(field.type)) continue;
-            if (!MemoBlockValid(record, field)) {
-                message = path_ + ": record " + std::to_string(recno) + ": " + field.name +
-                          ": memo pointer is not a block number";
-                return AE_CORRUPT_TABLE;
-            }
-            const std::uint32_t block = ReadMemoBlock(record, field);
-            if (block == 0 || moved.contains(block)) continue;
-            memo::MemoBlock memo;
-            if (std::string problem = memo_.Read(block, memo); !problem.empty()) {
-                message = path_ + ": record " + std::to_string(recno) + ": " + problem;
-                return AE_CORRUPT_TABLE;
-            }
-            std::uint32_t copy = 0;
-            message = packed.Write(copy, memo.type, memo.data);
-            if (!message.empty()) return AE_PERMISSION_DENIED;
-            moved[block] = copy;
-        }
-    }
-    message = packed.Flush();
-    return message.empty() ? AE_SUCCESS : AE_PERMISSION_DENIED;
-}
-
-Status TableFile::PackMemos(std::unordered_map<std::uint32_t, std::uint32_t>& moved,
-                            std::string& message) {
-    // The old memo file stays whole until the new one is complete and takes its name.
-    const std::string memoPath = MemoPathFor(path_);
-    const std::string packedPath = memoPath + ".pack";
-    message = memo::MemoFile::Create(packedPath, memo_.blockSize());
-    if (!message.empty()) return AE_PERMISSION_DENIED;
-    memo::MemoFile packed;
-    Status status = CopyKeptMemos(packedPath, packed, moved, message);
-    if (status == AE_SUCCESS) {
-        std::error_code error;
-        std::filesystem::rename(packedPath, memoPath, error);
-        if (error) {
-            message = "cannot replace " + memoPath + ": " + error.message();
-            status = AE_PERMISSION_DENIED;
-        }
-    }
-    if (status != AE_SUCCESS) {
-        std::error_code ignored;
-        std::filesystem::remove(packedPath, ignored);
-        return status;
-    }
-    memo_ = std::move(packed);
-    return AE_SUCCESS;
-}
-
-Status TableFile::Pack(std::string& message) {
-    if (Status status = RequireExclusiveWrite("pack", message); status != AE_SUCCESS) return status;
-    if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
-    // The memos go first: until the new memo file is in place no record has changed.
-    std::unordered_map<std::uint32_t, std::uint32_t> moved;
-    if (memo_.IsOpen()) {
-        if (Status status = PackMemos(moved, message); status != AE_SUCCESS) return status;
-    }
-    const std::size_t length = header_.recordLength;
-    std::vector<char> chunk(kPackChunkRecords * length);
-    std::uint32_t kept = 0;
-    for (std::uint32_t first = 1; first <= header_.recordCount; first += kPackChunkRecords) {
-        const std::uint32_t count =
-            std::min<std::uint32_t>(kPackChunkRecords, header_.recordCount - first + 1);
-        if (file_.ReadAt(RecordOffset(first), chunk.data(), count * length) != count * length) {
-            message = "cannot read " + path_;
-            return AE_CORRUPT_TABLE;
-        }
-        for (std::uint32_t i = 0; i < count; ++i) {
-            char* record = chunk.data() + i * length;
-            if (record[0] == '*') continue;
-            ++kept;
-            // A record that moves takes the keystream of its new place.
-            ApplyCipher(first + i, record);
-            const bool repointed = memo_.IsOpen() && RepointMemos(record, header_.fields, moved);
-            if (kept == first + i && !repointed) continue;
-            ApplyCipher(kept, record);
-            if (!file_.WriteAt(RecordOffset(kept), record, length)) {
-                message = "cannot write " + path_;
-                return AE_PERMISSION_DENIED;
-            }
-        }
-    }
-    if (Status status = EndAfter(kept, message); status != AE_SUCCESS) return status;
-    if (observer_ != nullptr) observer_->TablePacked();
-    return AE_SUCCESS;
-}
-
-Status TableFile::Recode(std::shared_ptr<const crypt::FileCipher> cipher,
-                         const std::array<std::uint8_t, 16>& reserved, std::string& message) {
-    if (Status status = RequireExclusiveWrite("encryption", message); status != AE_SUCCESS)
-        return status;
-    if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
-    const std::size_t length = header_.recordLength;
-    std::vector<char> chunk(kPackChunkRecords * length);
-    for (std::uint32_t first = 1; first <= header_.recordCount; first += kPackChunkRecords) {
-        const std::uint32_t count =
-            std::min<std::uint32_t>(kPackChunkRecords, header_.recordCount - first + 1);
-        const std::size_t bytes = count * length;
-        if (file_.ReadAt(RecordOffset(first), chunk.data(), bytes) != bytes) {
-            message = "cannot read " + path_;
-            return AE_CORRUPT_TABLE;
-        }
-        for (std::uint32_t i = 0; i < count; ++i) {
-            char* record = chunk.data() + std::size_t{i} * length;
-            crypt::Recode(cipher_.get(), cipher.get(), crypt::CipherStream::Records,
-                          RecordOffset(first + i) + 1, record + 1, length - 1);
-        }
-        if (!file_.WriteAt(RecordOffset(first), chunk.data(), bytes)) {
-            message = "cannot write " + path_;
-            return AE_PERMISSION_DENIED;
-        }
-    }
-    if (memo_.IsOpen()) {
-        message = memo_.Recode(cipher_.get(), cipher.get());
-        if (!message.empty()) return AE_PERMISSION_DENIED;
-    }
-    // The mark goes last: until it is written the table reads as it did.
-    const std::array<std::uint8_t, 16> before = header_.reserved;
-    header_.reserved = reserved;
-    const std::string prefix = SerializeHeaderPrefix(header_);
-    if (!file_.WriteAt(crypt::kReservedOffset, prefix.data() + crypt::kReservedOffset,
-                       reserved.size())) {
-        header_.reserved = before;
-        message = "cannot write the header of " + path_;
-        return AE_PERMISSION_DENIED;
-    }
-    SetCipher(std::move(cipher));
-    return AE_SUCCESS;
 }
 
 Status TableFile::Zap(std::string& message) {

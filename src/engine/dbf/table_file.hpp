@@ -57,7 +57,8 @@ class TableFile {
     // Gives an encrypted table its cipher (for this handle only).
     void SetCipher(std::shared_ptr<const crypt::FileCipher> cipher);
     // Exclusive use only: rewrites every record and memo under `cipher` (null: plain) and
-    // stores `reserved` as the header's reserved bytes, which carry the encryption mark.
+    // stores `reserved` as the header's reserved bytes, which carry the encryption mark; written
+    // beside the old files as a pack is.
     [[nodiscard]] Status Recode(std::shared_ptr<const crypt::FileCipher> cipher,
                                 const std::array<std::uint8_t, 16>& reserved, std::string& message);
 
@@ -68,10 +69,13 @@ class TableFile {
     // The bytes of record `record` (1..recordCount), valid until the next call on this object.
     // nullptr when the record cannot be read.
     const char* ReadRecord(std::uint32_t record);
-    // How many records one read brings in (0: as many as fit in 64 KiB).
+    // How many records one read of a scan brings in (0: as many as fit in 64 KiB).
     void SetReadAhead(std::uint32_t records);
     // Forgets cached records, so the next read comes from the file.
-    void DropCache() { cacheCount_ = 0; }
+    void DropCache();
+    // Reads record `record` from the file again when a copy of it is cached (another handle
+    // may have written it); the rest of the cache stays.
+    void RefreshRecord(std::uint32_t record);
 
     // Writes a whole record over record `record`; `oldRecord` is what it held before (for the
     // upkeep hook).
@@ -88,7 +92,7 @@ class TableFile {
     [[nodiscard]] Status ReserveRecord(std::uint32_t& record);
 
     // Exclusive use only: drops the deleted records, and from the memo file every memo that no
-    // kept record points to.
+    // kept record points to. The new files replace the old ones only once all are complete.
     [[nodiscard]] Status Pack(std::string& message);
     [[nodiscard]] Status Zap(std::string& message);
     // Writes a pending record count and pushes the file to disk.
@@ -107,15 +111,35 @@ class TableFile {
     [[nodiscard]] Status RequireExclusiveWrite(const char* operation, std::string& message) const;
     // Makes `count` the number of records: end-of-file mark, file cut after it, header updated.
     [[nodiscard]] Status EndAfter(std::uint32_t count, std::string& message);
-    // Copies the memos of the records a pack keeps into `packed`, opened on the new, empty memo
-    // file at `path`; `moved` maps each of their old blocks to its new one.
-    [[nodiscard]] Status CopyKeptMemos(const std::string& path, memo::MemoFile& packed,
+    // New files written beside the table's own (name + suffix) that take their names only once
+    // all are complete; removed when they never do.
+    struct Replacement {
+        Replacement() = default;
+        Replacement(const Replacement&) = delete;
+        Replacement& operator=(const Replacement&) = delete;
+        ~Replacement();
+        std::string suffix;
+        std::string tablePath;
+        std::string memoPath;
+        io::PosixFile table;
+        memo::MemoFile memo;
+        bool placed = false;
+    };
+    // Exclusive use only: creates the new table file with this one's header.
+    [[nodiscard]] Status StartReplacement(const char* operation, const std::string& suffix,
+                                          Replacement& next, std::string& message);
+    // The new files, complete but for `header`'s date, count and encryption mark, become the
+    // table's (with `cipher`): the observer builds the index files beside theirs, then all take
+    // their names. On failure the table stays on its old files.
+    [[nodiscard]] Status PutInPlace(Replacement& next, TableHeader header,
+                                    std::shared_ptr<const crypt::FileCipher> cipher,
+                                    std::string& message);
+    // Copies the memos of the records a pack keeps into the new memo file; `moved` maps each of
+    // their old blocks to its new one.
+    [[nodiscard]] Status CopyKeptMemos(Replacement& next,
                                        std::unordered_map<std::uint32_t, std::uint32_t>& moved,
                                        std::string& message);
-    // Builds the packed memo file beside the old one and renames it over it.
-    [[nodiscard]] Status PackMemos(std::unordered_map<std::uint32_t, std::uint32_t>& moved,
-                                   std::string& message);
-    void StampUpdateDate();
+    static void StampUpdateDate(TableHeader& header);
     // XORs the bytes of record `record` after its deletion flag with their keystream, which
     // encrypts and decrypts alike; nothing for a plain table.
     void ApplyCipher(std::uint32_t record, char* bytes) const;
@@ -133,9 +157,17 @@ class TableFile {
     UpkeepObserver* observer_ = nullptr;
     std::shared_ptr<const crypt::FileCipher> cipher_;
 
-    std::vector<char> cache_;
-    std::uint32_t cacheFirst_ = 0;
-    std::uint32_t cacheCount_ = 0;
+    // Records read from the file (decrypted): the read-ahead window first, then the blocks read
+    // by the last jumps.
+    struct CachedRun {
+        std::uint32_t first = 0;
+        std::uint32_t count = 0;
+        std::vector<char> bytes;
+        bool Holds(std::uint32_t record) const { return record >= first && record - first < count; }
+    };
+    std::vector<CachedRun> runs_;
+    std::size_t lastRun_ = 0;    // the run read last: a read next to it is a scan
+    std::size_t nextBlock_ = 1;  // the recent block the next jump reads into
 };
 
 // The memo file name beside a table: same stem, ".fpt" in the letter case of the table's

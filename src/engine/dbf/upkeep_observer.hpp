@@ -3,7 +3,10 @@
 // The hook through which indexes follow every change of a table's records.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+
+#include "engine/errors.hpp"
 
 namespace fnrk::engine::dbf {
 
@@ -22,8 +25,15 @@ class UpkeepObserver {
     // A record reached the file. Both buffers include the deletion flag byte.
     virtual void RecordWritten(std::uint32_t record, RecordChange change,
                                std::string_view oldRecord, std::string_view newRecord) = 0;
-    // Record numbers changed (pack) or every record went (zap): keys must be rebuilt or dropped.
-    virtual void TablePacked() = 0;
+    // The table now reads new files written beside its own (a pack: record numbers changed; a
+    // change of encryption: every byte did), which take their names only once all are complete.
+    // The index files are written anew beside theirs too, named with `suffix` added.
+    [[nodiscard]] virtual Status BuildBeside(const std::string& suffix, std::string& message) = 0;
+    // The table's new files took their names: the index files built beside take theirs.
+    [[nodiscard]] virtual Status PlaceBeside(std::string& message) = 0;
+    // The table keeps its old files: the index files built beside go.
+    virtual void DropBeside() = 0;
+    // Every record went: keys must be dropped.
     virtual void TableZapped() = 0;
 };
 

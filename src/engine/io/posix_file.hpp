@@ -84,6 +84,12 @@ class PosixFile {
         return true;
     }
 
+    // Gives this file the permission bits of `other`.
+    bool TakePermissionsOf(const PosixFile& other) {
+        struct stat info {};
+        return ::fstat(other.fd_, &info) == 0 && ::fchmod(fd_, info.st_mode & 07777) == 0;
+    }
+
     bool Truncate(std::uint64_t size) { return ::ftruncate(fd_, static_cast<off_t>(size)) == 0; }
     bool Sync() { return ::fdatasync(fd_) == 0; }
 

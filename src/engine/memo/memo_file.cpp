@@ -134,16 +134,32 @@ std::string MemoFile::Clear() {
     return {};
 }
 
-std::string MemoFile::Recode(const crypt::FileCipher* from, const crypt::FileCipher* to) {
+std::string MemoFile::WriteRecodedCopy(const std::string& path, const crypt::FileCipher* from,
+                                       const crypt::FileCipher* to) const {
+    PosixFile copy = PosixFile::CreateNew(path);
+    if (!copy.valid()) return "cannot create the memo file " + path;
+    if (std::string problem = CopyRecoded(copy, from, to); !problem.empty()) {
+        ::unlink(path.c_str());
+        return problem + " " + path;
+    }
+    return {};
+}
+
+std::string MemoFile::CopyRecoded(io::PosixFile& copy, const crypt::FileCipher* from,
+                                  const crypt::FileCipher* to) const {
     constexpr std::size_t kChunk = 64 * 1024;
     std::string chunk(kChunk, '\0');
     const std::uint64_t size = file_.Size();
-    for (std::uint64_t at = kMemoHeaderSize; at < size; at += kChunk) {
+    for (std::uint64_t at = 0; at < size; at += kChunk) {
         const std::size_t length =
             static_cast<std::size_t>(std::min<std::uint64_t>(kChunk, size - at));
         if (file_.ReadAt(at, chunk.data(), length) != length) return "cannot read the memo file";
-        crypt::Recode(from, to, crypt::CipherStream::Memos, at, chunk.data(), length);
-        if (!file_.WriteAt(at, chunk.data(), length)) return "cannot write the memo file";
+        // The header stays plain.
+        const std::size_t plain = at < kMemoHeaderSize ? kMemoHeaderSize - at : 0;
+        if (plain < length)
+            crypt::Recode(from, to, crypt::CipherStream::Memos, at + plain, chunk.data() + plain,
+                          length - plain);
+        if (!copy.WriteAt(at, chunk.data(), length)) return "cannot write the memo file";
     }
     return {};
 }

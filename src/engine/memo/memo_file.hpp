@@ -55,11 +55,16 @@ class MemoFile {
 
     // The cipher of an encrypted table (null: plain); the file header stays plain.
     void SetCipher(const crypt::FileCipher* cipher) { cipher_ = cipher; }
-    // Rewrites every byte after the header from cipher `from` to cipher `to` (null: plain),
-    // without taking the new cipher. Empty string or a message.
-    std::string Recode(const crypt::FileCipher* from, const crypt::FileCipher* to);
+    // Writes a copy of this file at `path` with every byte after the header recoded from cipher
+    // `from` to cipher `to` (null: plain). Empty string, or a message and no file.
+    std::string WriteRecodedCopy(const std::string& path, const crypt::FileCipher* from,
+                                 const crypt::FileCipher* to) const;
+    // Gives this file the permission bits of `other`.
+    bool TakePermissionsOf(const MemoFile& other) { return file_.TakePermissionsOf(other.file_); }
 
   private:
+    std::string CopyRecoded(io::PosixFile& copy, const crypt::FileCipher* from,
+                            const crypt::FileCipher* to) const;
     std::uint32_t BlocksFor(std::size_t length) const {
         return static_cast<std::uint32_t>((kBlockHeaderSize + length + blockSize_ - 1) /
                                           blockSize_);

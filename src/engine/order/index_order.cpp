@@ -62,6 +62,22 @@ cdx::TagPosition IndexOrder::Current() {
     return at;
 }
 
+cdx::TagPosition IndexOrder::Here() {
+    const std::uint32_t record = table_.recordNumber();
+    if (landed_ && record != 0 && tag_.keys && landed_->record == record &&
+        landed_->version == indexTag().version()) {
+        // The entry is the record's own when the record still has that key: then a search
+        // would find that very entry. Anything else (a key held twice) is Current()'s to judge.
+        const cdx::IndexEntry& entry = indexTag().EntryAt(landed_->at);
+        hereKey_.resize(landed_->key.size());
+        if (entry.record == record && entry.key == landed_->key &&
+            tag_.keys->WriteKey(table_.CurrentRecordBytes(), record, hereKey_.data()) &&
+            hereKey_ == landed_->key)
+            return landed_->at;
+    }
+    return Current();
+}
+
 cdx::TagPosition IndexOrder::StepOnce(TagPosition at, int direction) {
     if (!at.valid()) return {};
     const std::uint32_t from = indexTag().EntryAt(at).record;
@@ -85,7 +101,12 @@ cdx::TagPosition IndexOrder::Settle(TagPosition at, int direction) {
         if (!InScope(entry.key)) return {};
         if (table_.GotoRecord(entry.record) != AE_SUCCESS) return {};
         if (table_.IsVisible()) {
-            landed_ = Landing{entry.record, entry.key};
+            // Filled in place: a walk lands on every entry, and the key keeps its buffer.
+            Landing& landing = landed_ ? *landed_ : landed_.emplace();
+            landing.record = entry.record;
+            landing.key.assign(entry.key);
+            landing.at = at;
+            landing.version = indexTag().version();
             return at;
         }
     }
@@ -112,7 +133,7 @@ Status IndexOrder::Skip(std::int32_t count) {
     if (Status status = table_.Commit(); status != AE_SUCCESS) return status;
     cdx::IndexFile::ReadGuard guard(tag_.file->file());
     const bool atEof = table_.atEof();
-    TagPosition at = Current();
+    TagPosition at = Here();
     if (count == 0) return at.valid() ? table_.GotoRecord(table_.recordNumber()) : AE_SUCCESS;
     if (count > 0) {
         if (atEof) return AE_SUCCESS;

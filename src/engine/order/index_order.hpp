@@ -66,6 +66,9 @@ class IndexOrder {
     // The tag entry of the table's current record, if it has one. Throws IndexCorrupt when
     // the tag holds the record under its key and also under the key this order last landed on.
     cdx::TagPosition Current();
+    // Current() without searching when the table is still on the entry the last navigation
+    // settled on and the tag has not changed since: the walk in tag order goes on from the leaf.
+    cdx::TagPosition Here();
     // One step of a skip from `at` in `direction`; landing on the record it started from means
     // the tag holds that record twice, and the walk would never end.
     cdx::TagPosition StepOnce(cdx::TagPosition at, int direction);
@@ -83,8 +86,11 @@ class IndexOrder {
     struct Landing {
         std::uint32_t record = 0;
         std::string key;
+        cdx::TagPosition at;
+        cdx::IndexTag::Version version;
     };
     std::optional<Landing> landed_;
+    std::string hereKey_;  // scratch of Here(), kept to spare allocations
 };
 
 }  // namespace fnrk::engine::order

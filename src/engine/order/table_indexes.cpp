@@ -159,52 +159,71 @@ std::vector<TagRequest> TableIndexes::RequestsOf(const File& file) const {
     return requests;
 }
 
-void TableIndexes::Rebuild(File& file, const std::vector<TagRequest>& requests) {
-    // Compile everything first: a bad expression must leave the file as it was.
+std::vector<std::unique_ptr<TagKeys>> TableIndexes::CompileKeys(
+    const std::vector<TagRequest>& requests) const {
     std::vector<std::unique_ptr<TagKeys>> keys;
     for (const auto& request : requests)
         keys.push_back(std::make_unique<TagKeys>(request.keyExpression, request.forExpression,
                                                  table_.header(), dates_));
+    return keys;
+}
+
+void TableIndexes::WriteIndex(const std::filesystem::path& path, const Build& build) {
+    auto rebuilt = cdx::CompoundIndex::Create(path, table_.file().cipher());
+    const std::uint32_t records = table_.file().recordCount();
+    // Under a guard the new file's pages go out in a few large writes.
+    cdx::IndexFile::UpdateGuard guard(rebuilt->file());
+    for (std::size_t i = 0; i < build.requests.size(); ++i) {
+        const TagRequest& request = build.requests[i];
+        TagKeys& keys = *build.keys[i];
+        const cdx::TagDefinition definition{
+            request.name,     request.keyExpression, request.forExpression, keys.kind(),
+            keys.keyLength(), request.unique,        request.descending};
+        rebuilt->AddTag(definition, CollectEntries(keys, request.unique), records);
+    }
+}
+
+std::vector<std::pair<std::string, std::unique_ptr<OpenTag>>> TableIndexes::CloseForRebuild(
+    File& file) {
     // Names are taken now: the old tags go with the old file.
     std::vector<std::pair<std::string, std::unique_ptr<OpenTag>>> kept;
     for (auto& open : tags_)
         if (open->file == file.index.get()) kept.emplace_back(open->tag->name(), std::move(open));
     std::erase(tags_, nullptr);
-    const bool shared = !table_.file().exclusive();
     ++fileChanges_;
     file.index.reset();
-    auto rebuilt = cdx::CompoundIndex::Create(file.path, table_.file().cipher());
-    const std::uint32_t records = table_.file().recordCount();
-    {
-        // Under a guard the new file's pages go out in a few large writes.
-        cdx::IndexFile::UpdateGuard guard(rebuilt->file());
-        for (std::size_t i = 0; i < requests.size(); ++i) {
-            const TagRequest& request = requests[i];
-            const cdx::TagDefinition definition{
-                request.name,         request.keyExpression, request.forExpression, keys[i]->kind(),
-                keys[i]->keyLength(), request.unique,        request.descending};
-            rebuilt->AddTag(definition, CollectEntries(*keys[i], request.unique), records);
-        }
-    }
-    rebuilt.reset();
+    return kept;
+}
+
+void TableIndexes::Reopen(File& file, Build& build,
+                          std::vector<std::pair<std::string, std::unique_ptr<OpenTag>>>& kept) {
+    const bool shared = !table_.file().exclusive();
     file.index = cdx::CompoundIndex::Open(
         file.path, {.readOnly = false, .shared = shared, .cipher = table_.file().cipher()},
         [&](const std::string& expression) {
             return KeyKindOfExpression(expression, table_.header());
         });
     // Tags keep their OpenTag objects (orders point at them); new tags get new ones.
-    for (std::size_t i = 0; i < requests.size(); ++i) {
-        cdx::IndexTag* tag = file.index->FindTag(requests[i].name);
+    for (std::size_t i = 0; i < build.requests.size(); ++i) {
+        cdx::IndexTag* tag = file.index->FindTag(build.requests[i].name);
         auto same = std::find_if(kept.begin(), kept.end(), [&](const auto& entry) {
-            return entry.second && SameName(entry.first, requests[i].name);
+            return entry.second && SameName(entry.first, build.requests[i].name);
         });
         std::unique_ptr<OpenTag> open =
             same != kept.end() ? std::move(same->second) : std::make_unique<OpenTag>();
         open->file = file.index.get();
         open->tag = tag;
-        open->keys = std::move(keys[i]);
+        open->keys = std::move(build.keys[i]);
         tags_.push_back(std::move(open));
     }
+}
+
+void TableIndexes::Rebuild(File& file, const std::vector<TagRequest>& requests) {
+    // Compile everything first: a bad expression must leave the file as it was.
+    Build build{requests, CompileKeys(requests)};
+    auto kept = CloseForRebuild(file);
+    WriteIndex(file.path, build);
+    Reopen(file, build, kept);
 }
 
 Status TableIndexes::CreateTag(std::filesystem::path path, const TagRequest& request,
@@ -387,9 +406,47 @@ void TableIndexes::RecordWritten(std::uint32_t record, dbf::RecordChange change,
 
 // The upkeep notices cannot answer: a tag that fails to rebuild after a pack or zap is found
 // damaged by the next navigation, which reports AE_CORRUPT_INDEX.
-void TableIndexes::TablePacked() {
-    std::string message;
-    IgnoreStatus(Reindex(message));
+Status TableIndexes::BuildBeside(const std::string& suffix, std::string& message) {
+    besideSuffix_ = suffix;
+    try {
+        for (auto& file : files_) {
+            Build build{RequestsOf(*file), {}};
+            build.keys = CompileKeys(build.requests);
+            beside_.emplace_back(file.get(), std::move(build));
+            WriteIndex(file->path.string() + suffix, beside_.back().second);
+        }
+        return AE_SUCCESS;
+    } catch (const std::exception&) {
+        const Status status = FailureStatus(message);
+        DropBeside();
+        return status;
+    }
+}
+
+Status TableIndexes::PlaceBeside(std::string& message) {
+    try {
+        for (auto& [file, build] : beside_) {
+            const std::filesystem::path built = file->path.string() + besideSuffix_;
+            std::filesystem::permissions(built, std::filesystem::status(file->path).permissions());
+            std::filesystem::rename(built, file->path);
+            auto kept = CloseForRebuild(*file);
+            Reopen(*file, build, kept);
+        }
+        beside_.clear();
+        return AE_SUCCESS;
+    } catch (const std::exception&) {
+        const Status status = FailureStatus(message);
+        DropBeside();
+        return status;
+    }
+}
+
+void TableIndexes::DropBeside() {
+    for (auto& entry : beside_) {
+        std::error_code ignored;
+        std::filesystem::remove(entry.first->path.string() + besideSuffix_, ignored);
+    }
+    beside_.clear();
 }
 
 void TableIndexes::TableZapped() {

@@ -82,7 +82,9 @@ class TableIndexes final : public dbf::UpkeepObserver {
 
     void RecordWritten(std::uint32_t record, dbf::RecordChange change, std::string_view oldRecord,
                        std::string_view newRecord) override;
-    void TablePacked() override;
+    [[nodiscard]] Status BuildBeside(const std::string& suffix, std::string& message) override;
+    [[nodiscard]] Status PlaceBeside(std::string& message) override;
+    void DropBeside() override;
     void TableZapped() override;
 
   private:
@@ -91,8 +93,21 @@ class TableIndexes final : public dbf::UpkeepObserver {
         std::filesystem::path path;
     };
     File* FileAt(const std::filesystem::path& path);
+    // The tags of one index file (in this order) and their compiled keys.
+    struct Build {
+        std::vector<TagRequest> requests;
+        std::vector<std::unique_ptr<TagKeys>> keys;
+    };
     // Writes `file` anew with these tags (in this order) built from the records.
     void Rebuild(File& file, const std::vector<TagRequest>& requests);
+    std::vector<std::unique_ptr<TagKeys>> CompileKeys(
+        const std::vector<TagRequest>& requests) const;
+    // Writes an index file at `path` holding the tags of `build`, built from the records.
+    void WriteIndex(const std::filesystem::path& path, const Build& build);
+    // Closes `file` and takes its tags out of tags(), by name, to be given back by Reopen.
+    std::vector<std::pair<std::string, std::unique_ptr<OpenTag>>> CloseForRebuild(File& file);
+    void Reopen(File& file, Build& build,
+                std::vector<std::pair<std::string, std::unique_ptr<OpenTag>>>& kept);
     cdx::TagEntries CollectEntries(TagKeys& keys, bool unique);
     std::vector<TagRequest> RequestsOf(const File& file) const;
     void AdoptTags(File& file);
@@ -107,6 +122,9 @@ class TableIndexes final : public dbf::UpkeepObserver {
     WriteListener listener_;
     std::string oldKey_, newKey_;    // scratch of RecordWritten, kept to spare allocations
     std::uint64_t fileChanges_ = 0;  // files opened, closed or rebuilt
+    // Index files written beside their own (name + suffix) and waiting to take its place.
+    std::vector<std::pair<File*, Build>> beside_;
+    std::string besideSuffix_;
 };
 
 }  // namespace fnrk::engine::order

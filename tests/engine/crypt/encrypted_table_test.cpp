@@ -8,6 +8,7 @@
 
 #include "engine/sql/sql_fixture.hpp"
 #include "platform/codepage.hpp"
+#include "support/file_size_limit.hpp"
 #include "support/temp_dir.hpp"
 
 namespace fnrk::engine {
@@ -155,6 +156,55 @@ TEST_F(EncryptedTableTest, WritesStayEncryptedAndDecryptingRestoresThePlainFiles
     const std::string memos = FileBytes(".fpt");
     for (const auto& row : natural)
         EXPECT_NE(memos.find(platform::Utf8ToCp1252(row[5])), std::string::npos) << row[0];
+}
+
+// Encrypting (and decrypting) writes the files anew beside the old ones: cut short by a full
+// disk, it leaves the table, memo and index as they were; complete, with their permissions.
+TEST_F(EncryptedTableTest, AChangeCutShortLeavesEveryFileAsItWas) {
+    const std::vector<const char*> extensions = {".dbf", ".fpt", ".cdx"};
+    const auto permissions = std::filesystem::perms::owner_read |
+                             std::filesystem::perms::owner_write |
+                             std::filesystem::perms::group_read;
+    std::vector<std::string> before;
+    for (const char* extension : extensions) {
+        std::filesystem::permissions(dir / (std::string("people") + extension), permissions);
+        before.push_back(FileBytes(extension));
+    }
+    const auto plain = InOrder(Open("people", ADS_EXCLUSIVE), "");
+    ASSERT_EQ(engine.CloseAllTables(), AE_SUCCESS);
+
+    auto encryptUnder = [&](std::uint64_t limit) {
+        return testing::RunWithFileSizeLimit(limit, [&] {
+            Engine own;
+            Handle folder = 0;
+            Handle table = 0;
+            if (own.Connect26(dir.path().string(), ADS_LOCAL_SERVER, folder) != AE_SUCCESS ||
+                own.OpenTable(folder, "people", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
+                              ADS_IGNORERIGHTS, ADS_EXCLUSIVE, table) != AE_SUCCESS ||
+                own.EnableEncryption(table, "full disk") != AE_SUCCESS)
+                return 2;
+            return own.EncryptTable(table) == AE_SUCCESS ? 0 : 1;
+        });
+    };
+    // Short in the records, then in the memos (the table file fits).
+    for (const std::uint64_t limit :
+         {before[0].size() / 2, (before[0].size() + before[1].size()) / 2}) {
+        EXPECT_EQ(encryptUnder(limit), 1) << limit;
+        for (std::size_t i = 0; i < extensions.size(); ++i)
+            EXPECT_EQ(FileBytes(extensions[i]), before[i]) << extensions[i] << " " << limit;
+        for (const auto& entry : std::filesystem::directory_iterator(dir.path()))
+            EXPECT_EQ(entry.path().filename().string().find(".crypt"), std::string::npos)
+                << entry.path();
+    }
+
+    Encrypt("full disk");
+    for (const char* extension : extensions)
+        EXPECT_EQ(std::filesystem::status(dir / (std::string("people") + extension)).permissions() &
+                      std::filesystem::perms::all,
+                  permissions)
+            << extension;
+    const Handle table = OpenWith("full disk");
+    EXPECT_EQ(InOrder(table, ""), plain);
 }
 
 TEST_F(EncryptedTableTest, RefusalsChangeNothing) {

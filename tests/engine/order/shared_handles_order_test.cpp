@@ -80,6 +80,33 @@ TEST_F(SharedHandlesTest, ATagAddedByOneIsSeenAndKeptUpToDateByTheOther) {
     EXPECT_EQ(keys, 61u);
 }
 
+// A walk in tag order goes on from the entry it stands on only while the tag is as it left it:
+// after the other side moved a key, or this side its own record's, it goes on from where the
+// tag now puts the record.
+TEST_F(SharedHandlesTest, AWalkInTagOrderFollowsKeysThatMovedUnderIt) {
+    Handle byQty = 0;
+    ASSERT_EQ(engine.GetIndexHandle(mine, "QTY", byQty), AE_SUCCESS);
+    std::vector<std::uint32_t> walked;
+    auto step = [&](std::int32_t count) {
+        ASSERT_EQ(engine.Skip(byQty, count), AE_SUCCESS);
+        walked.push_back(Recno(mine));
+    };
+    ASSERT_EQ(engine.GotoTop(byQty), AE_SUCCESS);
+    walked.push_back(Recno(mine));
+    step(1);
+    step(1);
+    // Record 32 (QTY 1, next in line) moves before the walk; record 3 (QTY 2) comes next.
+    Write(other, theirs, 32, 0);
+    step(1);
+    // This side moves record 3 to QTY 25: ahead of records 26 and 56, which share the key.
+    ASSERT_EQ(engine.SetDouble(mine, "QTY", 25), AE_SUCCESS);
+    step(1);
+    step(1);
+    step(-1);
+    step(-1);
+    EXPECT_EQ(walked, (std::vector<std::uint32_t>{1, 31, 2, 3, 26, 56, 26, 3}));
+}
+
 TEST_F(SharedHandlesTest, DynamicFilterJudgesRecordsTheOtherChanged) {
     const char* condition = "QTY >= 10 .AND. QTY <= 20";
     ASSERT_EQ(engine.SetAOF(mine, condition, ADS_RESOLVE_DYNAMIC), AE_SUCCESS);

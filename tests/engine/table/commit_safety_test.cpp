@@ -91,6 +91,45 @@ TEST_F(CommitSafety, AMemoChangeIsSeenOnlyWhenItsRecordIsWritten) {
     EXPECT_EQ(readNote(), "short");
 }
 
+// A record copied whole from another table points at blocks of that table's memo file; here
+// they belong to other records, and a memo written to the copy must leave them alone.
+TEST_F(CommitSafety, AMemoWriteNeverOverwritesAnotherRecordsMemo) {
+    CreateNotes();
+    Create("source", "ID,N,6,0;VAL,N,6,0;NOTE,M");
+    const Handle source = Open("source", ADS_EXCLUSIVE);
+    ASSERT_EQ(engine.AppendRecord(source), AE_SUCCESS);
+    ASSERT_EQ(engine.SetString(source, "NOTE", "a note of the source table"), AE_SUCCESS);
+    std::string copied;
+    ASSERT_EQ(engine.GetRecord(source, copied), AE_SUCCESS);
+
+    const Handle notes = Open("notes", ADS_EXCLUSIVE);
+    ASSERT_EQ(engine.GotoRecord(notes, 2), AE_SUCCESS);
+    ASSERT_EQ(engine.SetRecord(notes, copied), AE_SUCCESS);
+    ASSERT_EQ(engine.SetString(notes, "NOTE", "short"), AE_SUCCESS);
+    ASSERT_EQ(engine.GotoRecord(notes, 3), AE_SUCCESS);
+    // Copied within the table: record 1's own memo block.
+    ASSERT_EQ(engine.GotoRecord(notes, 1), AE_SUCCESS);
+    std::string first;
+    ASSERT_EQ(engine.GetRecord(notes, first), AE_SUCCESS);
+    ASSERT_EQ(engine.GotoRecord(notes, 4), AE_SUCCESS);
+    ASSERT_EQ(engine.SetRecord(notes, first), AE_SUCCESS);
+    ASSERT_EQ(engine.SetString(notes, "NOTE", "four"), AE_SUCCESS);
+    // Written twice in one edit, the copy's own new memo is reused.
+    ASSERT_EQ(engine.SetString(notes, "NOTE", "four again"), AE_SUCCESS);
+    ASSERT_EQ(engine.CloseTable(notes), AE_SUCCESS);
+
+    const Handle reopened = Open("notes");
+    const std::vector<std::string> expected = {std::string(kCommitted), "short", "", "four again"};
+    for (std::uint32_t record = 1; record <= 4; ++record) {
+        ASSERT_EQ(engine.GotoRecord(reopened, record), AE_SUCCESS);
+        EXPECT_EQ(String(reopened, "NOTE"), expected[record - 1]) << record;
+    }
+    ASSERT_EQ(engine.GotoRecord(source, 1), AE_SUCCESS);
+    EXPECT_EQ(String(source, "NOTE"), "a note of the source table");
+    const CommandResult check = Check();
+    EXPECT_EQ(check.exitCode, 0) << check.out << check.err;
+}
+
 TEST_F(CommitSafety, AWriterKilledBeforeItsCommitLosesNothing) {
     CreateNotes();
     KilledWriter([](Engine& own, Handle table) {

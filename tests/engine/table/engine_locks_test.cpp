@@ -92,6 +92,27 @@ TEST_F(EngineLocks, RecordAndTableLocksBetweenHandlesOfOneProcess) {
     EXPECT_EQ(engine.LockRecord(b, 3), AE_SUCCESS);
 }
 
+// A handle positioned on a record keeps no stale copy of it: going to it again reads what
+// another process wrote meanwhile, unless the handle holds the record (nobody else could).
+TEST_F(EngineLocks, GotoRecordReadsWhatAnotherProcessWrote) {
+    const Handle reader = Open("shared");
+    ASSERT_EQ(engine.LockRecord(reader, 3), AE_SUCCESS);
+    ASSERT_EQ(engine.GotoRecord(reader, 2), AE_SUCCESS);
+    EXPECT_EQ(String(reader, "NAME"), "          ");
+    ASSERT_EQ(RunChildren(1,
+                          [](Engine& own, Handle table, int) {
+                              return own.GotoRecord(table, 2) == AE_SUCCESS &&
+                                     own.SetString(table, "NAME", "child") == AE_SUCCESS &&
+                                     own.GotoRecord(table, 3) == AE_SUCCESS &&
+                                     own.SetString(table, "NAME", "refused") == AE_LOCK_FAILED;
+                          }),
+              1);
+    ASSERT_EQ(engine.GotoRecord(reader, 2), AE_SUCCESS);
+    EXPECT_EQ(String(reader, "NAME"), "child     ");
+    ASSERT_EQ(engine.GotoRecord(reader, 3), AE_SUCCESS);
+    EXPECT_EQ(String(reader, "NAME"), "          ");
+}
+
 TEST_F(EngineLocks, ExclusiveAndSharedOpensExcludeEachOther) {
     const Handle shared = Open("shared", ADS_SHARED, "S");
     EXPECT_EQ(OpenStatus("shared", ADS_EXCLUSIVE, "X"), AE_LOCK_FAILED);

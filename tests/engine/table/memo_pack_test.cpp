@@ -14,6 +14,7 @@
 #include "memo_bytes.hpp"
 #include "platform/codepage.hpp"
 #include "platform/text.hpp"
+#include "support/file_size_limit.hpp"
 
 namespace fnrk::engine {
 namespace {
@@ -203,6 +204,70 @@ TEST_F(MemoPack, FailedPackChangesNothing) {
     EXPECT_EQ(testing::ReadFileBytes(dir / "notes.dbf"), tableBefore);
     EXPECT_EQ(testing::ReadFileBytes(dir / "notes.fpt"), cut);
     EXPECT_FALSE(std::filesystem::exists(dir / "notes.fpt.pack"));
+}
+
+// A pack that runs out of disk space half way leaves the table, its memo file and its index
+// exactly as they were; one that completes keeps the files' permissions.
+TEST_F(MemoPack, APackCutShortLeavesEveryFileAsItWas) {
+    Create("ledger", "CODE,C,4;TEXT,C,100;NOTE,memo");
+    Handle table = Open("ledger", ADS_EXCLUSIVE);
+    for (int i = 1; i <= 40; ++i) {
+        ASSERT_EQ(engine.AppendRecord(table), AE_SUCCESS);
+        ASSERT_EQ(engine.SetString(table, "CODE", std::to_string(100 - i)), AE_SUCCESS);
+        ASSERT_EQ(engine.SetString(table, "TEXT", std::string(90, 'a' + i % 26)), AE_SUCCESS);
+        if (i <= 3) {
+            ASSERT_EQ(engine.SetString(table, "NOTE", "note " + std::to_string(i)), AE_SUCCESS);
+        }
+    }
+    Handle tag = 0;
+    ASSERT_EQ(engine.CreateIndex(table, "", "CODE", "CODE", "", "", ADS_COMPOUND, tag), AE_SUCCESS);
+    Delete(table, {2, 10});
+    ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
+    const std::vector<std::string> files = {"ledger.dbf", "ledger.fpt", "ledger.cdx"};
+    std::vector<std::string> before;
+    for (const std::string& file : files) {
+        std::filesystem::permissions(dir / file, std::filesystem::perms::owner_read |
+                                                     std::filesystem::perms::owner_write |
+                                                     std::filesystem::perms::group_read);
+        before.push_back(testing::ReadFileBytes(dir / file));
+    }
+
+    // The packed memo file (3 small notes less one) fits under the limit, the records do not.
+    const int exit = testing::RunWithFileSizeLimit(2048, [&] {
+        Engine own;
+        Handle folder = 0;
+        Handle packed = 0;
+        if (own.Connect26(dir.path().string(), ADS_LOCAL_SERVER, folder) != AE_SUCCESS ||
+            own.OpenTable(folder, "ledger", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
+                          ADS_IGNORERIGHTS, ADS_EXCLUSIVE, packed) != AE_SUCCESS)
+            return 2;
+        return own.PackTable(packed) == AE_SUCCESS ? 0 : 1;
+    });
+    EXPECT_EQ(exit, 1);
+    for (std::size_t i = 0; i < files.size(); ++i)
+        EXPECT_EQ(testing::ReadFileBytes(dir / files[i]), before[i]) << files[i];
+    for (const auto& entry : std::filesystem::directory_iterator(dir.path()))
+        EXPECT_EQ(entry.path().filename().string().find(".pack"), std::string::npos)
+            << entry.path();
+
+    table = Open("ledger", ADS_EXCLUSIVE);
+    ASSERT_EQ(engine.PackTable(table), AE_SUCCESS) << LastError();
+    EXPECT_EQ(Count(table, ADS_IGNOREFILTERS), 38u);
+    ASSERT_EQ(engine.GetIndexHandle(table, "CODE", tag), AE_SUCCESS);
+    std::vector<std::string> codes;
+    for (Top(tag); !Eof(tag); Next(tag)) codes.push_back(platform::Trim(String(table, "CODE")));
+    ASSERT_EQ(codes.size(), 38u);
+    EXPECT_EQ(codes.front(), "60");
+    EXPECT_EQ(codes.back(), "99");
+    ASSERT_EQ(engine.GotoRecord(table, 2), AE_SUCCESS);
+    EXPECT_EQ(String(table, "NOTE"), "note 3");
+    ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
+    for (const std::string& file : files)
+        EXPECT_EQ(std::filesystem::status(dir / file).permissions() & std::filesystem::perms::all,
+                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_write |
+                      std::filesystem::perms::group_read)
+            << file;
+    EXPECT_EQ(dbf::CheckTable((dir / "ledger.dbf").string()), std::vector<std::string>{});
 }
 
 // A table written by another engine: 600 records, 86 of them deleted, memos of many lengths.
