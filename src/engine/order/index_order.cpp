@@ -102,7 +102,7 @@ cdx::TagPosition IndexOrder::Settle(TagPosition at, int direction) {
         if (table_.GotoRecord(entry.record) != AE_SUCCESS) return {};
         if (table_.IsVisible()) {
             // Filled in place: a walk lands on every entry, and the key keeps its buffer.
-            Landing& landing = landed_ ? *landed_ : landed_.emplace();
+            Landing& landing = landed_ ? *landed_ : landed_.emplace(Landing{});
             landing.record = entry.record;
             landing.key.assign(entry.key);
             landing.at = at;
