@@ -88,8 +88,10 @@ std::string FormatDetailPretty(const DetailValues& values) {
         const std::string shown = platform::Trim(value);
         if (shown.empty()) continue;
         const auto& fields = DetailFields();
+        const auto& name = field;  // a structured binding is not captured by every compiler
         const auto labelled = std::find_if(fields.begin(), fields.end(),
-                                           [&](const auto& f) { return f.first == field; });
+                                           [&](const auto& f) { return f.first == name; });
+        if (labelled == fields.end()) continue;  // only the detail's own fields are shown
         pretty += std::string(labelled->second) + ": " + shown + "\r\n";
     }
     return pretty;
