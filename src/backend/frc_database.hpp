@@ -46,6 +46,7 @@ class FRCDatabase final : public SqlBackend {
     [[nodiscard]] Status TableExists(Handle connection, std::string_view name,
                                      bool& exists) override;
     [[nodiscard]] Status DropTable(Handle connection, std::string_view name) override;
+    [[nodiscard]] Status TableNames(Handle connection, std::vector<std::string>& names) override;
     [[nodiscard]] Status GetAllTable(std::vector<Handle>& tables) override;
     [[nodiscard]] Status InitCopyTableContents(Handle to) override;
     [[nodiscard]] Status CloseCopyTableContents(Handle to) override;

@@ -349,6 +349,15 @@ Status FRCDatabase::TableExists(Handle connection, std::string_view name, bool& 
     });
 }
 
+Status FRCDatabase::TableNames(Handle connection, std::vector<std::string>& names) {
+    return Guarded([&] {
+        Connection* open = FindConnection(connection);
+        if (!open) return Report(AE_INVALID_CONNECTION_HANDLE);
+        names = TableStore::Names(*open->session);
+        return AE_SUCCESS;
+    });
+}
+
 Status FRCDatabase::DropTable(Handle connection, std::string_view name) {
     return Guarded([&] {
         Connection* open = FindConnection(connection);

@@ -1,9 +1,10 @@
 #include "cli/table_access.hpp"
 
-#include <filesystem>
+#include <stdexcept>
 
 #include "cli/command_registry.hpp"
 #include "engine/constants.hpp"
+#include "tables/dossier_place.hpp"
 #include "tables/shared_tables.hpp"
 
 namespace fnrk::cli {
@@ -56,19 +57,15 @@ CLI::App* AddTableSource(CLI::App* command, TableSource& source) {
 }
 
 std::string ConnectionPathOf(const std::string& url) {
-    if (url.starts_with("sqlite:")) {
-        const std::string file = url.substr(7);
-        if (file.empty()) throw CommandFailure("sqlite: needs the path of the database file");
-        return "<SQL>Driver=SQLite;Database=" + std::filesystem::absolute(file).string();
+    tables::DossierPlace place;
+    try {
+        place = tables::ParseDossierPlace(url);
+    } catch (const std::invalid_argument& error) {
+        throw CommandFailure(error.what());
     }
-    // A libpq URI, or a connection string of key=value items.
-    if (url.starts_with("postgresql://") || url.starts_with("postgres://") ||
-        url.find('=') != std::string::npos) {
-        if (url.find(';') != std::string::npos)
-            throw CommandFailure("a PostgreSQL connection string holds no \";\"");
-        return "<SQL>Driver=PostgreSQL;Database=" + url;
-    }
-    throw CommandFailure("not a database URL (sqlite:PATH, postgresql://... or key=value ...)");
+    if (place.kind == tables::DossierPlace::Kind::Folder)
+        throw CommandFailure("not a database URL (sqlite:PATH, postgresql://... or key=value ...)");
+    return tables::ConnectionPath(place);
 }
 
 OpenedTable::OpenedTable(const TableSource& source, TableAccess access)

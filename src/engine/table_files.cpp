@@ -4,6 +4,7 @@
 #include "engine/cursor/table_cursor.hpp"
 #include "engine/dbf/table_check.hpp"
 #include "engine/order/table_indexes.hpp"
+#include "engine/table_paths.hpp"
 #include "platform/codepage.hpp"
 
 namespace fnrk::engine {
@@ -35,8 +36,9 @@ bool CheckStructuralIndex(const std::string& path, std::vector<std::string>& pro
 
 }  // namespace
 
-Status ReadTableFileStructure(const std::string& path, TableFileStructure& structure,
+Status ReadTableFileStructure(const std::string& name, TableFileStructure& structure,
                               std::string& message) {
+    const std::string path = ResolveTablePath({}, name);
     cursor::TableCursor table(DefaultSettings());
     if (Status status = table.Open(path, "T", {.exclusive = false, .readOnly = true}, message);
         status != AE_SUCCESS) {
@@ -54,7 +56,8 @@ Status ReadTableFileStructure(const std::string& path, TableFileStructure& struc
     return AE_SUCCESS;
 }
 
-std::vector<std::string> CheckTableFiles(const std::string& path) {
+std::vector<std::string> CheckTableFiles(const std::string& name) {
+    const std::string path = ResolveTablePath({}, name);
     std::vector<std::string> problems = dbf::CheckTable(path);
     std::vector<std::string> tagProblems;
     std::string reason;

@@ -26,6 +26,9 @@ struct TableFileStructure {
     std::vector<TableFileField> fields;
 };
 
+// Both take a table's file as the engine's opens do: a file of the same name in another letter
+// case is taken when the exact name is missing.
+
 // The header of the table at `path`; a table that cannot be opened answers its status and why.
 [[nodiscard]] Status ReadTableFileStructure(const std::string& path, TableFileStructure& structure,
                                             std::string& message);

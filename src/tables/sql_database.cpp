@@ -317,6 +317,11 @@ Status SqlDatabase::TableExists(Handle connection, std::string_view name, bool& 
                  : engine::AE_INVALID_CONNECTION_HANDLE;
 }
 
+Status SqlDatabase::TableNames(Handle connection, std::vector<std::string>& names) {
+    auto* owner = SqlOwner(connection, {});
+    return owner ? owner->TableNames(connection, names) : engine::AE_INVALID_CONNECTION_HANDLE;
+}
+
 Status SqlDatabase::DropTable(Handle connection, std::string_view name) {
     auto* owner = SqlOwner(connection, name);
     return owner ? owner->DropTable(connection, name) : engine::AE_INVALID_CONNECTION_HANDLE;

@@ -68,6 +68,8 @@ class SqlDatabase final : public engine::Operations {
     [[nodiscard]] Status TableCopy(Handle connection, std::string_view from, std::string_view to);
     [[nodiscard]] Status TableExists(Handle connection, std::string_view name, bool& exists);
     [[nodiscard]] Status DropTable(Handle connection, std::string_view name);
+    // The tables of a SQL backend's connection, in name order.
+    [[nodiscard]] Status TableNames(Handle connection, std::vector<std::string>& names);
 
     // The operation set (engine/operations.def).
 #define FNRK_OPERATION(name, parameters, arguments) [[nodiscard]] Status name parameters override;
