@@ -32,7 +32,9 @@ set(engine_public
     # the fields of any table as SQL values, read through the operation set
     engine/sql/field_values.hpp
     # the structure and the check of a table's files, for the table tools
-    engine/table_files.hpp)
+    engine/table_files.hpp
+    # the field list's type names, for whoever creates a table like one it has read
+    engine/field_list_types.hpp)
 # What the SQL backend shares with the engine besides: field layouts and value codecs, key
 # encoding, expressions, the engine-wide settings and error texts, SQL statements and data
 # dictionaries, so that both answer alike.

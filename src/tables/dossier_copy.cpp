@@ -10,6 +10,7 @@
 #include "backend/sql_session.hpp"
 #include "backend/staged_schema.hpp"
 #include "engine/constants.hpp"
+#include "engine/field_list_types.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::tables {
@@ -108,29 +109,6 @@ struct Structure {
     std::vector<std::pair<std::string, std::uint16_t>> memos;  // name and type
 };
 
-std::string TypeName(std::uint16_t type) {
-    switch (type) {
-        case ADS_STRING:
-            return "C";
-        case ADS_NUMERIC:
-            return "N";
-        case ADS_DATE:
-            return "D";
-        case ADS_LOGICAL:
-            return "L";
-        case ADS_MEMO:
-            return "M";
-        case ADS_BINARY:
-            return "BINARY";
-        case ADS_DOUBLE:
-            return "DOUBLE";
-        case ADS_INTEGER:
-            return "INTEGER";
-        default:
-            return {};
-    }
-}
-
 Structure ReadStructure(SqlDatabase& db, Handle table, const std::string& name) {
     Structure structure;
     std::uint16_t count = 0;
@@ -143,13 +121,13 @@ Structure ReadStructure(SqlDatabase& db, Handle table, const std::string& name) 
         Require(db, db.GetFieldType(table, field, type), name + "." + field);
         Require(db, db.GetFieldLength(table, field, length), name + "." + field);
         Require(db, db.GetFieldDecimals(table, field, decimals), name + "." + field);
-        const std::string typeName = TypeName(type);
+        const std::string_view typeName = FieldListTypeName(type);
         if (typeName.empty())
             throw CopyFailure{AE_INVALID_FIELD_TYPE,
                               name + "." + field + ": a field of this type cannot be copied"};
         if (!structure.fieldList.empty()) structure.fieldList += ";";
-        structure.fieldList +=
-            field + "," + typeName + "," + std::to_string(length) + "," + std::to_string(decimals);
+        structure.fieldList += field + "," + std::string(typeName) + "," + std::to_string(length) +
+                               "," + std::to_string(decimals);
         if (type == ADS_MEMO || type == ADS_BINARY) structure.memos.emplace_back(field, type);
     }
     return structure;
