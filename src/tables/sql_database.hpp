@@ -59,6 +59,16 @@ class SqlDatabase final : public engine::Operations {
     ArchiveBackend& CreateArchiveBackend(int index, std::string_view folder,
                                          std::string_view tempPath);
     ArchiveBackend* Archive(int index) const;
+    // The Archive slot that serves `folder`: the one whose Path it is, else the first empty one
+    // that owns a handle range (0 to 3), created for it; -1 when each serves another folder.
+    int ArchiveSlotFor(std::string_view folder, std::string_view tempPath);
+    // The first handle of Archive slot `index`: a connect given it as the handle connects
+    // through that slot.
+    static Handle ArchiveHandleBase(int index);
+    // Whether a path names a slot by the path tests of the routing (connected or not).
+    bool RoutesToSlot(std::string_view path, BackendSlot& slot) const {
+        return MatchPath(path, slot);
+    }
 
     // The configuration record copied, member by member, into a "MGMT_CONFIG_MEMORY" object.
     [[nodiscard]] Status MgGetConfigInfo(Handle managementConnection,
