@@ -10,6 +10,7 @@
 
 #include "backend/frc_database.hpp"
 #include "engine/engine.hpp"
+#include "platform/paths.hpp"
 #include "support/scoped_environment.hpp"
 #include "support/temp_dir.hpp"
 #include "tables/ads_class.hpp"
@@ -131,6 +132,35 @@ TEST_F(SqlFolderSlots, ADataBaseConnectionDisconnectsOnceWhoeverOwnsIt) {
             << handle;
     }
     EXPECT_FALSE(std::filesystem::exists(folder / "late.dbf"));
+}
+
+// Initialize hands the dispatch the installation's folders: a path in the organisation folder
+// routes to the Org backend, and the user database is the one "users.data" describes.
+TEST_F(SqlFolderSlots, TheInstallationsFoldersRouteTheOrganisationAndUserDatabases) {
+    const auto root = folder / "install";
+    std::filesystem::create_directories(root / "PRG");
+    const std::string programFolder = platform::ProgramFolder();
+    platform::SetProgramFolder((root / "PRG").string());
+    fnrk::testing::WriteFileBytes(
+        root / "users.data",
+        "<connection><Driver>SQLite</Driver><Database>users.sqlite</Database></connection>\n");
+    AdsClass ads{db};
+    ads.SetDossierPrefix((folder / "SOC1" / "SOC1").string());
+    ASSERT_EQ(ads.Initialize(), AE_SUCCESS);
+    platform::SetProgramFolder(programFolder);
+
+    BackendSlot slot = BackendSlot::Folder;
+    EXPECT_TRUE(db.RoutesToSlot((root / "RESOURCES" / "ORG" / "ORGPARAM.DBF").string(), slot));
+    EXPECT_EQ(slot, BackendSlot::Org);
+    EXPECT_FALSE(db.RoutesToSlot((root / "RESOURCES" / "OTHER.DBF").string(), slot));
+
+    Handle users = 300'000;  // the user database is asked for by its range base
+    ASSERT_EQ(db.Connect26(root.string(), ADS_LOCAL_SERVER, users), AE_SUCCESS)
+        << ads.GetAdsLastError();
+    EXPECT_GE(users, 300'000);
+    EXPECT_LT(users, 600'000);
+    EXPECT_TRUE(db.IsConnected(BackendSlot::User));
+    EXPECT_TRUE(std::filesystem::exists(root / "users.sqlite"));
 }
 
 }  // namespace
