@@ -7,6 +7,7 @@
 #include "cli/engine_status.hpp"
 #include "engine/constants.hpp"
 #include "platform/codepage.hpp"
+#include "platform/text.hpp"
 
 namespace fnrk::cli {
 
@@ -104,7 +105,9 @@ void FieldFromJson(const OpenedTable& table, const FieldShape& field, const nloh
 
 const FieldShape* FindShape(const std::vector<FieldShape>& fields, const std::string& name) {
     for (const FieldShape& field : fields)
-        if (platform::Utf8ToCp1252(field.name) == platform::Utf8ToCp1252(name)) return &field;
+        if (platform::EqualsNoCase(platform::Utf8ToCp1252(field.name),
+                                   platform::Utf8ToCp1252(name)))
+            return &field;
     return nullptr;
 }
 

@@ -19,11 +19,12 @@ using Args = std::vector<std::string>;
 
 constexpr const char* kTable = "items";
 
-// Four records: accented text, a blank date, a memo, a deleted one, equal keys.
+// Four records: accented text, a blank date, a memo, a deleted one, equal keys, a field named in
+// small letters.
 const std::string kRecords =
     R"({"NAME":"Élodie","QTY":"12.50","BORN":"19991231","OK":true,"NOTE":"première ligne"})"
     "\n"
-    R"({"NAME":"bob","QTY":"-3","BORN":"        ","OK":false,"NOTE":""})"
+    R"({"name":"bob","QTY":"-3","BORN":"        ","OK":false,"NOTE":""})"
     "\n"
     R"({"NAME":"Anna","QTY":"12.50","BORN":"20240229","OK":true,"NOTE":"x","deleted":true})"
     "\n"
@@ -100,6 +101,8 @@ TEST(TableDatabaseCommands, ASqliteTableAnswersAsADbfFile) {
               std::string::npos)
         << onFile;
     EXPECT_NE(onFile.find("== seek missing (0)\n0\n"), std::string::npos) << onFile;
+    EXPECT_NE(onFile.find(R"("recno":2,"deleted":false,"NAME":"bob         ")"), std::string::npos)
+        << onFile;
     EXPECT_TRUE(onFile.ends_with("== dump zapped (0)\n")) << onFile;
     EXPECT_EQ(Session(DatabaseSource("sqlite:" + (dir / "office.sqlite").string())), onFile);
     EXPECT_TRUE(std::filesystem::exists(dir / "office.sqlite"));
