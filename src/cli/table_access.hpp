@@ -26,8 +26,8 @@ CLI::App* AddTableSource(CLI::App* command, TableSource& source);
 // of no known kind.
 std::string ConnectionPathOf(const std::string& url);
 
-// The date format of the shared table layer in the commands: the engine's own default, so that
-// keys built with DTOC() come out as every other program builds them.
+// The date format of the shared table layer in the table commands: the engine's own default,
+// which the table tools have always built DTOC() keys with.
 inline constexpr const char* kCommandDateFormat = "MM/DD/CCYY";
 
 enum class TableAccess { Read, Write, Exclusive };

@@ -29,7 +29,10 @@ DossierPlace ParseDossierPlace(std::string_view text) {
             throw std::invalid_argument("a PostgreSQL connection string holds no \";\"");
         return {DossierPlace::Kind::Postgres, std::string(text), {}};
     }
-    return {DossierPlace::Kind::Folder, std::filesystem::absolute(text).string(), {}};
+    // "/data/soc1/" is the folder "/data/soc1": its copy is staged beside it, not in it.
+    std::filesystem::path folder = std::filesystem::absolute(text).lexically_normal();
+    if (!folder.has_filename()) folder = folder.parent_path();
+    return {DossierPlace::Kind::Folder, folder.string(), {}};
 }
 
 std::string ConnectionPath(const DossierPlace& place) {

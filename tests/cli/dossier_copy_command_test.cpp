@@ -65,7 +65,8 @@ TEST(DossierCopy, FixturesComeBackFromPostgresqlAndSqliteWithTheSameDumpsAndTagO
     for (const auto& [from, to] :
          std::vector<std::pair<std::string, std::string>>{{(dir / "start").string(), postgres},
                                                           {postgres, sqlite},
-                                                          {sqlite, (dir / "end").string()}}) {
+                                                          {sqlite, (dir / "end").string() + "/"}}) {
+        // (The last target is written with a trailing separator, as shells complete folders.)
         const CommandResult copy = CopyDossier(from, to);
         ASSERT_EQ(copy.exitCode, 0) << to << ": " << copy.err;
         EXPECT_EQ(copy.err, "") << "no progress bar when standard error is not a terminal";
