@@ -195,7 +195,7 @@ Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::st
     }
     // A cache size is a hint: a table that refuses it works uncached.
     if (settings.cachedRecords > 0) IgnoreStatus(db_.CacheRecords(table, settings.cachedRecords));
-    activeIndex_[table] = 0;
+    SetActiveIndex(table, 0);
     currentTable_ = table;
     currentAlias_ = name;
     currentIndex_ = 0;
@@ -226,7 +226,7 @@ Status AdsClass::FileOpen(std::string_view alias, std::string_view openMode, boo
     if (status == AE_SUCCESS && name == "ACTTOT" && !withoutIndex) {
         Handle totals = 0;
         if (db_.GetIndexHandle(currentTable_, kPeriodTotalsTag, totals) == AE_SUCCESS) {
-            activeIndex_[currentTable_] = totals;
+            SetActiveIndex(currentTable_, totals);
             currentIndex_ = totals;
         }
     }

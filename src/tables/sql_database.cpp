@@ -334,6 +334,16 @@ Status SqlDatabase::TableExists(Handle connection, std::string_view name, bool& 
                  : engine::AE_INVALID_CONNECTION_HANDLE;
 }
 
+Status SqlDatabase::GetActiveIndexHandle(Handle table, Handle& index) {
+    auto* owner = SqlOwner(table, {});
+    return owner ? owner->GetActiveIndexHandle(table, index) : engine::AE_INVALID_TABLE_HANDLE;
+}
+
+Status SqlDatabase::SetActiveIndexHandle(Handle table, Handle index) {
+    auto* owner = SqlOwner(table, {});
+    return owner ? owner->SetActiveIndexHandle(table, index) : engine::AE_INVALID_TABLE_HANDLE;
+}
+
 Status SqlDatabase::TableNames(Handle connection, std::vector<std::string>& names) {
     auto* owner = SqlOwner(connection, {});
     return owner ? owner->TableNames(connection, names) : engine::AE_INVALID_CONNECTION_HANDLE;

@@ -78,6 +78,10 @@ class SqlDatabase final : public engine::Operations {
     [[nodiscard]] Status TableCopy(Handle connection, std::string_view from, std::string_view to);
     [[nodiscard]] Status TableExists(Handle connection, std::string_view name, bool& exists);
     [[nodiscard]] Status DropTable(Handle connection, std::string_view name);
+    // The active index kept with a SQL-kept table (its slot's ActiveIndexHandle); a table of the
+    // engine answers AE_INVALID_TABLE_HANDLE, its users keep its order themselves.
+    [[nodiscard]] Status GetActiveIndexHandle(Handle table, Handle& index);
+    [[nodiscard]] Status SetActiveIndexHandle(Handle table, Handle index);
     // The tables of a SQL backend's connection, in name order.
     [[nodiscard]] Status TableNames(Handle connection, std::vector<std::string>& names);
 

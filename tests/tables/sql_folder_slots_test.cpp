@@ -134,6 +134,37 @@ TEST_F(SqlFolderSlots, ADataBaseConnectionDisconnectsOnceWhoeverOwnsIt) {
     EXPECT_FALSE(std::filesystem::exists(folder / "late.dbf"));
 }
 
+// The order of a SQL-kept table is kept with the table: another table-access object that takes
+// the table up by its handle walks it in that order, and in natural order once it is cleared.
+TEST_F(SqlFolderSlots, ASqlTablesOrderGoesWithTheTable) {
+    const std::string kept = SqlFolder("kept");
+    AdsClass setter{db};
+    ASSERT_EQ(setter.Initialize(), AE_SUCCESS);
+    const Handle table = TableWith(setter, kept, "NAMES", "C");
+    for (const char* code : {"A", "B"}) {
+        ASSERT_EQ(db.AppendRecord(table), AE_SUCCESS);
+        ASSERT_EQ(db.SetString(table, "CODE", code), AE_SUCCESS);
+    }
+    ASSERT_EQ(db.FlushFileBuffers(table), AE_SUCCESS);
+    ASSERT_EQ(setter.CreateIndexTag("NAMES", "CODE", "CODE"), AE_SUCCESS);
+    ASSERT_TRUE(setter.SetIndex("CODE"));
+
+    AdsClass reader{db};
+    auto firstCode = [&] {
+        EXPECT_EQ(reader.ActivateAlias(std::to_string(table)), AE_SUCCESS);
+        EXPECT_EQ(reader.MoveTop(), AE_SUCCESS);
+        return reader.GetStringValue("CODE");
+    };
+    EXPECT_EQ(firstCode().substr(0, 1), "A");
+    ASSERT_TRUE(setter.SetIndex(""));
+    EXPECT_EQ(firstCode().substr(0, 1), "C");
+    // An index of another table is no order of this one.
+    Handle other = 0;
+    EXPECT_EQ(db.SetActiveIndexHandle(table, 12'345), AE_INVALID_INDEX_HANDLE);
+    EXPECT_EQ(db.GetActiveIndexHandle(table, other), AE_SUCCESS);
+    EXPECT_EQ(other, 0);
+}
+
 // Initialize hands the dispatch the installation's folders: a path in the organisation folder
 // routes to the Org backend, and the user database is the one "users.data" describes.
 TEST_F(SqlFolderSlots, TheInstallationsFoldersRouteTheOrganisationAndUserDatabases) {
