@@ -46,6 +46,9 @@ class FRCDatabase final : public SqlBackend {
     [[nodiscard]] Status TableExists(Handle connection, std::string_view name,
                                      bool& exists) override;
     [[nodiscard]] Status DropTable(Handle connection, std::string_view name) override;
+    [[nodiscard]] Status TableNames(Handle connection, std::vector<std::string>& names) override;
+    [[nodiscard]] Status GetActiveIndexHandle(Handle table, Handle& index) override;
+    [[nodiscard]] Status SetActiveIndexHandle(Handle table, Handle index) override;
     [[nodiscard]] Status GetAllTable(std::vector<Handle>& tables) override;
     [[nodiscard]] Status InitCopyTableContents(Handle to) override;
     [[nodiscard]] Status CloseCopyTableContents(Handle to) override;
@@ -72,6 +75,7 @@ class FRCDatabase final : public SqlBackend {
         std::string fileName;
         std::uint32_t handleLong = 0;
         std::unique_ptr<BackendTable> table;
+        Handle activeIndex = 0;  // the order its users set (ActiveIndexHandle)
     };
     struct IndexEntry {
         Handle table = 0;

@@ -349,6 +349,35 @@ Status FRCDatabase::TableExists(Handle connection, std::string_view name, bool& 
     });
 }
 
+Status FRCDatabase::TableNames(Handle connection, std::vector<std::string>& names) {
+    return Guarded([&] {
+        Connection* open = FindConnection(connection);
+        if (!open) return Report(AE_INVALID_CONNECTION_HANDLE);
+        names = TableStore::Names(*open->session);
+        return AE_SUCCESS;
+    });
+}
+
+// Asked of any handle of the range (a cursor too): a miss leaves the last error as it was.
+Status FRCDatabase::GetActiveIndexHandle(Handle table, Handle& index) {
+    OpenTableEntry* entry = FindTable(table);
+    if (!entry) return AE_INVALID_TABLE_HANDLE;
+    index = entry->activeIndex;
+    return AE_SUCCESS;
+}
+
+Status FRCDatabase::SetActiveIndexHandle(Handle table, Handle index) {
+    OpenTableEntry* entry = FindTable(table);
+    if (!entry) return AE_INVALID_TABLE_HANDLE;
+    if (index != 0) {
+        const auto found = indexes_.find(index);
+        if (found == indexes_.end() || found->second.table != table)
+            return Report(AE_INVALID_INDEX_HANDLE);
+    }
+    entry->activeIndex = index;
+    return AE_SUCCESS;
+}
+
 Status FRCDatabase::DropTable(Handle connection, std::string_view name) {
     return Guarded([&] {
         Connection* open = FindConnection(connection);

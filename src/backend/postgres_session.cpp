@@ -34,15 +34,6 @@ std::uint32_t Fnv1a(std::string_view text) {
     return hash;
 }
 
-std::string QuotedName(std::string_view name) {
-    std::string quoted = "\"";
-    for (char c : name) {
-        if (c == '"') quoted += '"';
-        quoted += c;
-    }
-    return quoted + "\"";
-}
-
 // "?" placeholders become "$1", "$2", ...; quoted text and names are left alone.
 std::string Numbered(std::string_view sql, int& count) {
     std::string out;
@@ -106,6 +97,15 @@ SqlValue Column(const PGresult* result, int row, int column) {
 }
 
 }  // namespace
+
+std::string QuotedName(std::string_view name) {
+    std::string quoted = "\"";
+    for (char c : name) {
+        if (c == '"') quoted += '"';
+        quoted += c;
+    }
+    return quoted + "\"";
+}
 
 PostgresSession::PostgresSession(const ConnectionTarget& target)
     : schema_(target.schema.empty() ? "public" : target.schema) {

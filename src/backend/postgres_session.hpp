@@ -18,6 +18,9 @@ struct pg_conn;
 
 namespace fnrk::backend {
 
+// `name` as a PostgreSQL identifier, in double quotes.
+std::string QuotedName(std::string_view name);
+
 class PostgresSession final : public SqlSession {
   public:
     // Connects; throws SqlFailure (whose text never holds the password).

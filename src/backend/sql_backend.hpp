@@ -33,6 +33,12 @@ class SqlBackend : public engine::Operations {
     [[nodiscard]] virtual Status TableExists(Handle connection, std::string_view name,
                                              bool& exists) = 0;
     [[nodiscard]] virtual Status DropTable(Handle connection, std::string_view name) = 0;
+    // The index the users of an open table made its order (0: natural order), kept with the
+    // table so that whoever takes the table up by its handle finds the same order.
+    [[nodiscard]] virtual Status GetActiveIndexHandle(Handle table, Handle& index) = 0;
+    [[nodiscard]] virtual Status SetActiveIndexHandle(Handle table, Handle index) = 0;
+    // The names of every table of the connection's database, in name order.
+    [[nodiscard]] virtual Status TableNames(Handle connection, std::vector<std::string>& names) = 0;
     // The open tables of this backend (the engine's GetAllTables; the name is the backend's).
     [[nodiscard]] virtual Status GetAllTable(std::vector<Handle>& tables) = 0;
     // A bulk copy into `to` in one transaction: Init, any number of CopyTableContents, Close.

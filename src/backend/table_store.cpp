@@ -80,6 +80,13 @@ bool TableStore::Exists(SqlSession& session, const std::string& name) {
     return !session.Query("SELECT 1 FROM fnrk_table WHERE name = ?", parameters).empty();
 }
 
+std::vector<std::string> TableStore::Names(SqlSession& session) {
+    std::vector<std::string> names;
+    for (const SqlRow& row : session.Query("SELECT name FROM fnrk_table ORDER BY name"))
+        names.push_back(std::get<std::string>(row.at(0)));
+    return names;
+}
+
 std::optional<TableLayout> TableStore::LoadLayout(SqlSession& session, const std::string& name) {
     SqlValue parameters[] = {name};
     auto rows = session.Query("SELECT fields FROM fnrk_table WHERE name = ?", parameters);

@@ -45,6 +45,8 @@ class TableStore {
 
     static void EnsureCatalog(SqlSession& session);
     static bool Exists(SqlSession& session, const std::string& name);
+    // The names of every table of the database, in name order.
+    static std::vector<std::string> Names(SqlSession& session);
     // Reads the layout and tags; no value when the table does not exist.
     static std::optional<TableLayout> LoadLayout(SqlSession& session, const std::string& name);
     static void Create(SqlSession& session, const SqlDialect& dialect, const TableLayout& layout);

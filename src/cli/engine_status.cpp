@@ -4,7 +4,8 @@
 
 namespace fnrk::cli {
 
-void CheckEngineStatus(engine::Engine& engine, engine::Status status, const std::string& doing) {
+void CheckEngineStatus(engine::Operations& engine, engine::Status status,
+                       const std::string& doing) {
     if (status == engine::AE_SUCCESS) return;
     engine::Status code = status;
     std::string text;

@@ -6,50 +6,36 @@
 
 #include "cli/command_registry.hpp"
 #include "cli/engine_status.hpp"
+#include "cli/table_access.hpp"
 #include "cli/table_index_commands.hpp"
 #include "cli/table_json.hpp"
-#include "engine/dbf/field_list.hpp"
-#include "engine/dbf/table_check.hpp"
-#include "platform/codepage.hpp"
+#include "engine/constants.hpp"
+#include "engine/table_files.hpp"
 
 namespace fnrk::cli {
 namespace {
 
 using engine::AE_SUCCESS;
-using engine::cursor::TableCursor;
 
 struct TableOptions {
-    std::string file;
+    TableSource source;
     std::string fields;
     std::uint32_t recno = 0;
     std::string tag;
 };
 
-// Settings of the command line's engine: the defaults, deleted records shown.
-const engine::cursor::EngineSettings& Settings() {
-    static const engine::cursor::EngineSettings settings;
-    return settings;
-}
-
-std::unique_ptr<TableCursor> OpenTable(const std::string& file, engine::dbf::OpenRequest request) {
-    auto table = std::make_unique<TableCursor>(Settings());
-    std::string message;
-    const engine::Status status = table->Open(file, "T", request, message);
-    if (status != AE_SUCCESS)
-        throw CommandFailure(message.empty() ? "cannot open " + file : message);
-    return table;
-}
-
 void Info(const std::string& file) {
-    auto table = OpenTable(file, {.exclusive = false, .readOnly = true});
-    const auto& header = table->header();
+    engine::TableFileStructure structure;
+    std::string message;
+    if (engine::ReadTableFileStructure(file, structure, message) != AE_SUCCESS)
+        throw CommandFailure(message);
     nlohmann::ordered_json info;
-    info["version"] = header.version;
-    info["recordCount"] = header.recordCount;
-    info["recordLength"] = header.recordLength;
+    info["version"] = structure.version;
+    info["recordCount"] = structure.recordCount;
+    info["recordLength"] = structure.recordLength;
     info["fields"] = nlohmann::ordered_json::array();
-    for (const auto& field : header.fields) {
-        info["fields"].push_back({{"name", platform::Cp1252ToUtf8(field.name)},
+    for (const auto& field : structure.fields) {
+        info["fields"].push_back({{"name", field.name},
                                   {"type", std::string(1, field.type)},
                                   {"length", field.length},
                                   {"decimals", field.decimals}});
@@ -57,120 +43,116 @@ void Info(const std::string& file) {
     std::cout << info.dump() << "\n";
 }
 
-void Dump(const std::string& file) {
-    auto table = OpenTable(file, {.exclusive = false, .readOnly = true});
+void Dump(const TableSource& source) {
+    OpenedTable table(source, TableAccess::Read);
     std::uint32_t count = 0;
-    CheckStatus(table->Count(false, count), file);
-    RecordPrinter printer(*table);
+    CheckStatus(table.ops().GetRecordCount(table.handle(), engine::ADS_IGNOREFILTERS, count),
+                table.shown());
+    RecordPrinter printer(table);
     for (std::uint32_t recno = 1; recno <= count; ++recno) printer.Print(recno);
     printer.Finish();
 }
 
-void Create(const std::string& file, const std::string& fieldList) {
-    std::vector<engine::dbf::Field> fields;
-    if (std::string problem = engine::dbf::ParseFieldList(fieldList, fields); !problem.empty())
-        throw CommandFailure("bad field list: " + problem);
-    std::string message;
-    if (engine::dbf::TableFile::Create(file, std::move(fields), 0, message) != AE_SUCCESS)
-        throw CommandFailure(message);
+void Create(const TableSource& source, const std::string& fieldList) {
+    OpenedTable table(source, NewTable{fieldList});
 }
 
-void Load(const std::string& file) {
-    auto table = OpenTable(file, {.exclusive = false, .readOnly = false});
-    const auto indexes = FollowIndexes(*table);
+void Load(const TableSource& source) {
+    OpenedTable table(source, TableAccess::Write);
+    const std::vector<FieldShape> fields = ReadFieldShapes(table);
     std::string line;
     std::size_t lineNumber = 0;
     while (std::getline(std::cin, line)) {
         ++lineNumber;
         if (line.find_first_not_of(" \t\r") == std::string::npos) continue;
         try {
-            AppendRecordFromJson(*table, nlohmann::json::parse(line));
+            AppendRecordFromJson(table, fields, nlohmann::json::parse(line));
         } catch (const nlohmann::json::exception& error) {
             throw CommandFailure("line " + std::to_string(lineNumber) + ": " + error.what());
         } catch (const CommandFailure& failure) {
             throw CommandFailure("line " + std::to_string(lineNumber) + ": " + failure.what());
         }
     }
-    if (table->Flush() != AE_SUCCESS) throw CommandFailure("cannot write " + file);
+    if (table.ops().FlushFileBuffers(table.handle()) != AE_SUCCESS)
+        throw CommandFailure("cannot write " + table.shown());
 }
 
-void SetDeleted(const std::string& file, std::uint32_t recno, bool deleted) {
-    auto table = OpenTable(file, {.exclusive = false, .readOnly = false});
-    const auto indexes = FollowIndexes(*table);
+void SetDeleted(const TableSource& source, std::uint32_t recno, bool deleted) {
+    OpenedTable table(source, TableAccess::Write);
+    engine::Operations& ops = table.ops();
     // A record number past the end leaves the table at its end, which the next line names.
-    engine::IgnoreStatus(table->GotoRecord(recno));
-    if (table->atEof()) throw CommandFailure("no record " + std::to_string(recno) + " in " + file);
-    const engine::Status status = table->SetDeleted(deleted);
+    engine::IgnoreStatus(ops.GotoRecord(table.handle(), recno));
+    bool atEnd = true;
+    engine::IgnoreStatus(ops.AtEOF(table.handle(), atEnd));  // a failed answer stays "at the end"
+    if (atEnd) throw CommandFailure("no record " + std::to_string(recno) + " in " + table.shown());
+    const engine::Status status =
+        deleted ? ops.DeleteRecord(table.handle()) : ops.RecallRecord(table.handle());
     if (status != AE_SUCCESS)
         throw CommandFailure("cannot change record " + std::to_string(recno) + ": status " +
                              std::to_string(status));
 }
 
-void Reorganise(const std::string& file, bool zap) {
-    auto table = OpenTable(file, {.exclusive = true, .readOnly = false});
-    const auto indexes = FollowIndexes(*table);
-    std::string message;
-    const engine::Status status = zap ? table->Zap(message) : table->Pack(message);
-    if (status != AE_SUCCESS)
-        throw CommandFailure(message.empty() ? "status " + std::to_string(status) : message);
+void Reorganise(const TableSource& source, bool zap) {
+    OpenedTable table(source, TableAccess::Exclusive);
+    engine::Operations& ops = table.ops();
+    const engine::Status status =
+        zap ? ops.ZapTable(table.handle()) : ops.PackTable(table.handle());
+    CheckWithReason(ops, status, "status " + std::to_string(status));
 }
 
-void Check(const std::string& file) {
-    std::vector<std::string> problems = engine::dbf::CheckTable(file);
-    // The tags too, unless the table itself cannot be opened for them (that is reported).
-    try {
-        for (std::string& problem : CheckTableIndexes(file)) problems.push_back(std::move(problem));
-    } catch (const CommandFailure& failure) {
-        if (problems.empty()) problems.push_back(failure.what());
-    }
+void Check(const TableSource& source) {
+    std::vector<std::string> problems =
+        source.database.empty() ? engine::CheckTableFiles(source.file) : CheckSqlTable(source);
     if (problems.empty()) {
-        std::cout << file << ": ok\n";
+        std::cout << source.Shown() << ": ok\n";
         return;
     }
-    std::string text = file + ":";
+    std::string text = source.Shown() + ":";
     for (const std::string& problem : problems) text += "\n  " + problem;
     throw CommandFailure(text, 1);
 }
 
 void SetUpTableCommands(CLI::App& app) {
-    auto* table = app.add_subcommand("table", "read, write and check DBF tables");
+    auto* table = app.add_subcommand("table", "read, write and check DBF and SQL-kept tables");
     table->require_subcommand(1);
     auto options = std::make_shared<TableOptions>();
     auto addFile = [&](CLI::App* command) {
-        command->add_option("FILE", options->file, "table file (.dbf)")->required();
+        command->add_option("FILE", options->source.file, "table file (.dbf)")->required();
         return command;
     };
+    auto addSource = [&](CLI::App* command) { return AddTableSource(command, options->source); };
 
     addFile(table->add_subcommand("info", "print the structure as JSON"))->callback([options] {
-        Info(options->file);
+        Info(options->source.file);
     });
-    auto* dump = addFile(table->add_subcommand("dump", "print every record as one JSON line"));
+    auto* dump = addSource(table->add_subcommand("dump", "print every record as one JSON line"));
     dump->add_option("--tag", options->tag, "in the order of this index tag");
     dump->callback([options] {
-        options->tag.empty() ? Dump(options->file) : DumpInTagOrder(options->file, options->tag);
+        options->tag.empty() ? Dump(options->source)
+                             : DumpInTagOrder(options->source, options->tag);
     });
-    auto* create = addFile(table->add_subcommand("create", "create an empty table"));
+    auto* create = addSource(table->add_subcommand("create", "create an empty table"));
     create->add_option("--fields", options->fields, "NAME,TYPE,LENGTH,DECIMALS;...")->required();
-    create->callback([options] { Create(options->file, options->fields); });
-    addFile(table->add_subcommand("load", "append records read as JSON lines on standard input"))
-        ->callback([options] { Load(options->file); });
+    create->callback([options] { Create(options->source, options->fields); });
+    addSource(table->add_subcommand("load", "append records read as JSON lines on standard input"))
+        ->callback([options] { Load(options->source); });
     for (const bool deleted : {true, false}) {
-        auto* command = addFile(
+        auto* command = addSource(
             table->add_subcommand(deleted ? "delete" : "recall",
                                   deleted ? "mark a record deleted" : "recall a deleted record"));
         command->add_option("--recno", options->recno, "record number")->required();
         command->callback(
-            [options, deleted] { SetDeleted(options->file, options->recno, deleted); });
+            [options, deleted] { SetDeleted(options->source, options->recno, deleted); });
     }
-    addFile(table->add_subcommand("pack", "remove deleted records"))->callback([options] {
-        Reorganise(options->file, false);
+    addSource(table->add_subcommand("pack", "remove deleted records"))->callback([options] {
+        Reorganise(options->source, false);
     });
-    addFile(table->add_subcommand("zap", "remove every record"))->callback([options] {
-        Reorganise(options->file, true);
+    addSource(table->add_subcommand("zap", "remove every record"))->callback([options] {
+        Reorganise(options->source, true);
     });
-    addFile(
+    addSource(
         table->add_subcommand("check", "verify header, record count, memo blocks and index tags"))
-        ->callback([options] { Check(options->file); });
+        ->callback([options] { Check(options->source); });
 }
 
 const CommandRegistration registration("table", SetUpTableCommands);

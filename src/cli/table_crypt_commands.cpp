@@ -9,7 +9,8 @@
 
 #include "cli/command_registry.hpp"
 #include "cli/engine_status.hpp"
-#include "engine/engine.hpp"
+#include "engine/constants.hpp"
+#include "tables/shared_tables.hpp"
 
 namespace fnrk::cli {
 namespace {
@@ -35,7 +36,7 @@ std::string ReadPassword(const std::string& path) {
 void Convert(const CryptOptions& options, bool encrypt) {
     const std::string password = ReadPassword(options.passwordFile);
     const std::filesystem::path path = std::filesystem::absolute(options.file);
-    engine::Engine engine;
+    engine::Operations& engine = tables::SharedSqlDatabase();
     Handle connection = 0;
     CheckEngineStatus(
         engine, engine.Connect26(path.parent_path().string(), engine::ADS_LOCAL_SERVER, connection),

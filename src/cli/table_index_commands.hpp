@@ -1,24 +1,20 @@
 #pragma once
 
-// The index half of `fennrick table`: tags, dump --tag, seek, index, reindex, and the tag checks
-// that `table check` adds.
+// The index half of `fennrick table`: tags, dump --tag, seek, index, reindex, and the check of
+// a SQL-kept table, which is its records and tags read back through the table layer.
 
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "engine/order/table_indexes.hpp"
+#include "cli/table_access.hpp"
 
 namespace fnrk::cli {
 
-// Opens the table's structural index and keeps it up to date with every change made through
-// `table` while the returned object lives.
-std::unique_ptr<engine::order::TableIndexes> FollowIndexes(engine::cursor::TableCursor& table);
-
 // Every record (deleted ones too) as `table dump` prints them, in the order of a tag.
-void DumpInTagOrder(const std::string& file, const std::string& tag);
+void DumpInTagOrder(const TableSource& source, const std::string& tag);
 
-// Problems of every tag of the table's structural index (none when it has none).
-std::vector<std::string> CheckTableIndexes(const std::string& file);
+// Problems of a SQL-kept table: records that cannot be read, tags that loop or do not list
+// every record once.
+std::vector<std::string> CheckSqlTable(const TableSource& source);
 
 }  // namespace fnrk::cli

@@ -7,30 +7,45 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
-#include "engine/cursor/table_cursor.hpp"
+#include "cli/table_access.hpp"
 
 namespace fnrk::cli {
 
-// The current record of the cursor.
-nlohmann::ordered_json RecordToJson(engine::cursor::TableCursor& table);
+// A field as the record's bytes hold it.
+struct FieldShape {
+    std::string name;  // UTF-8
+    std::uint16_t type = 0;
+    std::uint32_t offset = 0;
+    std::uint32_t length = 0;
+};
+
+std::vector<FieldShape> ReadFieldShapes(const OpenedTable& table);
+
+// The current record of the table.
+nlohmann::ordered_json RecordToJson(const OpenedTable& table,
+                                    const std::vector<FieldShape>& fields);
 
 // Records printed one JSON line each by `table dump`: a record that cannot be read (a damaged
 // memo) is named on standard error and the rest still printed. Finish() fails the command when
 // any could not be.
 class RecordPrinter {
   public:
-    explicit RecordPrinter(engine::cursor::TableCursor& table) : table_(table) {}
+    explicit RecordPrinter(const OpenedTable& table)
+        : table_(table), fields_(ReadFieldShapes(table)) {}
     void Print(std::uint32_t record);
     void Finish() const;
 
   private:
-    engine::cursor::TableCursor& table_;
+    const OpenedTable& table_;
+    std::vector<FieldShape> fields_;
     std::uint32_t unreadable_ = 0;
 };
 
 // Appends one record from a JSON object; unknown names and values of the wrong kind fail with
 // a message naming them. The new record is written and unlocked before returning.
-void AppendRecordFromJson(engine::cursor::TableCursor& table, const nlohmann::json& object);
+void AppendRecordFromJson(const OpenedTable& table, const std::vector<FieldShape>& fields,
+                          const nlohmann::json& object);
 
 }  // namespace fnrk::cli

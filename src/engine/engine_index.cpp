@@ -300,7 +300,16 @@ Status Engine::Reindex(Handle object) {
     if (orders == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
     if (!orders->indexes->table().file().exclusive()) return Report(AE_TABLE_NOT_EXCLUSIVE);
     std::string message;
+    if (progress_) {
+        orders->indexes->SetProgress([this](std::uint32_t done, std::uint32_t total) {
+            const auto percent =
+                static_cast<std::uint16_t>(total == 0 ? 100 : std::uint64_t{done} * 100 / total);
+            // The answer (stop) is not heeded: an index must not be left half rebuilt.
+            progress_(percent, progressId_);
+        });
+    }
     const Status status = orders->indexes->Reindex(message);
+    orders->indexes->SetProgress(nullptr);
     Orders().Prune(table);
     return Report(status, message);
 }

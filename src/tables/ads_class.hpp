@@ -326,6 +326,9 @@ class AdsClass {
     // --- helpers shared by the parts
     // The table handle of an alias (numeric text: the handle itself); 0 when it is not open.
     Handle TableOfAlias(std::string_view alias);
+    // Makes `index` the order of `table` (0: natural order), here and, for a SQL-kept table,
+    // with the table in its backend.
+    void SetActiveIndex(Handle table, Handle index);
     // The handle that navigation works through: the active index, else the table.
     Handle NavigationHandle() const { return currentIndex_ != 0 ? currentIndex_ : currentTable_; }
     // Makes `alias` current quietly; false when it is not open.

@@ -61,9 +61,21 @@ bool AdsClass::MakeCurrent(std::string_view alias) {
     currentAlias_ = db_.GetTableAlias(table, name) == AE_SUCCESS
                         ? platform::UpperCase(name)
                         : platform::UpperCase(platform::Trim(alias));
+    // A SQL-kept table keeps its order with it, whoever set it; the engine's are kept here.
+    Handle kept = 0;
+    if (db_.GetActiveIndexHandle(table, kept) == AE_SUCCESS) {
+        currentIndex_ = kept;
+        return true;
+    }
     const auto active = activeIndex_.find(table);
     currentIndex_ = active != activeIndex_.end() ? active->second : 0;
     return true;
+}
+
+void AdsClass::SetActiveIndex(Handle table, Handle index) {
+    activeIndex_[table] = index;
+    // The engine's tables answer that they keep no order: this object's map holds it.
+    if (table < kEngineHandleStart) IgnoreStatus(db_.SetActiveIndexHandle(table, index));
 }
 
 std::string AdsClass::OpenTableFile(std::string_view alias) {

@@ -49,6 +49,11 @@ Status AdsClass::Initialize() {
     // the connect below would not report.
     IgnoreStatus(FirstFailure({db_.SetDateFormat("DD/MM/YYYY"), db_.CloseAllTables(),
                                db_.SetEpoch(2000), db_.ShowDeleted(false)}));
+    // Where the installation keeps the organisation's tables and the descriptions of the user
+    // and organisation databases ("users.data", "org.data"): the routing reads them.
+    const session::AppClass& installation = session::SharedAppClass();
+    db_.SetOrgPath(installation.OrgPath());
+    db_.SetApplicationFolder(installation.RootPath());
     const std::string drive = ApplicationDrive();
     const Status status = db_.Connect26(drive, ADS_LOCAL_SERVER, localConnection_);
     if (status != AE_SUCCESS && usersConnection_ != kUsersSqlConnection) {

@@ -145,7 +145,7 @@ Status AdsClass::BuildTempIndex(std::string_view alias, std::string_view keyExpr
                                           "", "", ADS_COMPOUND, index);
     if (status != AE_SUCCESS) return status;
     currentIndex_ = index;
-    activeIndex_[currentTable_] = index;
+    SetActiveIndex(currentTable_, index);
     return AE_SUCCESS;
 }
 

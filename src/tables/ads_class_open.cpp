@@ -99,7 +99,15 @@ AdsClass::Handle AdsClass::ConnectionForFolder(const std::string& folder, bool u
     const std::string marker = folder + platform::kPathSep + "FRSQL.DBF";
     backend::FolderXml sqlFolder;
     if (platform::FileExists(marker) && sqlFolder.Load(description)) {
-        // A SQL-kept dossier: the folder's own description names its database.
+        // A SQL-kept folder: its own description names its database. The current dossier,
+        // the organisation folder and the SQL root have backends of their own; any other
+        // folder is served by an Archive slot, the same one each time.
+        BackendSlot slot = BackendSlot::Folder;
+        if (!db_.RoutesToSlot(ArchiveFolder(folder), slot)) {
+            const int archive = db_.ArchiveSlotFor(folder, {});
+            if (archive < 0) return 0;
+            connection = SqlDatabase::ArchiveHandleBase(archive);
+        }
         status = db_.Connect26("<SQL>" + sqlFolder.GetConnectionString() + "<DIR>" + folder,
                                ADS_LOCAL_SERVER, connection);
     } else if (db_.FindConnection25(folder, connection) != AE_SUCCESS || connection == 0) {
@@ -187,7 +195,7 @@ Status AdsClass::OpenFile(std::string_view alias, std::string_view path, std::st
     }
     // A cache size is a hint: a table that refuses it works uncached.
     if (settings.cachedRecords > 0) IgnoreStatus(db_.CacheRecords(table, settings.cachedRecords));
-    activeIndex_[table] = 0;
+    SetActiveIndex(table, 0);
     currentTable_ = table;
     currentAlias_ = name;
     currentIndex_ = 0;
@@ -226,7 +234,7 @@ Status AdsClass::FileOpen(std::string_view alias, std::string_view openMode, boo
     if (status == AE_SUCCESS && name == "ACTTOT" && !withoutIndex) {
         Handle totals = 0;
         if (db_.GetIndexHandle(currentTable_, kPeriodTotalsTag, totals) == AE_SUCCESS) {
-            activeIndex_[currentTable_] = totals;
+            SetActiveIndex(currentTable_, totals);
             currentIndex_ = totals;
         }
     }

@@ -121,7 +121,7 @@ bool AdsClass::SetIndex(std::string_view tag) {
         (!name.empty() && db_.GetIndexHandle(currentTable_, name, index) != AE_SUCCESS))
         return false;
     currentIndex_ = index;
-    activeIndex_[currentTable_] = index;
+    SetActiveIndex(currentTable_, index);
     return true;
 }
 

@@ -97,7 +97,7 @@ bool AdsClass::CreateLogbook() {
                         ADS_IGNORERIGHTS, 0, kLogbookFields, table) != AE_SUCCESS) {
         return false;
     }
-    activeIndex_[table] = 0;
+    SetActiveIndex(table, 0);
     return AppendLogEntry("CREATE", "INIT", kLogbookAlias, 1, "");
 }
 

@@ -74,6 +74,23 @@ ArchiveBackend& SqlDatabase::CreateArchiveBackend(int index, std::string_view fo
     return *archives_[index];
 }
 
+int SqlDatabase::ArchiveSlotFor(std::string_view folder, std::string_view tempPath) {
+    const std::string path = ArchiveFolder(std::string(folder));
+    // Only slots 0 to 3 own a handle range, so only they can serve a connection.
+    for (int index = 0; index < 4; ++index)
+        if (archives_[index] && archives_[index]->Path == path) return index;
+    for (int index = 0; index < 4; ++index) {
+        if (archives_[index]) continue;
+        CreateArchiveBackend(index, folder, tempPath);
+        return index;
+    }
+    return -1;
+}
+
+Handle SqlDatabase::ArchiveHandleBase(int index) {
+    return kFirstArchiveHandle + index * kRange;
+}
+
 // --- routing
 
 BackendSlot SqlDatabase::SlotOfHandle(Handle handle) {
@@ -315,6 +332,21 @@ Status SqlDatabase::TableExists(Handle connection, std::string_view name, bool& 
     auto* owner = SqlOwner(connection, name);
     return owner ? owner->TableExists(connection, name, exists)
                  : engine::AE_INVALID_CONNECTION_HANDLE;
+}
+
+Status SqlDatabase::GetActiveIndexHandle(Handle table, Handle& index) {
+    auto* owner = SqlOwner(table, {});
+    return owner ? owner->GetActiveIndexHandle(table, index) : engine::AE_INVALID_TABLE_HANDLE;
+}
+
+Status SqlDatabase::SetActiveIndexHandle(Handle table, Handle index) {
+    auto* owner = SqlOwner(table, {});
+    return owner ? owner->SetActiveIndexHandle(table, index) : engine::AE_INVALID_TABLE_HANDLE;
+}
+
+Status SqlDatabase::TableNames(Handle connection, std::vector<std::string>& names) {
+    auto* owner = SqlOwner(connection, {});
+    return owner ? owner->TableNames(connection, names) : engine::AE_INVALID_CONNECTION_HANDLE;
 }
 
 Status SqlDatabase::DropTable(Handle connection, std::string_view name) {

@@ -59,6 +59,16 @@ class SqlDatabase final : public engine::Operations {
     ArchiveBackend& CreateArchiveBackend(int index, std::string_view folder,
                                          std::string_view tempPath);
     ArchiveBackend* Archive(int index) const;
+    // The Archive slot that serves `folder`: the one whose Path it is, else the first empty one
+    // that owns a handle range (0 to 3), created for it; -1 when each serves another folder.
+    int ArchiveSlotFor(std::string_view folder, std::string_view tempPath);
+    // The first handle of Archive slot `index`: a connect given it as the handle connects
+    // through that slot.
+    static Handle ArchiveHandleBase(int index);
+    // Whether a path names a slot by the path tests of the routing (connected or not).
+    bool RoutesToSlot(std::string_view path, BackendSlot& slot) const {
+        return MatchPath(path, slot);
+    }
 
     // The configuration record copied, member by member, into a "MGMT_CONFIG_MEMORY" object.
     [[nodiscard]] Status MgGetConfigInfo(Handle managementConnection,
@@ -68,6 +78,12 @@ class SqlDatabase final : public engine::Operations {
     [[nodiscard]] Status TableCopy(Handle connection, std::string_view from, std::string_view to);
     [[nodiscard]] Status TableExists(Handle connection, std::string_view name, bool& exists);
     [[nodiscard]] Status DropTable(Handle connection, std::string_view name);
+    // The active index kept with a SQL-kept table (its slot's ActiveIndexHandle); a table of the
+    // engine answers AE_INVALID_TABLE_HANDLE, its users keep its order themselves.
+    [[nodiscard]] Status GetActiveIndexHandle(Handle table, Handle& index);
+    [[nodiscard]] Status SetActiveIndexHandle(Handle table, Handle index);
+    // The tables of a SQL backend's connection, in name order.
+    [[nodiscard]] Status TableNames(Handle connection, std::vector<std::string>& names);
 
     // The operation set (engine/operations.def).
 #define FNRK_OPERATION(name, parameters, arguments) [[nodiscard]] Status name parameters override;

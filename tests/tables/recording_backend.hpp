@@ -98,6 +98,9 @@ class RecordingBackend final : public RecordingOperations {
     }
     Status TableExists(Handle, std::string_view, bool&) override { return Record("TableExists"); }
     Status DropTable(Handle, std::string_view) override { return Record("DropTable"); }
+    Status TableNames(Handle, std::vector<std::string>&) override { return Record("TableNames"); }
+    Status GetActiveIndexHandle(Handle, Handle&) override { return Record("GetActiveIndexHandle"); }
+    Status SetActiveIndexHandle(Handle, Handle) override { return Record("SetActiveIndexHandle"); }
     Status InitCopyTableContents(Handle) override { return Record("InitCopyTableContents"); }
     Status CloseCopyTableContents(Handle) override { return Record("CloseCopyTableContents"); }
     Status RefreshTable(Handle) override { return Record("RefreshTable"); }

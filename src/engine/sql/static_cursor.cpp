@@ -7,6 +7,7 @@
 #include <set>
 
 #include "engine/crypt/password_hash.hpp"
+#include "engine/field_list_types.hpp"
 #include "platform/codepage.hpp"
 #include "platform/text.hpp"
 
@@ -98,26 +99,12 @@ FieldInfo InferField(const StatementResult& result, std::size_t column) {
     return field;
 }
 
-std::string TypeLetter(std::uint16_t type) {
-    switch (type) {
-        case ADS_NUMERIC:
-            return "N";
-        case ADS_DATE:
-            return "D";
-        case ADS_LOGICAL:
-            return "L";
-        case ADS_MEMO:
-            return "M";
-        default:
-            return "C";
-    }
-}
-
 std::string FieldList(const std::vector<FieldInfo>& fields) {
     std::string list;
     for (const FieldInfo& field : fields) {
         if (!list.empty()) list += ';';
-        list += field.name + ',' + TypeLetter(field.type);
+        // Every column is one of the types the field list names.
+        list += field.name + ',' + std::string(FieldListTypeName(field.type));
         if (field.type == ADS_STRING || field.type == ADS_NUMERIC)
             list += ',' + std::to_string(field.length) + ',' + std::to_string(field.decimals);
     }
