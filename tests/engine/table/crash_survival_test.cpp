@@ -45,7 +45,11 @@ struct Row {
     std::int32_t value = 0;
     std::string note;
     bool deleted = false;
-    bool operator==(const Row&) const = default;
+    std::string bytes;  // as stored, to show what a wrong row holds; not compared
+    bool operator==(const Row& other) const {
+        return id == other.id && value == other.value && note == other.note &&
+               deleted == other.deleted;
+    }
 };
 
 // Memo texts of many sizes, so that a new text sometimes fits the old one's blocks and
@@ -69,8 +73,12 @@ Row Applied(Row row, const Step& step) {
 }
 
 std::string Describe(const Row& row) {
+    std::string stored;
+    for (const char c : row.bytes)
+        stored += c >= 32 && c < 127 ? std::string(1, c) : "\\x" + std::to_string(c & 0xff);
     return "{id " + std::to_string(row.id) + ", value " + std::to_string(row.value) + ", note " +
-           std::to_string(row.note.size()) + " bytes, " + (row.deleted ? "deleted}" : "live}");
+           std::to_string(row.note.size()) + " bytes, " + (row.deleted ? "deleted" : "live") +
+           (stored.empty() ? "" : ", stored \"" + stored + "\"") + "}";
 }
 
 class CrashSurvival : public EngineTest {
@@ -161,6 +169,7 @@ class CrashSurvival : public EngineTest {
             EXPECT_EQ(reader.GetLong(table, "VAL", row.value), AE_SUCCESS);
             EXPECT_EQ(reader.GetString(table, "NOTE", row.note, ADS_NONE), AE_SUCCESS) << record;
             EXPECT_EQ(reader.IsRecordDeleted(table, row.deleted), AE_SUCCESS);
+            EXPECT_EQ(reader.GetRecord(table, row.bytes), AE_SUCCESS);
             rows.push_back(std::move(row));
         }
         return rows;
@@ -246,7 +255,8 @@ TEST_F(CrashSurvival, EverythingCommittedBeforeAKillIsIntact) {
             const Row after = Applied(before, *inFlight);
             const bool blankAppend = inFlight->kind == Kind::Append && table[i] == Row{};
             EXPECT_TRUE(table[i] == before || table[i] == after || blankAppend)
-                << "round " << round << " record " << record << ": " << Describe(table[i]);
+                << "round " << round << " record " << record << ": " << Describe(table[i])
+                << " is neither " << Describe(before) << " nor " << Describe(after);
         }
         model = table;
         CheckOrRepair(round);
