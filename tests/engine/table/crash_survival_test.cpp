@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <optional>
 #include <random>
 #include <thread>
@@ -74,8 +75,11 @@ Row Applied(Row row, const Step& step) {
 
 std::string Describe(const Row& row) {
     std::string stored;
-    for (const char c : row.bytes)
-        stored += c >= 32 && c < 127 ? std::string(1, c) : "\\x" + std::to_string(c & 0xff);
+    for (const char c : row.bytes) {
+        char hex[8];
+        std::snprintf(hex, sizeof hex, "\\x%02x", static_cast<unsigned>(c & 0xff));
+        stored += c >= 32 && c < 127 ? std::string(1, c) : std::string(hex);
+    }
     return "{id " + std::to_string(row.id) + ", value " + std::to_string(row.value) + ", note " +
            std::to_string(row.note.size()) + " bytes, " + (row.deleted ? "deleted" : "live") +
            (stored.empty() ? "" : ", stored \"" + stored + "\"") + "}";
