@@ -21,6 +21,7 @@
 // SharedAdsClass() (shared_tables.hpp).
 
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
@@ -294,9 +295,16 @@ class AdsClass {
     Handle RunStatement(Handle connection, std::string_view statement);
     const NamedQuery* FindQuery(std::string_view name, std::int32_t formNum) const;
 
+    // Removes the temporary index file made for `table`, once the table is closed.
+    void RemoveTempIndexFile(Handle table);
+    void RemoveTempIndexFiles();
+
     std::map<std::string, NamedQuery> queries_;
     bool temporaryEntries_[2] = {false, false};
     Handle statement_ = 0;  // the statement of the last cursor
+    // The temporary index file of each table that has one: it goes when the table closes, so
+    // that no session leaves files in the temporary folder.
+    std::map<Handle, std::filesystem::path> tempIndexFiles_;
 
   public:
     // ===== end of named queries, filters, SQL cursors

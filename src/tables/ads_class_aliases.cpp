@@ -122,6 +122,7 @@ Status AdsClass::CloseAlias(std::string_view alias) {
     const Status status = db_.CloseTable(table);
     if (status != AE_SUCCESS) return status;
     activeIndex_.erase(table);
+    RemoveTempIndexFile(table);
     if (table == currentTable_) {
         currentTable_ = 0;
         currentIndex_ = 0;

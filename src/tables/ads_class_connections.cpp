@@ -35,7 +35,9 @@ std::string ApplicationDrive() {
 
 AdsClass::AdsClass(SqlDatabase& db) : db_(db) {}
 
-AdsClass::~AdsClass() = default;
+AdsClass::~AdsClass() {
+    RemoveTempIndexFiles();
+}
 
 void AdsClass::SetDossierPrefix(std::string prefix) {
     dossier_.prefix = std::move(prefix);
@@ -89,6 +91,7 @@ Status AdsClass::disconnect() {
     // Disconnecting goes on whatever a close answers: nothing may outlive the session.
     for (const auto& [table, index] : activeIndex_) IgnoreStatus(db_.CloseTable(table));
     activeIndex_.clear();
+    RemoveTempIndexFiles();
     for (auto& [folder, connection] : folderConnections_) {
         if (connection != localConnection_ && connection != usersConnection_) drop(connection);
     }

@@ -144,9 +144,22 @@ Status AdsClass::BuildTempIndex(std::string_view alias, std::string_view keyExpr
     const Status status = db_.CreateIndex(currentTable_, file.string(), "TEMPINDEX", keyExpression,
                                           "", "", ADS_COMPOUND, index);
     if (status != AE_SUCCESS) return status;
+    tempIndexFiles_[currentTable_] = file;
     currentIndex_ = index;
     SetActiveIndex(currentTable_, index);
     return AE_SUCCESS;
+}
+
+void AdsClass::RemoveTempIndexFile(Handle table) {
+    const auto made = tempIndexFiles_.find(table);
+    if (made == tempIndexFiles_.end()) return;
+    std::error_code ignored;  // a file already gone is what is wanted
+    std::filesystem::remove(made->second, ignored);
+    tempIndexFiles_.erase(made);
+}
+
+void AdsClass::RemoveTempIndexFiles() {
+    while (!tempIndexFiles_.empty()) RemoveTempIndexFile(tempIndexFiles_.begin()->first);
 }
 
 }  // namespace fnrk::tables

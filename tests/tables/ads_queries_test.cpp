@@ -2,6 +2,9 @@
 // kept as files and one kept in SQL.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
 
 #include "tables/ads_class.hpp"
 #include "tables/ads_fixture.hpp"
@@ -196,6 +199,23 @@ TEST_P(AdsQueriesTest, TemporaryOrdersFollowTheirKeyAndAreRemadeOnEachCall) {
     EXPECT_NE(ads.BuildTempIndex("ACT", "NOSUCHFIELD"), AE_SUCCESS);
     EXPECT_NE(ads.BuildTempIndex("GHOST", "ACCOUNTGL"), AE_SUCCESS);
     EXPECT_EQ(Shown(), "Alias GHOST not found (ActivateAlias)");
+}
+
+// The temporary index files of this process go with the tables they were made for (and with
+// the AdsClass objects of earlier tests).
+TEST_P(AdsQueriesTest, ClosingATableRemovesItsTemporaryIndexFile) {
+    const std::string prefix = "fnrk-temp-" + std::to_string(::getpid()) + "-";
+    auto temporaryFiles = [&] {
+        int count = 0;
+        for (const auto& entry :
+             std::filesystem::directory_iterator(std::filesystem::temp_directory_path()))
+            if (entry.path().filename().string().starts_with(prefix)) ++count;
+        return count;
+    };
+    ASSERT_EQ(ads.BuildTempIndex("ACT", "ACCOUNTGL"), AE_SUCCESS);
+    ASSERT_EQ(ads.BuildTempIndex("ACT", "STR(AMOUNT+1000,12,2)"), AE_SUCCESS);
+    ASSERT_EQ(ads.CloseAlias("ACT"), AE_SUCCESS);
+    EXPECT_EQ(temporaryFiles(), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Keepings, AdsQueriesTest, ads_testing::AllKeepings(),
