@@ -106,7 +106,7 @@ Status FRCDatabase::Connect(std::string_view path, std::uint16_t serverType, Han
         added->serverType = serverType;
         added->session = dialect->Open(*target);
         added->target = std::move(*target);
-        TableStore::EnsureCatalog(*added->session);
+        TableStore::EnsureCatalog(*added->session, *dialect);
         Handle handle = NewHandle();
         if (handle == 0) return Report(AE_ALLOCATION_FAILED, "no handles left");
         connections_[handle] = std::move(added);

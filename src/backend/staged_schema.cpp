@@ -13,7 +13,8 @@ namespace {
 
 // The catalog a connection creates in a schema as soon as it connects; an empty one in the
 // target is replaced by the staged one.
-constexpr const char* kCatalogTables[] = {"fnrk_table", "fnrk_tag", "fnrk_lock", "fnrk_open"};
+constexpr const char* kCatalogTables[] = {"fnrk_table", "fnrk_tag", "fnrk_crypt", "fnrk_lock",
+                                          "fnrk_open"};
 
 ConnectionTarget TargetOf(std::string_view connectionPath) {
     std::string error;
