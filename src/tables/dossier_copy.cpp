@@ -184,8 +184,19 @@ void CopyTags(SqlDatabase& db, Handle from, Handle to) {
     }
 }
 
+// Opens an encrypted source with the password; answers whether it is encrypted.
+bool OpenEncrypted(SqlDatabase& db, Handle table, const std::string& password) {
+    bool encrypted = false;
+    Require(db, db.IsTableEncrypted(table, encrypted), "reading");
+    if (!encrypted) return false;
+    if (password.empty())
+        throw CopyFailure{AE_ENCRYPTION_NOT_ENABLED, "it is encrypted: give its password"};
+    Require(db, db.EnableEncryption(table, password), "opening it with the password");
+    return true;
+}
+
 void CopyTable(SqlDatabase& db, const DossierPlace& from, Handle source, const DossierPlace& to,
-               Handle target, const std::string& name) {
+               Handle target, const std::string& name, const std::string& password) {
     try {
         Handle opened = 0;
         Require(db,
@@ -194,6 +205,7 @@ void CopyTable(SqlDatabase& db, const DossierPlace& from, Handle source, const D
                              opened),
                 "cannot open");
         Table in(db, opened);
+        const bool encrypted = OpenEncrypted(db, in.handle(), password);
         const Structure structure = ReadStructure(db, in.handle(), name);
         Handle created = 0;
         Require(db,
@@ -202,6 +214,11 @@ void CopyTable(SqlDatabase& db, const DossierPlace& from, Handle source, const D
                                created),
                 "cannot create");
         Table out(db, created);
+        // Encrypted before it takes a record, so that none is ever written in plain.
+        if (encrypted) {
+            Require(db, db.EnableEncryption(created, password), "encrypting");
+            Require(db, db.EncryptTable(created), "encrypting");
+        }
         // A SQL-kept target takes the records in one transaction.
         backend::SqlBackend* bulk =
             created < kEngineHandleStart
@@ -323,14 +340,14 @@ void RequireSource(const DossierPlace& from) {
 }
 
 void CopyInto(SqlDatabase& db, const DossierPlace& from, const DossierPlace& to,
-              const DossierCopyProgress& progress) {
+              const std::string& password, const DossierCopyProgress& progress) {
     Connection source(db, from);
     const std::vector<std::string> names = TableNames(db, from, source.handle());
     if (names.empty()) throw CopyFailure{AE_TABLE_NOT_FOUND, Shown(from) + " holds no table"};
     Connection target(db, to);
     for (std::size_t done = 0; done < names.size(); ++done) {
         if (progress) progress(names[done], done, names.size());
-        CopyTable(db, from, source.handle(), to, target.handle(), names[done]);
+        CopyTable(db, from, source.handle(), to, target.handle(), names[done], password);
     }
     if (progress) progress({}, names.size(), names.size());
 }
@@ -338,12 +355,13 @@ void CopyInto(SqlDatabase& db, const DossierPlace& from, const DossierPlace& to,
 }  // namespace
 
 Status CopyDossier(SqlDatabase& db, const DossierPlace& from, const DossierPlace& to,
-                   const DossierCopyProgress& progress, std::string& error) {
+                   const std::string& password, const DossierCopyProgress& progress,
+                   std::string& error) {
     try {
         RequireSource(from);
         Staging staging(db, to);
         try {
-            CopyInto(db, from, staging.place(), progress);
+            CopyInto(db, from, staging.place(), password, progress);
             staging.Publish();
         } catch (const CopyFailure&) {
             staging.Discard();

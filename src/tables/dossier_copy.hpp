@@ -24,10 +24,11 @@ using DossierCopyProgress =
     std::function<void(const std::string& table, std::size_t done, std::size_t total)>;
 
 // Copies the dossier at `from` to `to`, which must not hold a dossier yet (an empty folder or
-// an empty PostgreSQL schema may be there). A failure answers its status with the reason in
-// `error`, which never holds a password.
+// an empty PostgreSQL schema may be there). Encrypted tables are opened with `password` and
+// copied encrypted with it; without one they are refused. A failure answers its status with the
+// reason in `error`, which never holds a password.
 [[nodiscard]] engine::Status CopyDossier(SqlDatabase& db, const DossierPlace& from,
-                                         const DossierPlace& to,
+                                         const DossierPlace& to, const std::string& password,
                                          const DossierCopyProgress& progress, std::string& error);
 
 }  // namespace fnrk::tables

@@ -45,8 +45,11 @@ std::string Ask(const std::string& uri, const std::string& query) {
     return RunCommand({"psql", uri, "-Atc", query}).out;
 }
 
-CommandResult CopyDossier(const std::string& from, const std::string& to) {
-    return RunFennrick({"dossier", "copy", from, to});
+CommandResult CopyDossier(const std::string& from, const std::string& to,
+                          const std::vector<std::string>& options = {}) {
+    std::vector<std::string> arguments = {"dossier", "copy", from, to};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return RunFennrick(arguments);
 }
 
 // Entries of `folder` whose name holds `part`.
@@ -134,6 +137,46 @@ TEST(DossierCopy, AFailedOrRefusedCopyLeavesNothingUnderTheTargetsName) {
     EXPECT_NE(unreachable.err.find("postgres:***@"), std::string::npos) << unreachable.err;
     EXPECT_EQ(unreachable.err.find("Secr3tWord"), std::string::npos) << unreachable.err;
     EXPECT_FALSE(fs::exists(dir / "never"));
+}
+
+TEST(DossierCopy, EncryptedTablesTravelEncryptedWithTheDossiersPassword) {
+    TempDir dir;
+    CopyFixtures(dir / "start", {"people", "SOC1_param"});
+    const fs::path people = dir / "start" / "people.dbf";
+    const std::string plainDump = RunFennrick({"table", "dump", people.string()}).out;
+    ASSERT_FALSE(plainDump.empty());
+    const std::string passwordFile = (dir / "password").string();
+    WriteFileBytes(passwordFile, "dossier key\n");
+    const CommandResult encrypted =
+        RunFennrick({"table", "encrypt", people.string(), "--password-file", passwordFile});
+    ASSERT_EQ(encrypted.exitCode, 0) << encrypted.err;
+
+    // Without the password the encrypted table cannot be read: the copy is refused whole.
+    const std::string postgres = NewDatabase("dossier_encrypted_copy");
+    const CommandResult refused = CopyDossier((dir / "start").string(), postgres);
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_NE(refused.err.find("table people: it is encrypted"), std::string::npos) << refused.err;
+    EXPECT_EQ(Ask(postgres, "SELECT count(*) FROM fnrk_table"), "0\n");
+
+    const std::string sqlite = "sqlite:" + (dir / "mid.sqlite").string();
+    for (const auto& [from, to] :
+         std::vector<std::pair<std::string, std::string>>{{(dir / "start").string(), postgres},
+                                                          {postgres, sqlite},
+                                                          {sqlite, (dir / "end").string()}}) {
+        const CommandResult copy = CopyDossier(from, to, {"--password-file", passwordFile});
+        ASSERT_EQ(copy.exitCode, 0) << to << ": " << copy.err;
+    }
+    // Encrypted on the server too: only the encrypted table has a mark, no name shows.
+    EXPECT_EQ(Ask(postgres, "SELECT table_name FROM fnrk_crypt"), "PEOPLE\n");
+    EXPECT_EQ(Ask(postgres, "SELECT count(*) FROM \"t_PEOPLE\" WHERE \"f_NAME\" IS NOT NULL"),
+              "0\n");
+    // At the end of the round trip the table opens with the password to the records it had.
+    const fs::path copied = dir / "end" / "people.dbf";
+    EXPECT_FALSE(RunFennrick({"table", "dump", copied.string()}).out == plainDump);
+    const CommandResult decrypted =
+        RunFennrick({"table", "decrypt", copied.string(), "--password-file", passwordFile});
+    ASSERT_EQ(decrypted.exitCode, 0) << decrypted.err;
+    EXPECT_TRUE(RunFennrick({"table", "dump", copied.string()}).out == plainDump);
 }
 
 }  // namespace
