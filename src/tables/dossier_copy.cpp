@@ -3,7 +3,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -11,6 +14,7 @@
 #include "backend/staged_schema.hpp"
 #include "engine/constants.hpp"
 #include "engine/field_list_types.hpp"
+#include "platform/processes.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::tables {
@@ -241,7 +245,30 @@ void CopyTable(SqlDatabase& db, const DossierPlace& from, Handle source, const D
     }
 }
 
-// Where the copy is built beside the target, and how it is put in place or thrown away.
+// Removes the entries of `folder` named `prefix` + the id of a process that has ended (and
+// any of `suffixes` after it): what copies that were killed left.
+void RemoveAbandoned(const fs::path& folder, const std::string& prefix,
+                     std::span<const std::string_view> suffixes) {
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        const std::string name = entry.path().filename().string();
+        std::string_view rest = name;
+        if (!rest.starts_with(prefix)) continue;
+        rest.remove_prefix(prefix.size());
+        for (const std::string_view suffix : suffixes)
+            if (!suffix.empty() && rest.ends_with(suffix)) rest.remove_suffix(suffix.size());
+        if (rest.empty() || rest.find_first_not_of("0123456789") != std::string_view::npos ||
+            rest.size() > 9)
+            continue;
+        if (platform::ProcessIsRunning(std::stoll(std::string(rest)))) continue;
+        std::error_code ignored;  // one that cannot be removed stays under its temporary name
+        fs::remove_all(entry.path(), ignored);
+    }
+}
+
+// Where the copy is built beside the target, and how it is put in place or thrown away. What
+// earlier copies to the same target left when they were killed is removed first, never what a
+// copy that still runs is building.
 class Staging {
   public:
     Staging(SqlDatabase& db, const DossierPlace& target) : target_(target), place_(target) {
@@ -254,7 +281,9 @@ class Staging {
                 place_.where = (fs::absolute(target.where).parent_path() /
                                 ("." + fs::path(target.where).filename().string() + suffix))
                                    .string();
-                fs::remove_all(place_.where, error);  // what an earlier killed copy left
+                RemoveAbandoned(fs::path(place_.where).parent_path(),
+                                "." + fs::path(target.where).filename().string() + ".copying-", {});
+                fs::remove_all(place_.where, error);  // this process's id was a killed copy's
                 if (!fs::create_directories(place_.where, error))
                     throw CopyFailure{AE_FILE_NOT_FOUND, "cannot create " + place_.where};
                 break;
@@ -262,6 +291,9 @@ class Staging {
                 if (fs::exists(target.where, error))
                     throw CopyFailure{AE_INVALID_PATH, Shown(target) + " exists already"};
                 place_.where = target.where + suffix;
+                RemoveAbandoned(fs::absolute(target.where).parent_path(),
+                                fs::path(target.where).filename().string() + ".copying-",
+                                kSqliteFileSuffixes);
                 RemoveSqliteFiles(place_.where);
                 break;
             case Kind::Postgres: {
@@ -269,6 +301,14 @@ class Staging {
                 if (!TableNames(db, target, connection.handle()).empty())
                     throw CopyFailure{AE_INVALID_PATH, Shown(target) + " holds tables already"};
                 place_.schema = "fnrk_copying_" + std::to_string(::getpid());
+                try {
+                    backend::DropAbandonedStagedSchemas(ConnectionPath(target));
+                    claim_ = std::make_unique<backend::StagedSchemaClaim>(ConnectionPath(target),
+                                                                          place_.schema);
+                } catch (const backend::SqlFailure& failure) {
+                    throw CopyFailure{AE_SQL_ERROR,
+                                      "cannot stage the copy: " + std::string(failure.what())};
+                }
                 Discard();
                 break;
             }
@@ -320,14 +360,19 @@ class Staging {
     }
 
   private:
+    static constexpr std::array<std::string_view, 3> kSqliteFileSuffixes = {"-journal", "-wal",
+                                                                            "-shm"};
+
     static void RemoveSqliteFiles(const std::string& file) {
         std::error_code error;
-        for (const char* suffix : {"", "-journal", "-wal", "-shm"})
-            fs::remove(file + suffix, error);
+        fs::remove(file, error);
+        for (const std::string_view suffix : kSqliteFileSuffixes)
+            fs::remove(file + std::string(suffix), error);
     }
 
     DossierPlace target_;
     DossierPlace place_;
+    std::unique_ptr<backend::StagedSchemaClaim> claim_;  // a PostgreSQL staging schema's
 };
 
 // The source must hold a dossier: a missing folder or SQLite file is not an empty one.

@@ -7,7 +7,8 @@
 // The copy is complete or absent: it is built under a temporary name beside the target (a
 // folder or file ".copying-<pid>", or a schema "fnrk_copying_<pid>") and put in place only when
 // every table is there. A failed copy removes what it built; one that is killed leaves it under
-// the temporary name, never under the target's.
+// the temporary name, never under the target's, until a later copy to the same target finds
+// its process gone (a staging schema: its claim given up) and removes it.
 
 #include <cstddef>
 #include <functional>
