@@ -87,6 +87,14 @@ OpenedTable::OpenedTable(const TableSource& source, const NewTable& created)
            "cannot create " + shown_);
 }
 
+OpenedTable::OpenedTable(const TableSource& source, WithoutIndexes)
+    : ops_(TableLayer()), shown_(source.Shown()) {
+    if (source.file.empty()) throw CommandFailure("a table of a database has no index file");
+    // The shared layer's engine: the handle is one of the layer's engine handles.
+    Opened(tables::SharedEngine().OpenTableWithoutIndexes(0, source.file, table_), "",
+           "cannot open " + shown_);
+}
+
 std::string OpenedTable::Connect(const TableSource& source) {
     if (source.database.empty() == source.file.empty())
         throw CommandFailure("name a table: FILE, or --database URL --table NAME");

@@ -37,12 +37,16 @@ struct NewTable {
     std::string fields;
 };
 
+// A table file to read without its structural index (damaged or missing), read-only.
+struct WithoutIndexes {};
+
 // A table open through the shared table layer, with the connection of its database; both are
 // closed when this ends. Throws CommandFailure, with the layer's reason, when it cannot open.
 class OpenedTable {
   public:
     OpenedTable(const TableSource& source, TableAccess access);
     OpenedTable(const TableSource& source, const NewTable& created);
+    OpenedTable(const TableSource& source, WithoutIndexes);
     ~OpenedTable();
     OpenedTable(const OpenedTable&) = delete;
     OpenedTable& operator=(const OpenedTable&) = delete;
