@@ -127,6 +127,34 @@ TEST_P(EncryptionConformance, WritesStayEncryptedAndDecryptingMakesThePlainTable
     EXPECT_EQ(Text(t, "NAME"), "charlie");
 }
 
+// A statement reads an encrypted table with the password it is given for it, and its static
+// cursor is no plainer than the table; without the password the statement fails.
+TEST_P(EncryptionConformance, StatementsReadAnEncryptedTableWithItsPassword) {
+    MakeEncryptedItems("k");
+    auto select = [&](const char* password, Handle& cursor) {
+        Handle statement = 0;
+        EXPECT_EQ(ops->CreateSQLStatement(connection, statement), AE_SUCCESS);
+        EXPECT_EQ(ops->StmtSetTableType(statement, ADS_CDX), AE_SUCCESS);
+        if (password != nullptr) {
+            EXPECT_EQ(ops->StmtSetTablePassword(statement, "items", password), AE_SUCCESS);
+        }
+        return ops->ExecuteSQLDirect(statement, "SELECT CODE, NOTE FROM [items] ORDER BY CODE",
+                                     cursor);
+    };
+    Handle cursor = 0;
+    EXPECT_NE(select(nullptr, cursor), AE_SUCCESS);
+    EXPECT_NE(select("wrong", cursor), AE_SUCCESS);
+    ASSERT_EQ(select("k", cursor), AE_SUCCESS);
+    std::vector<std::string> codes;
+    ASSERT_EQ(ops->GotoTop(cursor), AE_SUCCESS);
+    for (bool atEof = AtEof(cursor); !atEof && codes.size() < 10; atEof = AtEof(cursor)) {
+        codes.push_back(Text(cursor, "CODE") + ":" + Text(cursor, "NOTE"));
+        ASSERT_EQ(ops->Skip(cursor, 1), AE_SUCCESS);
+    }
+    EXPECT_EQ(codes, (std::vector<std::string>{"A1:", "B1:", "C1:note of charlie"}));
+    EXPECT_TRUE(Encrypted(cursor));
+}
+
 INSTANTIATE_TEST_SUITE_P(Implementations, EncryptionConformance,
                          ::testing::ValuesIn(Implementations()),
                          [](const auto& info) { return info.param.name; });
