@@ -8,7 +8,7 @@
 // computed from the opened record, and the table's orders in the workstation.
 //
 // The table's encryption mark (salt and password verifier) lives in the catalog table
-// fnrk_crypt, beside its name.
+// fnrk_crypt, beside its name and its count of writes (see TableStore).
 
 #include <optional>
 #include <string>

@@ -55,13 +55,13 @@ std::string RecordOf(const StoredRow& row) {
 // What a sealed row's key column holds while the row is in the tag.
 const Blob kInTag{"+"};
 
-// Whether `a` comes before `b` in the walk of `limits` (rows with the keys of its tag).
-bool Ahead(const WalkLimits& limits, const TableLayout& layout, const StoredRow& a,
-           const StoredRow& b) {
-    if (!limits.tag) return a.recno < b.recno;
+// Whether row a comes before row b in the walk of `limits` (keys of its tag, record numbers).
+bool Ahead(const WalkLimits& limits, const TableLayout& layout, const std::string& aKey,
+           std::uint32_t aRecno, const std::string& bKey, std::uint32_t bRecno) {
+    if (!limits.tag) return aRecno < bRecno;
     const bool descending = layout.tags[*limits.tag].descending();
-    if (a.key != b.key) return descending ? a.key > b.key : a.key < b.key;
-    return descending ? a.recno > b.recno : a.recno < b.recno;
+    if (aKey != bKey) return descending ? aKey > bKey : aKey < bKey;
+    return descending ? aRecno > bRecno : aRecno < bRecno;
 }
 
 }  // namespace
@@ -87,7 +87,8 @@ void TableStore::EnsureCatalog(SqlSession& session, const SqlDialect& dialect) {
         "expression TEXT NOT NULL, condition TEXT NOT NULL, options INTEGER NOT NULL, "
         "position INTEGER NOT NULL, PRIMARY KEY(table_name, tag))");
     session.Execute("CREATE TABLE IF NOT EXISTS fnrk_crypt(table_name TEXT PRIMARY KEY, mark " +
-                    std::string(dialect.TypeName(ColumnKind::Bytes)) + " NOT NULL)");
+                    std::string(dialect.TypeName(ColumnKind::Bytes)) +
+                    " NOT NULL, changes INTEGER NOT NULL DEFAULT 0)");
     transaction.Commit();
 }
 
@@ -248,7 +249,7 @@ SqlValue TableStore::UniqueKeyValue(std::size_t tag, const std::string& key, std
     bool held = false;
     if (mark_) {
         const WalkLimits holders{tag, true, key, key};
-        for (const StoredRow& row : OpenedRows(holders)) held = held || row.recno != recno;
+        for (const OpenedRef& row : OpenedRows(holders)) held = held || row.row->recno != recno;
     } else {
         SqlValue parameters[] = {Blob{key}, static_cast<std::int64_t>(recno)};
         held = !session_
@@ -294,6 +295,7 @@ std::uint32_t TableStore::Append(const StoredRow& row) {
     }
     session_.Execute("INSERT INTO " + table_ + "(" + columns + ", recno) VALUES (" + marks + ", ?)",
                      ColumnValues(added, KeyValues(added, nullptr)));
+    Changed();
     transaction.Commit();
     return added.recno;
 }
@@ -320,6 +322,7 @@ void TableStore::Write(const StoredRow& row) {
     }
     session_.Execute(UpdateStatement(),
                      ColumnValues(row, KeyValues(row, before.empty() ? nullptr : &before[0])));
+    Changed();
     transaction.Commit();
 }
 
@@ -347,53 +350,96 @@ std::string Conditions(const WalkLimits& limits, const TableLayout& layout,
 
 }  // namespace
 
-std::vector<StoredRow> TableStore::OpenedRows(const WalkLimits& limits) {
-    std::vector<StoredRow> rows;
-    if (!cipher_) return rows;
-    // The keys are in the sealed rows only: the database tells which rows are in the tag.
-    WalkLimits inTag = limits;
-    inTag.low.reset();
-    inTag.high.reset();
-    std::vector<SqlValue> parameters;
-    const std::string where = Conditions(inTag, layout_, parameters);
-    for (const SqlRow& columns :
-         session_.Query("SELECT " + SelectList({}) + " FROM " + table_ + where, parameters)) {
+const TableStore::OpenedTable& TableStore::Opened() {
+    SqlValue name[] = {layout_.name};
+    const auto counted =
+        session_.Query("SELECT changes FROM fnrk_crypt WHERE table_name = ?", name);
+    const std::int64_t changes = counted.empty() ? 0 : AsInteger(counted[0][0]);
+    if (opened_ && opened_->changes == changes) return *opened_;
+    OpenedTable fresh;
+    fresh.changes = changes;
+    std::string keyColumns;
+    for (const auto& tag : layout_.tags) keyColumns += ", " + KeyColumn(tag);
+    for (const SqlRow& columns : session_.Query("SELECT " + SelectList({}) + keyColumns + " FROM " +
+                                                table_ + " ORDER BY recno")) {
         StoredRow row = RowFrom(columns, false);
-        if (limits.tag) {
-            auto key = KeyOf(layout_.tags[*limits.tag], RecordOf(row), row.recno);
-            if (!key || (limits.low && *key < *limits.low) || (limits.high && *key > *limits.high))
-                continue;
-            row.key = std::move(*key);
+        // The keys are in the sealed rows only: the database tells which rows are in a tag.
+        auto& keys = fresh.keys.emplace_back();
+        for (std::size_t i = 0; i < layout_.tags.size(); ++i) {
+            keys.push_back(std::holds_alternative<std::monostate>(columns[FirstKeyColumn() + i])
+                               ? std::nullopt
+                               : KeyOf(layout_.tags[i], RecordOf(row), row.recno));
         }
-        rows.push_back(std::move(row));
+        fresh.rows.push_back(std::move(row));
     }
-    return rows;
+    opened_ = std::move(fresh);
+    return *opened_;
+}
+
+void TableStore::Changed() {
+    if (!mark_) return;
+    SqlValue name[] = {layout_.name};
+    session_.Execute("UPDATE fnrk_crypt SET changes = changes + 1 WHERE table_name = ?", name);
+    opened_.reset();
+}
+
+std::vector<TableStore::OpenedRef> TableStore::OpenedRows(const WalkLimits& limits) {
+    std::vector<OpenedRef> found;
+    if (!cipher_) return found;
+    static const std::string kNoKey;
+    const OpenedTable& table = Opened();
+    for (std::size_t i = 0; i < table.rows.size(); ++i) {
+        const StoredRow& row = table.rows[i];
+        if (row.deleted && !limits.includeDeleted) continue;
+        const std::string* key = &kNoKey;
+        if (limits.tag) {
+            const auto& inTag = table.keys[i][*limits.tag];
+            if (!inTag || (limits.low && *inTag < *limits.low) ||
+                (limits.high && *inTag > *limits.high))
+                continue;
+            key = &*inTag;
+        }
+        found.push_back({&row, key});
+    }
+    return found;
 }
 
 std::vector<StoredRow> TableStore::WalkOpened(const WalkLimits& limits, bool forward,
                                               const std::optional<StoredRow>& from, int limit) {
-    std::vector<StoredRow> rows = OpenedRows(limits);
-    auto inWalk = [&](const StoredRow& a, const StoredRow& b) {
-        return forward ? Ahead(limits, layout_, a, b) : Ahead(limits, layout_, b, a);
+    std::vector<OpenedRef> rows = OpenedRows(limits);
+    auto inWalk = [&](const std::string& aKey, std::uint32_t aRecno, const std::string& bKey,
+                      std::uint32_t bRecno) {
+        return forward ? Ahead(limits, layout_, aKey, aRecno, bKey, bRecno)
+                       : Ahead(limits, layout_, bKey, bRecno, aKey, aRecno);
     };
     if (from) {
-        std::erase_if(rows, [&](const StoredRow& row) { return !inWalk(*from, row); });
+        std::erase_if(rows, [&](const OpenedRef& row) {
+            return !inWalk(from->key, from->recno, *row.key, row.row->recno);
+        });
     }
     const auto count = std::min(rows.size(), static_cast<std::size_t>(std::max(limit, 0)));
     std::partial_sort(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(count), rows.end(),
-                      inWalk);
-    rows.resize(count);
-    return rows;
+                      [&](const OpenedRef& a, const OpenedRef& b) {
+                          return inWalk(*a.key, a.row->recno, *b.key, b.row->recno);
+                      });
+    std::vector<StoredRow> walked;
+    walked.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        walked.push_back(*rows[i].row);
+        walked.back().key = *rows[i].key;
+    }
+    return walked;
 }
 
 std::uint32_t TableStore::CountRows(const WalkLimits& limits,
                                     const std::optional<StoredRow>& before) {
     if (mark_) {
-        const std::vector<StoredRow> rows = OpenedRows(limits);
+        const std::vector<OpenedRef> rows = OpenedRows(limits);
         if (!before) return static_cast<std::uint32_t>(rows.size());
         return static_cast<std::uint32_t>(
-            std::count_if(rows.begin(), rows.end(),
-                          [&](const auto& row) { return Ahead(limits, layout_, row, *before); }));
+            std::count_if(rows.begin(), rows.end(), [&](const OpenedRef& row) {
+                return Ahead(limits, layout_, *row.key, row.row->recno, before->key, before->recno);
+            }));
     }
     std::vector<SqlValue> parameters;
     parameters.reserve(4);
@@ -449,6 +495,7 @@ std::vector<StoredRow> TableStore::Walk(const WalkLimits& limits, bool forward,
 
 void TableStore::AddTag(const IndexTag& tag, std::size_t position) {
     SqlTransaction transaction(session_);
+    opened_.reset();  // made for the tags as they were
     std::string key = KeyColumn(tag);
     session_.Execute("ALTER TABLE " + table_ + " ADD COLUMN " + key + " " +
                      std::string(dialect_.TypeName(ColumnKind::Bytes)));
@@ -465,6 +512,7 @@ void TableStore::AddTag(const IndexTag& tag, std::size_t position) {
         "INSERT INTO fnrk_tag(table_name, tag, expression, condition, options, position) "
         "VALUES (?, ?, ?, ?, ?, ?)",
         parameters);
+    Changed();
     transaction.Commit();
 }
 
@@ -493,6 +541,7 @@ void TableStore::RemoveTag(const IndexTag& tag) {
     session_.Execute("ALTER TABLE " + table_ + " DROP COLUMN " + KeyColumn(tag));
     SqlValue parameters[] = {layout_.name, tag.name};
     session_.Execute("DELETE FROM fnrk_tag WHERE table_name = ? AND tag = ?", parameters);
+    opened_.reset();
     transaction.Commit();
 }
 
@@ -512,11 +561,13 @@ void TableStore::Pack() {
         }
         ++next;
     }
+    Changed();  // the rows the keys are made from
     // Keys made of record numbers follow the new ones; unique tags are built anew, as a reindex
     // after packing a table file does.
     for (const auto& tag : layout_.tags) {
         if ((renumbered && MentionsRecno(tag)) || tag.unique()) FillKeys(tag);
     }
+    Changed();
     transaction.Commit();
 }
 
@@ -573,6 +624,7 @@ void TableStore::Recode(std::shared_ptr<const engine::crypt::FileCipher> cipher,
             session_.Execute(update, ColumnValues(rows[r], std::move(keys)));
         }
         if (wasMark && !mark) session_.Execute("ALTER TABLE " + table_ + " DROP COLUMN sealed");
+        Changed();
         transaction.Commit();
     } catch (...) {
         mark_ = wasMark;
@@ -582,7 +634,10 @@ void TableStore::Recode(std::shared_ptr<const engine::crypt::FileCipher> cipher,
 }
 
 void TableStore::Zap() {
+    SqlTransaction transaction(session_);
     session_.Execute("DELETE FROM " + table_);
+    Changed();
+    transaction.Commit();
 }
 
 }  // namespace fnrk::backend

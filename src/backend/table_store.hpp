@@ -87,6 +87,7 @@ class TableStore {
     const std::optional<engine::crypt::EncryptionMark>& mark() const { return mark_; }
     void Unlock(std::shared_ptr<const engine::crypt::FileCipher> cipher) {
         cipher_ = std::move(cipher);
+        opened_.reset();
     }
     // Writes every row anew, sealed under `cipher` with `mark`, or plain without a mark.
     void Recode(std::shared_ptr<const engine::crypt::FileCipher> cipher,
@@ -108,8 +109,22 @@ class TableStore {
     std::size_t FirstKeyColumn() const;
     std::string UpdateStatement() const;
     void AddSealedColumn();
-    // The opened rows of a sealed table within the limits, with the keys of the limits' tag.
-    std::vector<StoredRow> OpenedRows(const WalkLimits& limits);
+    // A sealed table's rows as opened in the workstation, kept while the table's count of
+    // changes (fnrk_crypt) stays what it was: every write to its rows counts one.
+    struct OpenedTable {
+        std::int64_t changes = -1;
+        std::vector<StoredRow> rows;  // record number order, deleted ones too
+        std::vector<std::vector<std::optional<std::string>>> keys;  // per row, per tag in it
+    };
+    struct OpenedRef {
+        const StoredRow* row;
+        const std::string* key;  // in the limits' tag; empty for natural order
+    };
+    const OpenedTable& Opened();
+    // The opened rows within the limits (none without the password).
+    std::vector<OpenedRef> OpenedRows(const WalkLimits& limits);
+    // Counts a write to a sealed table's rows, so that every handle opens them anew.
+    void Changed();
     std::vector<StoredRow> WalkOpened(const WalkLimits& limits, bool forward,
                                       const std::optional<StoredRow>& from, int limit);
     // Computes the tag's key column anew for every row, in record number order.
@@ -121,6 +136,7 @@ class TableStore {
     std::string table_;  // quoted data table name
     std::optional<engine::crypt::EncryptionMark> mark_;
     std::shared_ptr<const engine::crypt::FileCipher> cipher_;
+    std::optional<OpenedTable> opened_;
 };
 
 std::string KeyColumn(const IndexTag& tag);

@@ -28,10 +28,11 @@ class EncryptedSqlTableTest : public ::testing::Test {
         EXPECT_EQ(backend->Connect26(path, ADS_LOCAL_SERVER, connection), AE_SUCCESS);
         return backend;
     }
-    Handle Open(FRCDatabase& backend, Handle connection, const std::string& name) {
+    Handle Open(FRCDatabase& backend, Handle connection, const std::string& name,
+                std::uint32_t options = ADS_EXCLUSIVE) {
         Handle table = 0;
         EXPECT_EQ(backend.OpenTable(connection, name, "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                                    ADS_IGNORERIGHTS, ADS_EXCLUSIVE, table),
+                                    ADS_IGNORERIGHTS, options, table),
                   AE_SUCCESS);
         return table;
     }
@@ -133,6 +134,40 @@ TEST_F(EncryptedSqlTableTest, ASQLiteFileHoldsNoPlaintextAndACopyStaysEncrypted)
     ASSERT_EQ(again->Disconnect(connection), AE_SUCCESS);
     bytes = fnrk::testing::ReadFileBytes(folder.path() / "dossier.sqlite");
     EXPECT_NE(bytes.find("Charlemagne"), std::string::npos);
+}
+
+// Each workstation orders an encrypted table's rows itself: what another one wrote shows in its
+// next walk, in tag order and in counts.
+TEST_F(EncryptedSqlTableTest, AWorkstationSeesWhatAnotherWroteInAnEncryptedTable) {
+    const std::string path =
+        "<SQL>Driver=SQLite;Database=dossier.sqlite<DIR>" + folder.path().string();
+    Handle first = 0, second = 0;
+    auto one = Connected(path, first);
+    ASSERT_EQ(one->CloseTable(MakeEncrypted(*one, first)), AE_SUCCESS);
+    auto other = Connected(path, second);
+    const Handle mine = Open(*one, first, "people.dbf", ADS_SHARED);
+    const Handle theirs = Open(*other, second, "people.dbf", ADS_SHARED);
+    ASSERT_EQ(one->EnableEncryption(mine, "open sesame"), AE_SUCCESS);
+    ASSERT_EQ(other->EnableEncryption(theirs, "open sesame"), AE_SUCCESS);
+    ASSERT_EQ(InOrder(*one, mine, "NAME"),
+              (std::vector<std::string>{"OTHER Aaron", "SECRETCODE Bartholomew",
+                                        "SECRETCODE Charlemagne"}));
+
+    ASSERT_EQ(other->GotoRecord(theirs, 3), AE_SUCCESS);
+    ASSERT_EQ(other->SetString(theirs, "NAME", "Zacharias"), AE_SUCCESS);
+    ASSERT_EQ(other->AppendRecord(theirs), AE_SUCCESS);
+    ASSERT_EQ(other->SetString(theirs, "CODE", "NEW"), AE_SUCCESS);
+    ASSERT_EQ(other->SetString(theirs, "NAME", "Abel"), AE_SUCCESS);
+    ASSERT_EQ(other->GotoTop(theirs), AE_SUCCESS);  // writes the record
+
+    EXPECT_EQ(InOrder(*one, mine, "NAME"),
+              (std::vector<std::string>{"NEW Abel", "SECRETCODE Bartholomew",
+                                        "SECRETCODE Charlemagne", "OTHER Zacharias"}));
+    Handle index = 0;
+    ASSERT_EQ(one->GetIndexHandle(mine, "NAME", index), AE_SUCCESS);
+    std::uint32_t keys = 0;
+    ASSERT_EQ(one->GetKeyCount(index, ADS_RESPECTFILTERS, keys), AE_SUCCESS);
+    EXPECT_EQ(keys, 4u);
 }
 
 TEST_F(EncryptedSqlTableTest, APostgreSQLServerShowsNoPlaintext) {
