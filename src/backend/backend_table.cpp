@@ -65,7 +65,8 @@ Status BackendTable::Refresh() {
 }
 
 Status BackendTable::BeginEdit() {
-    if (atEof_) return AE_NO_CURRENT_RECORD;
+    // A record of a table not opened with its password cannot be read, nor changed.
+    if (atEof_ || store_.locked()) return AE_NO_CURRENT_RECORD;
     if (readOnly()) return AE_TABLE_READONLY;
     if (dirty_) return AE_SUCCESS;
     if (!exclusive() && !tableLocked_ && !lockedRecords_.contains(current_.recno)) {

@@ -262,7 +262,7 @@ SqlValue TableStore::UniqueKeyValue(std::size_t tag, const std::string& key, std
 }
 
 std::optional<StoredRow> TableStore::Read(std::uint32_t recno) {
-    if (locked()) return std::nullopt;
+    // A row of a table not opened with its password reads as a blank record.
     SqlValue parameters[] = {static_cast<std::int64_t>(recno)};
     auto rows = session_.Query("SELECT " + SelectList({}) + " FROM " + table_ + " WHERE recno = ?",
                                parameters);
@@ -433,7 +433,8 @@ std::vector<StoredRow> TableStore::WalkOpened(const WalkLimits& limits, bool for
 
 std::uint32_t TableStore::CountRows(const WalkLimits& limits,
                                     const std::optional<StoredRow>& before) {
-    if (mark_) {
+    // Without the password, rows are still counted in record order (by their plain columns).
+    if (mark_ && (cipher_ || limits.tag)) {
         const std::vector<OpenedRef> rows = OpenedRows(limits);
         if (!before) return static_cast<std::uint32_t>(rows.size());
         return static_cast<std::uint32_t>(

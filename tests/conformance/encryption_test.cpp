@@ -63,6 +63,18 @@ TEST_P(EncryptionConformance, APasswordOpensTheTableAndNothingElseDoes) {
     EXPECT_EQ(ops->EnableEncryption(t, ""), AE_INVALID_PASSWORD);
     ASSERT_EQ(ops->GotoTop(t), AE_SUCCESS);
     EXPECT_TRUE(AtEof(t));
+    // A record asked for by number is there, blank, and cannot be changed; the records are
+    // counted.
+    ASSERT_EQ(ops->GotoRecord(t, 2), AE_SUCCESS);
+    EXPECT_FALSE(AtEof(t));
+    EXPECT_EQ(RecordNumber(t), 2u);
+    EXPECT_EQ(Text(t, "CODE"), "");
+    EXPECT_EQ(ops->SetString(t, "CODE", "x"), AE_NO_CURRENT_RECORD);
+    for (const std::uint16_t filters : {ADS_IGNOREFILTERS, ADS_RESPECTFILTERS}) {
+        std::uint32_t count = 0;
+        ASSERT_EQ(ops->GetRecordCount(t, filters, count), AE_SUCCESS);
+        EXPECT_EQ(count, 3u) << filters;
+    }
 
     ASSERT_EQ(ops->EnableEncryption(t, "pass phrase"), AE_SUCCESS);
     EXPECT_EQ(Walk(t), (std::vector<std::uint32_t>{1, 2, 3}));
