@@ -37,12 +37,13 @@ set(engine_public
     engine/field_list_types.hpp)
 # What the SQL backend shares with the engine besides: field layouts and value codecs, key
 # encoding, expressions, the engine-wide settings and error texts, SQL statements and data
-# dictionaries, so that both answer alike.
+# dictionaries, and the cipher of encrypted tables, so that both answer alike.
 set(engine_shared_with_backend
     engine/dbf/field.hpp engine/dbf/field_codec.hpp engine/dbf/field_list.hpp
     engine/expr/expression.hpp engine/cdx/index_key.hpp engine/cursor/engine_settings.hpp
     engine/cursor/record_functions.hpp engine/field_type_code.hpp engine/error_text.hpp
-    engine/sql/statement_registry.hpp engine/dictionary/data_dictionary.hpp)
+    engine/sql/statement_registry.hpp engine/dictionary/data_dictionary.hpp
+    engine/crypt/encryption_mark.hpp engine/crypt/file_cipher.hpp)
 
 if(NOT DEFINED rank_${LAYER})
     message(FATAL_ERROR "layer ${LAYER} has no rank in cmake/CheckLayerIncludes.cmake")

@@ -65,7 +65,8 @@ Status BackendTable::Refresh() {
 }
 
 Status BackendTable::BeginEdit() {
-    if (atEof_) return AE_NO_CURRENT_RECORD;
+    // A record of a table not opened with its password cannot be read, nor changed.
+    if (atEof_ || store_.locked()) return AE_NO_CURRENT_RECORD;
     if (readOnly()) return AE_TABLE_READONLY;
     if (dirty_) return AE_SUCCESS;
     if (!exclusive() && !tableLocked_ && !lockedRecords_.contains(current_.recno)) {
@@ -90,6 +91,7 @@ Status BackendTable::Commit() {
 
 Status BackendTable::Append() {
     if (readOnly()) return AE_TABLE_READONLY;
+    if (store_.locked()) return AE_ENCRYPTION_NOT_ENABLED;
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     StoredRow row;
     row.record = layout_.BlankRecord();
@@ -156,6 +158,7 @@ std::uint32_t BackendTable::CountBefore(Order order) {
 Status BackendTable::Pack() {
     if (!exclusive()) return AE_TABLE_NOT_EXCLUSIVE;
     if (readOnly()) return AE_TABLE_READONLY;
+    if (store_.locked()) return AE_ENCRYPTION_NOT_ENABLED;
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     store_.Pack();
     MoveToEof();
@@ -173,6 +176,7 @@ Status BackendTable::Zap() {
 
 Status BackendTable::CopyFrom(BackendTable& from, bool respectFilters) {
     if (readOnly()) return AE_TABLE_READONLY;
+    if (store_.locked()) return AE_ENCRYPTION_NOT_ENABLED;
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     if (Status status = from.Commit(); status != AE_SUCCESS) return status;
     // Fields of the same name and type carry over; others stay blank. Copies are new, undeleted
@@ -208,6 +212,22 @@ Status BackendTable::CopyFrom(BackendTable& from, bool respectFilters) {
     }
     transaction.Commit();
     return AE_SUCCESS;
+}
+
+// --- encryption
+
+Status BackendTable::Unlock(std::shared_ptr<const engine::crypt::FileCipher> cipher) {
+    store_.Unlock(std::move(cipher));
+    return GotoTop({});
+}
+
+Status BackendTable::Recode(std::shared_ptr<const engine::crypt::FileCipher> cipher,
+                            const engine::crypt::EncryptionMark* mark) {
+    if (readOnly()) return AE_TABLE_READONLY;
+    if (!exclusive()) return AE_TABLE_NOT_EXCLUSIVE;
+    if (Status status = Commit(); status != AE_SUCCESS) return status;
+    store_.Recode(std::move(cipher), mark);
+    return Refresh();
 }
 
 // --- locks

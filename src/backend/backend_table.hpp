@@ -100,6 +100,14 @@ class BackendTable final : public engine::cursor::RecordFunctions {
     // The current record's key for the tag; no value when its FOR condition excludes it.
     std::optional<std::string> CurrentKey(std::size_t tag) const;
 
+    // --- encryption (sealed rows, see TableStore)
+    // Opens an encrypted table with the cipher of its password, and goes to its top.
+    [[nodiscard]] Status Unlock(std::shared_ptr<const engine::crypt::FileCipher> cipher);
+    // Writes the whole table anew, encrypted under `cipher` with `mark`, or plain without a
+    // mark; only while it is open exclusively.
+    [[nodiscard]] Status Recode(std::shared_ptr<const engine::crypt::FileCipher> cipher,
+                                const engine::crypt::EncryptionMark* mark);
+
     // --- locks (record 0: the current record)
     [[nodiscard]] Status LockRecord(std::uint32_t record);
     [[nodiscard]] Status UnlockRecord(std::uint32_t record);

@@ -194,6 +194,7 @@ void BackendTable::ClearAof() {
 // --- indexes
 
 Status BackendTable::AddTag(IndexTag tag) {
+    if (store_.locked()) return AE_ENCRYPTION_NOT_ENABLED;
     if (Status status = Commit(); status != AE_SUCCESS) return status;
     if (auto existing = layout_.TagIndex(tag.name)) {
         store_.RemoveTag(layout_.tags[*existing]);

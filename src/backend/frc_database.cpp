@@ -31,8 +31,11 @@ Status FRCDatabase::Report(Status status, std::string message) {
 }
 
 Handle FRCDatabase::NewHandle() {
-    // Handles are never reused within a session, so a stale one is never someone else's.
-    if (issued_ + 1 >= kBackendHandleRange) return 0;
+    // Handles are never reused within a session, so a stale one is never someone else's; they
+    // stay within the backend's range, which ends below the engine's handles.
+    if (issued_ + 1 >= kBackendHandleRange ||
+        handleStart_ + issued_ + 1 >= engine::kEngineHandleStart)
+        return 0;
     return handleStart_ + ++issued_;
 }
 
@@ -95,6 +98,11 @@ Handle FRCDatabase::IndexHandleFor(Handle table, const std::string& tag) {
 
 Status FRCDatabase::Connect(std::string_view path, std::uint16_t serverType, Handle& connection) {
     return Guarded([&] {
+        // Archive slot 4 has a backend for the settings and the error texts, and no range.
+        if (handleStart_ >= engine::kEngineHandleStart)
+            return Report(AE_ALLOCATION_FAILED, "this backend owns no handle range: handles from " +
+                                                    std::to_string(handleStart_) +
+                                                    " are the engine's");
         std::string problem;
         auto target = ParseConnectionPath(path, problem);
         if (!target) return Report(AE_INVALID_PATH, problem);
@@ -106,7 +114,7 @@ Status FRCDatabase::Connect(std::string_view path, std::uint16_t serverType, Han
         added->serverType = serverType;
         added->session = dialect->Open(*target);
         added->target = std::move(*target);
-        TableStore::EnsureCatalog(*added->session);
+        TableStore::EnsureCatalog(*added->session, *dialect);
         Handle handle = NewHandle();
         if (handle == 0) return Report(AE_ALLOCATION_FAILED, "no handles left");
         connections_[handle] = std::move(added);

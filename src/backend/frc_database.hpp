@@ -11,8 +11,8 @@
 // A data dictionary is the engine's dictionary file, beside the dossier; connecting through it
 // logs its user in and reaches the database of its folder, and its views serve statements.
 //
-// Not offered (AE_NOT_IMPLEMENTED): encryption; a SQL dossier keeps its data in the database's
-// own care.
+// An encrypted table keeps its rows sealed with its password's key, as the engine's cipher
+// seals a table file (see TableStore).
 
 #include <map>
 #include <memory>
@@ -76,6 +76,7 @@ class FRCDatabase final : public SqlBackend {
         std::uint32_t handleLong = 0;
         std::unique_ptr<BackendTable> table;
         Handle activeIndex = 0;  // the order its users set (ActiveIndexHandle)
+        std::string password;    // the one given to this handle (EnableEncryption)
     };
     struct IndexEntry {
         Handle table = 0;

@@ -59,7 +59,7 @@ Status FRCDatabase::OpenByName(Handle connection, std::string_view given, std::s
     Handle handle = NewHandle();
     if (handle == 0) return Report(AE_ALLOCATION_FAILED, "no handles left");
     tables_[handle] =
-        OpenTableEntry{connection, tableAlias, FileNameOf(name), 0, std::move(opened)};
+        OpenTableEntry{connection, tableAlias, FileNameOf(name), 0, std::move(opened), 0, {}};
     table = handle;
     return AE_SUCCESS;
 }
@@ -410,11 +410,11 @@ Status FRCDatabase::TableCopy(Handle connection, std::string_view from, std::str
         copy.tags.clear();
         TableStore::Create(*open->session, *open->dialect, copy);
         TableStore store(*open->session, *open->dialect, copy);
-        store.CopyRowsFrom(*layout);
         for (std::size_t i = 0; i < layout->tags.size(); ++i) {
             copy.tags.push_back(layout->tags[i]);
             store.AddTag(copy.tags.back(), i);
         }
+        store.CopyRowsFrom(TableStore(*open->session, *open->dialect, *layout));
         transaction.Commit();
         return AE_SUCCESS;
     });

@@ -13,7 +13,8 @@ namespace {
 
 // The catalog a connection creates in a schema as soon as it connects; an empty one in the
 // target is replaced by the staged one.
-constexpr const char* kCatalogTables[] = {"fnrk_table", "fnrk_tag", "fnrk_lock", "fnrk_open"};
+constexpr const char* kCatalogTables[] = {"fnrk_table", "fnrk_tag", "fnrk_crypt", "fnrk_lock",
+                                          "fnrk_open"};
 
 ConnectionTarget TargetOf(std::string_view connectionPath) {
     std::string error;
@@ -21,6 +22,17 @@ ConnectionTarget TargetOf(std::string_view connectionPath) {
     if (!target) throw SqlFailure(error);
     if (target->schema.empty()) target->schema = "public";
     return *target;
+}
+
+constexpr std::string_view kStagingPrefix = "fnrk_copying_";
+
+// Takes (or, with !take, gives back) the claim on a staging schema; false when another holds it.
+bool Claim(SqlSession& session, const std::string& staging, bool take) {
+    SqlValue parameters[] = {staging};
+    const auto rows = session.Query(take ? "SELECT pg_try_advisory_lock(hashtext(?))"
+                                         : "SELECT pg_advisory_unlock(hashtext(?))",
+                                    parameters);
+    return !rows.empty() && rows[0][0] == SqlValue(std::int64_t{1});
 }
 
 std::vector<std::string> TablesOf(SqlSession& session, const std::string& schema) {
@@ -52,6 +64,29 @@ void PublishStagedSchema(std::string_view connectionPath, const std::string& sta
                         " SET SCHEMA " + into);
     session.Execute("DROP SCHEMA " + QuotedName(staging));
     transaction.Commit();
+}
+
+StagedSchemaClaim::StagedSchemaClaim(std::string_view connectionPath, const std::string& staging)
+    : session_(std::make_unique<PostgresSession>(TargetOf(connectionPath))) {
+    if (!Claim(*session_, staging, true)) throw SqlFailure("another copy is building " + staging);
+}
+
+StagedSchemaClaim::~StagedSchemaClaim() = default;  // the connection's end gives the claim back
+
+void DropAbandonedStagedSchemas(std::string_view connectionPath) {
+    PostgresSession session(TargetOf(connectionPath));
+    SqlValue pattern[] = {std::string(kStagingPrefix.substr(0, 4)) + "%"};
+    for (const SqlRow& row :
+         session.Query("SELECT nspname FROM pg_namespace WHERE nspname LIKE ?", pattern)) {
+        const auto& staging = std::get<std::string>(row.at(0));
+        const std::string_view id = std::string_view(staging).substr(kStagingPrefix.size());
+        if (!staging.starts_with(kStagingPrefix) || id.empty() ||
+            id.find_first_not_of("0123456789") != std::string_view::npos)
+            continue;                                  // not a name a copy gives
+        if (!Claim(session, staging, true)) continue;  // its copy runs
+        session.Execute("DROP SCHEMA IF EXISTS " + QuotedName(staging) + " CASCADE");
+        Claim(session, staging, false);
+    }
 }
 
 void DropStagedSchema(std::string_view connectionPath, const std::string& staging) {

@@ -1,8 +1,10 @@
 #include "backend/table_store.hpp"
 
+#include <algorithm>
 #include <set>
 
 #include "backend/column_codec.hpp"
+#include "backend/sealed_row.hpp"
 #include "engine/dbf/field_list.hpp"
 #include "platform/text.hpp"
 
@@ -50,8 +52,16 @@ std::string RecordOf(const StoredRow& row) {
     return record;
 }
 
-SqlValue KeyValue(const std::optional<std::string>& key) {
-    return key ? SqlValue(Blob{*key}) : SqlValue(std::monostate{});
+// What a sealed row's key column holds while the row is in the tag.
+const Blob kInTag{"+"};
+
+// Whether row a comes before row b in the walk of `limits` (keys of its tag, record numbers).
+bool Ahead(const WalkLimits& limits, const TableLayout& layout, const std::string& aKey,
+           std::uint32_t aRecno, const std::string& bKey, std::uint32_t bRecno) {
+    if (!limits.tag) return aRecno < bRecno;
+    const bool descending = layout.tags[*limits.tag].descending();
+    if (aKey != bKey) return descending ? aKey > bKey : aKey < bKey;
+    return descending ? aRecno > bRecno : aRecno < bRecno;
 }
 
 }  // namespace
@@ -61,9 +71,13 @@ std::string KeyColumn(const IndexTag& tag) {
 }
 
 TableStore::TableStore(SqlSession& session, const SqlDialect& dialect, const TableLayout& layout)
-    : session_(session), dialect_(dialect), layout_(layout), table_(DataTable(layout.name)) {}
+    : session_(session),
+      dialect_(dialect),
+      layout_(layout),
+      table_(DataTable(layout.name)),
+      mark_(ReadMark(session, layout.name)) {}
 
-void TableStore::EnsureCatalog(SqlSession& session) {
+void TableStore::EnsureCatalog(SqlSession& session, const SqlDialect& dialect) {
     // In a transaction: workstations that connect at once must not both create them.
     SqlTransaction transaction(session);
     session.Execute(
@@ -72,6 +86,9 @@ void TableStore::EnsureCatalog(SqlSession& session) {
         "CREATE TABLE IF NOT EXISTS fnrk_tag(table_name TEXT NOT NULL, tag TEXT NOT NULL, "
         "expression TEXT NOT NULL, condition TEXT NOT NULL, options INTEGER NOT NULL, "
         "position INTEGER NOT NULL, PRIMARY KEY(table_name, tag))");
+    session.Execute("CREATE TABLE IF NOT EXISTS fnrk_crypt(table_name TEXT PRIMARY KEY, mark " +
+                    std::string(dialect.TypeName(ColumnKind::Bytes)) +
+                    " NOT NULL, changes INTEGER NOT NULL DEFAULT 0)");
     transaction.Commit();
 }
 
@@ -130,12 +147,17 @@ void TableStore::Drop(SqlSession& session, const std::string& name) {
     SqlValue parameters[] = {name};
     session.Execute("DELETE FROM fnrk_table WHERE name = ?", parameters);
     session.Execute("DELETE FROM fnrk_tag WHERE table_name = ?", parameters);
+    WriteMark(session, name, nullptr);
     transaction.Commit();
 }
 
 std::string TableStore::SelectList(const WalkLimits& limits) const {
     std::string list = "recno, deleted";
-    for (const auto& field : layout_.fields) list += ", " + FieldColumn(field);
+    if (mark_) {
+        list += ", sealed";
+    } else {
+        for (const auto& field : layout_.fields) list += ", " + FieldColumn(field);
+    }
     if (limits.tag) list += ", " + KeyColumn(layout_.tags[*limits.tag]);
     return list;
 }
@@ -147,6 +169,11 @@ StoredRow TableStore::RowFrom(const SqlRow& columns, bool withKey) const {
     row.record = layout_.BlankRecord();
     row.record[0] = row.deleted ? '*' : ' ';
     row.memos.resize(layout_.fields.size());
+    if (withKey) row.key = AsBytes(columns[FirstKeyColumn()]);
+    if (mark_) {
+        if (cipher_) OpenRow(*cipher_, AsBytes(columns[2]), row.record, row.memos);
+        return row;
+    }
     for (std::size_t i = 0; i < layout_.fields.size(); ++i) {
         const auto& field = layout_.fields[i];
         if (engine::dbf::IsMemoType(field.type)) {
@@ -156,19 +183,29 @@ StoredRow TableStore::RowFrom(const SqlRow& columns, bool withKey) const {
             StoreColumn(columns[i + 2], field, row.record);
         }
     }
-    if (withKey) row.key = AsBytes(columns[layout_.fields.size() + 2]);
     return row;
+}
+
+std::size_t TableStore::FirstKeyColumn() const {
+    return mark_ ? 3 : layout_.fields.size() + 2;
+}
+
+SqlValue TableStore::StoredKey(const std::optional<std::string>& key) const {
+    if (!key) return std::monostate{};
+    return mark_ ? kInTag : Blob{*key};
 }
 
 std::vector<SqlValue> TableStore::ColumnValues(const StoredRow& row,
                                                std::vector<SqlValue> keys) const {
     const std::string record = RecordOf(row);
     std::vector<SqlValue> values;
-    values.reserve(layout_.fields.size() + layout_.tags.size() + 2);
+    values.reserve(layout_.fields.size() + layout_.tags.size() + 3);
     values.push_back(static_cast<std::int64_t>(row.deleted ? 1 : 0));
     for (std::size_t i = 0; i < layout_.fields.size(); ++i) {
         const auto& field = layout_.fields[i];
-        if (engine::dbf::IsMemoType(field.type)) {
+        if (mark_) {
+            values.emplace_back(std::monostate{});
+        } else if (engine::dbf::IsMemoType(field.type)) {
             values.push_back(i < row.memos.size() && !row.memos[i].empty()
                                  ? SqlValue(Blob{row.memos[i]})
                                  : SqlValue(std::monostate{}));
@@ -177,6 +214,12 @@ std::vector<SqlValue> TableStore::ColumnValues(const StoredRow& row,
         }
     }
     for (auto& key : keys) values.push_back(std::move(key));
+    if (mark_) {
+        if (!cipher_) throw SqlFailure("an encrypted table is written without its password");
+        std::vector<std::string> memos = row.memos;
+        memos.resize(layout_.fields.size());
+        values.emplace_back(Blob{SealRow(*cipher_, record, memos)});
+    }
     values.push_back(static_cast<std::int64_t>(row.recno));
     return values;
 }
@@ -184,36 +227,42 @@ std::vector<SqlValue> TableStore::ColumnValues(const StoredRow& row,
 std::vector<SqlValue> TableStore::KeyValues(const StoredRow& row, const SqlRow* before) {
     const std::string record = RecordOf(row);
     const std::string oldRecord = before ? RowFrom(*before, false).record : std::string();
-    const std::size_t firstKeyColumn = layout_.fields.size() + 2;
+    const std::size_t firstKeyColumn = FirstKeyColumn();
     std::vector<SqlValue> keys;
     keys.reserve(layout_.tags.size());
     for (std::size_t i = 0; i < layout_.tags.size(); ++i) {
         const IndexTag& tag = layout_.tags[i];
         auto key = KeyOf(tag, record, row.recno);
         if (!key || !tag.unique()) {
-            keys.push_back(KeyValue(key));
+            keys.push_back(StoredKey(key));
         } else if (before && KeyOf(tag, oldRecord, row.recno) == key) {
             // An unchanged key leaves the record where it was: in the tag or kept out of it.
             keys.push_back((*before)[firstKeyColumn + i]);
         } else {
-            keys.push_back(UniqueKeyValue(tag, *key, row.recno));
+            keys.push_back(UniqueKeyValue(i, *key, row.recno));
         }
     }
     return keys;
 }
 
-SqlValue TableStore::UniqueKeyValue(const IndexTag& tag, const std::string& key,
-                                    std::uint32_t recno) {
-    SqlValue parameters[] = {Blob{key}, static_cast<std::int64_t>(recno)};
-    const bool held = !session_
-                           .Query("SELECT 1 FROM " + table_ + " WHERE " + KeyColumn(tag) +
-                                      " = ? AND recno <> ? LIMIT 1",
-                                  parameters)
-                           .empty();
-    return held ? SqlValue(std::monostate{}) : SqlValue(Blob{key});
+SqlValue TableStore::UniqueKeyValue(std::size_t tag, const std::string& key, std::uint32_t recno) {
+    bool held = false;
+    if (mark_) {
+        const WalkLimits holders{tag, true, key, key};
+        for (const OpenedRef& row : OpenedRows(holders)) held = held || row.row->recno != recno;
+    } else {
+        SqlValue parameters[] = {Blob{key}, static_cast<std::int64_t>(recno)};
+        held = !session_
+                    .Query("SELECT 1 FROM " + table_ + " WHERE " + KeyColumn(layout_.tags[tag]) +
+                               " = ? AND recno <> ? LIMIT 1",
+                           parameters)
+                    .empty();
+    }
+    return held ? SqlValue(std::monostate{}) : StoredKey(key);
 }
 
 std::optional<StoredRow> TableStore::Read(std::uint32_t recno) {
+    // A row of a table not opened with its password reads as a blank record.
     SqlValue parameters[] = {static_cast<std::int64_t>(recno)};
     auto rows = session_.Query("SELECT " + SelectList({}) + " FROM " + table_ + " WHERE recno = ?",
                                parameters);
@@ -240,21 +289,29 @@ std::uint32_t TableStore::Append(const StoredRow& row) {
         columns += ", " + KeyColumn(tag);
         marks += ", ?";
     }
+    if (mark_) {
+        columns += ", sealed";
+        marks += ", ?";
+    }
     session_.Execute("INSERT INTO " + table_ + "(" + columns + ", recno) VALUES (" + marks + ", ?)",
                      ColumnValues(added, KeyValues(added, nullptr)));
+    Changed();
     transaction.Commit();
     return added.recno;
 }
 
-void TableStore::Write(const StoredRow& row) {
-    SqlTransaction transaction(session_);
+std::string TableStore::UpdateStatement() const {
     std::string assignments = "deleted = ?";
     for (const auto& field : layout_.fields) assignments += ", " + FieldColumn(field) + " = ?";
+    for (const auto& tag : layout_.tags) assignments += ", " + KeyColumn(tag) + " = ?";
+    if (mark_) assignments += ", sealed = ?";
+    return "UPDATE " + table_ + " SET " + assignments + " WHERE recno = ?";
+}
+
+void TableStore::Write(const StoredRow& row) {
+    SqlTransaction transaction(session_);
     std::string keyColumns;
-    for (const auto& tag : layout_.tags) {
-        assignments += ", " + KeyColumn(tag) + " = ?";
-        keyColumns += ", " + KeyColumn(tag);
-    }
+    for (const auto& tag : layout_.tags) keyColumns += ", " + KeyColumn(tag);
     // A unique tag's upkeep needs the row as it was, with the keys it holds.
     std::vector<SqlRow> before;
     if (HasUniqueTag(layout_)) {
@@ -263,8 +320,9 @@ void TableStore::Write(const StoredRow& row) {
             "SELECT " + SelectList({}) + keyColumns + " FROM " + table_ + " WHERE recno = ?",
             parameters);
     }
-    session_.Execute("UPDATE " + table_ + " SET " + assignments + " WHERE recno = ?",
+    session_.Execute(UpdateStatement(),
                      ColumnValues(row, KeyValues(row, before.empty() ? nullptr : &before[0])));
+    Changed();
     transaction.Commit();
 }
 
@@ -292,8 +350,98 @@ std::string Conditions(const WalkLimits& limits, const TableLayout& layout,
 
 }  // namespace
 
+const TableStore::OpenedTable& TableStore::Opened() {
+    SqlValue name[] = {layout_.name};
+    const auto counted =
+        session_.Query("SELECT changes FROM fnrk_crypt WHERE table_name = ?", name);
+    const std::int64_t changes = counted.empty() ? 0 : AsInteger(counted[0][0]);
+    if (opened_ && opened_->changes == changes) return *opened_;
+    OpenedTable fresh;
+    fresh.changes = changes;
+    std::string keyColumns;
+    for (const auto& tag : layout_.tags) keyColumns += ", " + KeyColumn(tag);
+    for (const SqlRow& columns : session_.Query("SELECT " + SelectList({}) + keyColumns + " FROM " +
+                                                table_ + " ORDER BY recno")) {
+        StoredRow row = RowFrom(columns, false);
+        // The keys are in the sealed rows only: the database tells which rows are in a tag.
+        auto& keys = fresh.keys.emplace_back();
+        for (std::size_t i = 0; i < layout_.tags.size(); ++i) {
+            keys.push_back(std::holds_alternative<std::monostate>(columns[FirstKeyColumn() + i])
+                               ? std::nullopt
+                               : KeyOf(layout_.tags[i], RecordOf(row), row.recno));
+        }
+        fresh.rows.push_back(std::move(row));
+    }
+    opened_ = std::move(fresh);
+    return *opened_;
+}
+
+void TableStore::Changed() {
+    if (!mark_) return;
+    SqlValue name[] = {layout_.name};
+    session_.Execute("UPDATE fnrk_crypt SET changes = changes + 1 WHERE table_name = ?", name);
+    opened_.reset();
+}
+
+std::vector<TableStore::OpenedRef> TableStore::OpenedRows(const WalkLimits& limits) {
+    std::vector<OpenedRef> found;
+    if (!cipher_) return found;
+    static const std::string kNoKey;
+    const OpenedTable& table = Opened();
+    for (std::size_t i = 0; i < table.rows.size(); ++i) {
+        const StoredRow& row = table.rows[i];
+        if (row.deleted && !limits.includeDeleted) continue;
+        const std::string* key = &kNoKey;
+        if (limits.tag) {
+            const auto& inTag = table.keys[i][*limits.tag];
+            if (!inTag || (limits.low && *inTag < *limits.low) ||
+                (limits.high && *inTag > *limits.high))
+                continue;
+            key = &*inTag;
+        }
+        found.push_back({&row, key});
+    }
+    return found;
+}
+
+std::vector<StoredRow> TableStore::WalkOpened(const WalkLimits& limits, bool forward,
+                                              const std::optional<StoredRow>& from, int limit) {
+    std::vector<OpenedRef> rows = OpenedRows(limits);
+    auto inWalk = [&](const std::string& aKey, std::uint32_t aRecno, const std::string& bKey,
+                      std::uint32_t bRecno) {
+        return forward ? Ahead(limits, layout_, aKey, aRecno, bKey, bRecno)
+                       : Ahead(limits, layout_, bKey, bRecno, aKey, aRecno);
+    };
+    if (from) {
+        std::erase_if(rows, [&](const OpenedRef& row) {
+            return !inWalk(from->key, from->recno, *row.key, row.row->recno);
+        });
+    }
+    const auto count = std::min(rows.size(), static_cast<std::size_t>(std::max(limit, 0)));
+    std::partial_sort(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(count), rows.end(),
+                      [&](const OpenedRef& a, const OpenedRef& b) {
+                          return inWalk(*a.key, a.row->recno, *b.key, b.row->recno);
+                      });
+    std::vector<StoredRow> walked;
+    walked.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        walked.push_back(*rows[i].row);
+        walked.back().key = *rows[i].key;
+    }
+    return walked;
+}
+
 std::uint32_t TableStore::CountRows(const WalkLimits& limits,
                                     const std::optional<StoredRow>& before) {
+    // Without the password, rows are still counted in record order (by their plain columns).
+    if (mark_ && (cipher_ || limits.tag)) {
+        const std::vector<OpenedRef> rows = OpenedRows(limits);
+        if (!before) return static_cast<std::uint32_t>(rows.size());
+        return static_cast<std::uint32_t>(
+            std::count_if(rows.begin(), rows.end(), [&](const OpenedRef& row) {
+                return Ahead(limits, layout_, *row.key, row.row->recno, before->key, before->recno);
+            }));
+    }
     std::vector<SqlValue> parameters;
     parameters.reserve(4);
     std::string where = Conditions(limits, layout_, parameters);
@@ -313,6 +461,7 @@ std::uint32_t TableStore::CountRows(const WalkLimits& limits,
 
 std::vector<StoredRow> TableStore::Walk(const WalkLimits& limits, bool forward,
                                         const std::optional<StoredRow>& from, int limit) {
+    if (mark_) return WalkOpened(limits, forward, from, limit);
     std::vector<SqlValue> parameters;
     parameters.reserve(5);
     std::string where = Conditions(limits, layout_, parameters);
@@ -347,6 +496,7 @@ std::vector<StoredRow> TableStore::Walk(const WalkLimits& limits, bool forward,
 
 void TableStore::AddTag(const IndexTag& tag, std::size_t position) {
     SqlTransaction transaction(session_);
+    opened_.reset();  // made for the tags as they were
     std::string key = KeyColumn(tag);
     session_.Execute("ALTER TABLE " + table_ + " ADD COLUMN " + key + " " +
                      std::string(dialect_.TypeName(ColumnKind::Bytes)));
@@ -363,6 +513,7 @@ void TableStore::AddTag(const IndexTag& tag, std::size_t position) {
         "INSERT INTO fnrk_tag(table_name, tag, expression, condition, options, position) "
         "VALUES (?, ?, ?, ?, ?, ?)",
         parameters);
+    Changed();
     transaction.Commit();
 }
 
@@ -378,7 +529,7 @@ void TableStore::FillKeys(const IndexTag& tag) {
         for (auto& row : rows) {
             auto key = KeyOf(tag, row.record, row.recno);
             if (key && tag.unique() && !given.insert(*key).second) key.reset();
-            SqlValue parameters[] = {KeyValue(key), static_cast<std::int64_t>(row.recno)};
+            SqlValue parameters[] = {StoredKey(key), static_cast<std::int64_t>(row.recno)};
             session_.Execute(update, parameters);
         }
         last = rows.back();
@@ -391,6 +542,7 @@ void TableStore::RemoveTag(const IndexTag& tag) {
     session_.Execute("ALTER TABLE " + table_ + " DROP COLUMN " + KeyColumn(tag));
     SqlValue parameters[] = {layout_.name, tag.name};
     session_.Execute("DELETE FROM fnrk_tag WHERE table_name = ? AND tag = ?", parameters);
+    opened_.reset();
     transaction.Commit();
 }
 
@@ -410,23 +562,83 @@ void TableStore::Pack() {
         }
         ++next;
     }
+    Changed();  // the rows the keys are made from
     // Keys made of record numbers follow the new ones; unique tags are built anew, as a reindex
     // after packing a table file does.
     for (const auto& tag : layout_.tags) {
         if ((renumbered && MentionsRecno(tag)) || tag.unique()) FillKeys(tag);
     }
+    Changed();
     transaction.Commit();
 }
 
-void TableStore::CopyRowsFrom(const TableLayout& source) {
+void TableStore::CopyRowsFrom(const TableStore& source) {
     std::string columns = "recno, deleted";
     for (const auto& field : layout_.fields) columns += ", " + FieldColumn(field);
+    for (const auto& tag : layout_.tags) columns += ", " + KeyColumn(tag);
+    if (source.mark_) {
+        AddSealedColumn();
+        WriteMark(session_, layout_.name, &*source.mark_);
+        mark_ = source.mark_;
+        cipher_ = source.cipher_;
+        columns += ", sealed";
+    }
     session_.Execute("INSERT INTO " + table_ + "(" + columns + ") SELECT " + columns + " FROM " +
-                     DataTable(source.name));
+                     source.table_);
+}
+
+void TableStore::AddSealedColumn() {
+    session_.Execute("ALTER TABLE " + table_ + " ADD COLUMN sealed " +
+                     std::string(dialect_.TypeName(ColumnKind::Bytes)));
+}
+
+void TableStore::Recode(std::shared_ptr<const engine::crypt::FileCipher> cipher,
+                        const engine::crypt::EncryptionMark* mark) {
+    SqlTransaction transaction(session_);
+    std::string keyColumns;
+    for (const auto& tag : layout_.tags) keyColumns += ", " + KeyColumn(tag);
+    const auto stored = session_.Query("SELECT " + SelectList({}) + keyColumns + " FROM " + table_ +
+                                       " ORDER BY recno");
+    std::vector<StoredRow> rows;
+    std::vector<std::vector<bool>> inTags;
+    for (const SqlRow& columns : stored) {
+        rows.push_back(RowFrom(columns, false));
+        std::vector<bool>& in = inTags.emplace_back();
+        for (std::size_t i = 0; i < layout_.tags.size(); ++i)
+            in.push_back(!std::holds_alternative<std::monostate>(columns[FirstKeyColumn() + i]));
+    }
+    const auto wasMark = mark_;
+    const auto wasCipher = cipher_;
+    try {
+        if (!wasMark && mark) AddSealedColumn();
+        mark_ = mark ? std::optional(*mark) : std::nullopt;
+        cipher_ = std::move(cipher);
+        WriteMark(session_, layout_.name, mark);
+        const std::string update = UpdateStatement();
+        for (std::size_t r = 0; r < rows.size(); ++r) {
+            std::vector<SqlValue> keys;
+            for (std::size_t i = 0; i < layout_.tags.size(); ++i) {
+                keys.push_back(inTags[r][i] ? StoredKey(KeyOf(layout_.tags[i], RecordOf(rows[r]),
+                                                              rows[r].recno))
+                                            : SqlValue(std::monostate{}));
+            }
+            session_.Execute(update, ColumnValues(rows[r], std::move(keys)));
+        }
+        if (wasMark && !mark) session_.Execute("ALTER TABLE " + table_ + " DROP COLUMN sealed");
+        Changed();
+        transaction.Commit();
+    } catch (...) {
+        mark_ = wasMark;
+        cipher_ = wasCipher;
+        throw;
+    }
 }
 
 void TableStore::Zap() {
+    SqlTransaction transaction(session_);
     session_.Execute("DELETE FROM " + table_);
+    Changed();
+    transaction.Commit();
 }
 
 }  // namespace fnrk::backend

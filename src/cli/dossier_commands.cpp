@@ -1,6 +1,7 @@
-// fennrick dossier copy FROM TO: every table of a dossier, with its tags, between a folder of
-// table files, a SQLite database (sqlite:PATH) and a PostgreSQL database (postgresql://... or a
-// libpq connection string).
+// fennrick dossier copy FROM TO [--password-file F]: every table of a dossier, with its tags,
+// between a folder of table files, a SQLite database (sqlite:PATH) and a PostgreSQL database
+// (postgresql://... or a libpq connection string). Encrypted tables need the dossier's password
+// (the first line of F) and stay encrypted with it.
 
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <string>
 
 #include "cli/command_registry.hpp"
+#include "cli/password_file.hpp"
 #include "tables/dossier_copy.hpp"
 #include "tables/shared_tables.hpp"
 
@@ -19,6 +21,7 @@ namespace {
 struct CopyOptions {
     std::string from;
     std::string to;
+    std::string passwordFile;
 };
 
 tables::DossierPlace PlaceOf(const std::string& text) {
@@ -41,9 +44,11 @@ void ShowProgress(const std::string& table, std::size_t done, std::size_t total)
 void Copy(const CopyOptions& options) {
     const tables::DossierPlace from = PlaceOf(options.from);
     const tables::DossierPlace to = PlaceOf(options.to);
+    const std::string password =
+        options.passwordFile.empty() ? std::string() : ReadPasswordFile(options.passwordFile);
     std::string error;
     const bool terminal = ::isatty(STDERR_FILENO) != 0;
-    if (tables::CopyDossier(tables::SharedSqlDatabase(), from, to,
+    if (tables::CopyDossier(tables::SharedSqlDatabase(), from, to, password,
                             terminal ? tables::DossierCopyProgress(ShowProgress) : nullptr,
                             error) != engine::AE_SUCCESS)
         throw CommandFailure("cannot copy the " + tables::Shown(from) + " to the " +
@@ -60,6 +65,8 @@ void SetUpDossierCommands(CLI::App& app) {
                      "folder, sqlite:PATH, postgresql://... or a libpq connection string")
         ->required();
     copy->add_option("TO", options->to, "the same kinds; must not hold a dossier yet")->required();
+    copy->add_option("--password-file", options->passwordFile,
+                     "file whose first line is the password of the dossier's encrypted tables");
     copy->callback([options] { Copy(*options); });
 }
 

@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "cli/command_registry.hpp"
+#include "cli/password_file.hpp"
 #include "engine/constants.hpp"
 #include "tables/dossier_place.hpp"
 #include "tables/shared_tables.hpp"
@@ -51,6 +52,8 @@ CLI::App* AddTableSource(CLI::App* command, TableSource& source) {
         "--database", source.database,
         "SQL database: sqlite:PATH, postgresql://... or a libpq connection string");
     auto* table = command->add_option("--table", source.table, "table of the SQL database");
+    command->add_option("--password-file", source.passwordFile,
+                        "file whose first line is the password of an encrypted table");
     database->needs(table);
     table->needs(database);
     return command;
@@ -75,6 +78,30 @@ OpenedTable::OpenedTable(const TableSource& source, TableAccess access)
                           engine::ADS_COMPATIBLE_LOCKING, engine::ADS_IGNORERIGHTS,
                           OpenOptions(access), table_),
            "", "cannot open " + shown_);
+    Unlock(source, access);
+}
+
+void OpenedTable::Unlock(const TableSource& source, TableAccess access) {
+    try {
+        UnlockOpened(source, access);
+    } catch (const CommandFailure&) {
+        // The destructor of a constructor that throws does not run.
+        engine::IgnoreStatus(ops_.CloseTable(table_));  // the refusal is the answer
+        if (connection_ != 0) engine::IgnoreStatus(ops_.Disconnect(connection_));
+        throw;
+    }
+}
+
+void OpenedTable::UnlockOpened(const TableSource& source, TableAccess access) {
+    bool encrypted = false;
+    if (ops_.IsTableEncrypted(table_, encrypted) != AE_SUCCESS || !encrypted) return;
+    if (source.passwordFile.empty()) {
+        if (access == TableAccess::Read)
+            throw CommandFailure(shown_ + " is encrypted: give its password (--password-file)");
+        return;  // a write without it is refused by the layer, with its reason
+    }
+    CheckWithReason(ops_, ops_.EnableEncryption(table_, ReadPasswordFile(source.passwordFile)),
+                    "the password is not the one of " + shown_);
 }
 
 OpenedTable::OpenedTable(const TableSource& source, const NewTable& created)
@@ -85,6 +112,15 @@ OpenedTable::OpenedTable(const TableSource& source, const NewTable& created)
         engine::ADS_IGNORERIGHTS, 0, created.fields, table_);
     Opened(status, status == engine::AE_INVALID_FIELDDEF ? "bad field list: " : "",
            "cannot create " + shown_);
+}
+
+OpenedTable::OpenedTable(const TableSource& source, WithoutIndexes)
+    : ops_(TableLayer()), shown_(source.Shown()) {
+    if (source.file.empty()) throw CommandFailure("a table of a database has no index file");
+    // The shared layer's engine: the handle is one of the layer's engine handles.
+    Opened(tables::SharedEngine().OpenTableWithoutIndexes(0, source.file, table_), "",
+           "cannot open " + shown_);
+    Unlock(source, TableAccess::Read);
 }
 
 std::string OpenedTable::Connect(const TableSource& source) {

@@ -15,11 +15,13 @@ struct TableSource {
     std::string file;
     std::string database;  // "sqlite:PATH", "postgresql://..." or a libpq connection string
     std::string table;
+    // A file whose first line is the password of an encrypted table (--password-file).
+    std::string passwordFile;
     // How messages name the table (never the URL, which may hold a password).
     std::string Shown() const;
 };
 
-// Adds FILE, --database and --table to `command`.
+// Adds FILE, --database, --table and --password-file to `command`.
 CLI::App* AddTableSource(CLI::App* command, TableSource& source);
 
 // The connection path of the table layer for a database URL; throws CommandFailure for a URL
@@ -37,12 +39,18 @@ struct NewTable {
     std::string fields;
 };
 
+// A table file to read without its structural index (damaged or missing), read-only.
+struct WithoutIndexes {};
+
 // A table open through the shared table layer, with the connection of its database; both are
 // closed when this ends. Throws CommandFailure, with the layer's reason, when it cannot open.
+// An encrypted table is opened with the source's password; one to read without it is refused,
+// since it would read as blank records.
 class OpenedTable {
   public:
     OpenedTable(const TableSource& source, TableAccess access);
     OpenedTable(const TableSource& source, const NewTable& created);
+    OpenedTable(const TableSource& source, WithoutIndexes);
     ~OpenedTable();
     OpenedTable(const OpenedTable&) = delete;
     OpenedTable& operator=(const OpenedTable&) = delete;
@@ -56,6 +64,9 @@ class OpenedTable {
     std::string Connect(const TableSource& source);
     // Throws, with the layer's reason after `prefix` or else `fallback`, for a failed open.
     void Opened(engine::Status status, const std::string& prefix, const std::string& fallback);
+    // Opens an encrypted table with the source's password; closes it when that fails.
+    void Unlock(const TableSource& source, TableAccess access);
+    void UnlockOpened(const TableSource& source, TableAccess access);
 
     engine::Operations& ops_;
     engine::Handle connection_ = 0;

@@ -43,8 +43,27 @@ void Info(const std::string& file) {
     std::cout << info.dump() << "\n";
 }
 
+// A table file whose index cannot be opened is still dumped, in record order, with a word on it.
+std::unique_ptr<OpenedTable> OpenToDump(const TableSource& source) {
+    try {
+        return std::make_unique<OpenedTable>(source, TableAccess::Read);
+    } catch (const CommandFailure& failure) {
+        if (source.file.empty()) throw;
+        std::unique_ptr<OpenedTable> table;
+        try {
+            table = std::make_unique<OpenedTable>(source, WithoutIndexes{});
+        } catch (const CommandFailure&) {
+            throw failure;  // the table itself cannot be read: the first reason tells it
+        }
+        std::cerr << "fennrick: the index of " << source.Shown() << " could not be opened ("
+                  << failure.what() << "): the table is dumped in record order\n";
+        return table;
+    }
+}
+
 void Dump(const TableSource& source) {
-    OpenedTable table(source, TableAccess::Read);
+    const std::unique_ptr<OpenedTable> opened = OpenToDump(source);
+    OpenedTable& table = *opened;
     std::uint32_t count = 0;
     CheckStatus(table.ops().GetRecordCount(table.handle(), engine::ADS_IGNOREFILTERS, count),
                 table.shown());

@@ -1,14 +1,13 @@
 // fennrick table encrypt|decrypt FILE --password-file F: converts a table with its memo file and
-// structural index. The password is the first line of F, so that it stays out of the process
-// list and the shell history.
+// structural index. The password is the first line of F.
 
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 
 #include "cli/command_registry.hpp"
 #include "cli/engine_status.hpp"
+#include "cli/password_file.hpp"
 #include "engine/constants.hpp"
 #include "tables/shared_tables.hpp"
 
@@ -24,17 +23,8 @@ struct CryptOptions {
     std::string passwordFile;
 };
 
-std::string ReadPassword(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::string password;
-    if (!in || !std::getline(in, password)) throw CommandFailure("cannot read " + path);
-    if (!password.empty() && password.back() == '\r') password.pop_back();
-    if (password.empty()) throw CommandFailure(path + " holds no password");
-    return password;
-}
-
 void Convert(const CryptOptions& options, bool encrypt) {
-    const std::string password = ReadPassword(options.passwordFile);
+    const std::string password = ReadPasswordFile(options.passwordFile);
     const std::filesystem::path path = std::filesystem::absolute(options.file);
     engine::Operations& engine = tables::SharedSqlDatabase();
     Handle connection = 0;

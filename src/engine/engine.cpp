@@ -298,6 +298,17 @@ Status Engine::OpenTable(Handle connection, std::string_view name, std::string_v
     if ((options & ~(ADS_EXCLUSIVE | ADS_READONLY | ADS_SHARED)) != 0 ||
         ((options & ADS_EXCLUSIVE) && (options & ADS_SHARED)))
         return Report(AE_INVALID_OPTION);
+    return OpenTableFile(connection, name, alias, options, true, table);
+}
+
+Status Engine::OpenTableWithoutIndexes(Handle connection, std::string_view name, Handle& table) {
+    // Read-only: writes would leave the closed index's tags behind.
+    return OpenTableFile(connection, name, "", ADS_READONLY | ADS_SHARED, false, table);
+}
+
+Status Engine::OpenTableFile(Handle connection, std::string_view name, std::string_view alias,
+                             std::uint32_t options, bool structural, Handle& table) {
+    table = 0;
     std::string path;
     if (Status status = OpenPath(connection, name, path); status != AE_SUCCESS) return status;
     const std::string tableAlias = AliasFor(alias, path);
@@ -311,7 +322,7 @@ Status Engine::OpenTable(Handle connection, std::string_view name, std::string_v
     if (Status status = Register(connection, std::move(cursor), options, table);
         status != AE_SUCCESS)
         return status;
-    if (Status status = AttachIndexes(table); status != AE_SUCCESS) {
+    if (Status status = AttachIndexes(table, structural); status != AE_SUCCESS) {
         const std::string text = lastErrorText_;
         IgnoreStatus(CloseTable(table));  // the index failure is the one reported
         table = 0;

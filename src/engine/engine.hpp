@@ -44,6 +44,11 @@ class Engine final : public Operations {
 
     // The open table behind a handle, or null (for the index layer and tools of this engine).
     cursor::TableCursor* FindTable(Handle table);
+    // Opens a table as OpenTable does, read-only and shared, leaving its structural index
+    // closed: for the table tools, which read a table whose index is damaged or missing in
+    // record-number order.
+    [[nodiscard]] Status OpenTableWithoutIndexes(Handle connection, std::string_view name,
+                                                 Handle& table);
 
   private:
     struct Connection {
@@ -97,7 +102,11 @@ class Engine final : public Operations {
     // Index orders and optimized filters (engine_index.cpp): the structural index is opened
     // with its table, and index handles navigate in their tag's order.
     order::OrderRegistry& Orders();
-    [[nodiscard]] Status AttachIndexes(Handle table);
+    // `structural`: with the table's structural index opened.
+    [[nodiscard]] Status AttachIndexes(Handle table, bool structural = true);
+    [[nodiscard]] Status OpenTableFile(Handle connection, std::string_view name,
+                                       std::string_view alias, std::uint32_t options,
+                                       bool structural, Handle& table);
     void DetachIndexes(Handle table);
     // Rewrites a table under `cipher` (null: plain) with `mark` in its header (null: none),
     // and its open index files with it (engine_crypt.cpp).

@@ -40,14 +40,16 @@ order::OrderRegistry& Engine::Orders() {
     return *orders_;
 }
 
-Status Engine::AttachIndexes(Handle table) {
+Status Engine::AttachIndexes(Handle table, bool structural) {
     cursor::TableCursor* cursor = FindTable(table);
     if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
     order::TableOrders& orders = Orders().Attach(table, *cursor, settings_.dates);
     // An encrypted table's indexes open once its password is given (EnableEncryption).
-    if (cursor->file().locked()) return AE_SUCCESS;
+    if (!structural || cursor->file().locked()) return AE_SUCCESS;
     std::string message;
-    return Report(orders.indexes->OpenStructural(message), message);
+    // Apart: the message is filled by the open, after which it is passed on.
+    const Status status = orders.indexes->OpenStructural(message);
+    return Report(status, message);
 }
 
 void Engine::DetachIndexes(Handle table) {

@@ -3,7 +3,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -11,6 +14,7 @@
 #include "backend/staged_schema.hpp"
 #include "engine/constants.hpp"
 #include "engine/field_list_types.hpp"
+#include "platform/processes.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::tables {
@@ -184,8 +188,19 @@ void CopyTags(SqlDatabase& db, Handle from, Handle to) {
     }
 }
 
+// Opens an encrypted source with the password; answers whether it is encrypted.
+bool OpenEncrypted(SqlDatabase& db, Handle table, const std::string& password) {
+    bool encrypted = false;
+    Require(db, db.IsTableEncrypted(table, encrypted), "reading");
+    if (!encrypted) return false;
+    if (password.empty())
+        throw CopyFailure{AE_ENCRYPTION_NOT_ENABLED, "it is encrypted: give its password"};
+    Require(db, db.EnableEncryption(table, password), "opening it with the password");
+    return true;
+}
+
 void CopyTable(SqlDatabase& db, const DossierPlace& from, Handle source, const DossierPlace& to,
-               Handle target, const std::string& name) {
+               Handle target, const std::string& name, const std::string& password) {
     try {
         Handle opened = 0;
         Require(db,
@@ -194,6 +209,7 @@ void CopyTable(SqlDatabase& db, const DossierPlace& from, Handle source, const D
                              opened),
                 "cannot open");
         Table in(db, opened);
+        const bool encrypted = OpenEncrypted(db, in.handle(), password);
         const Structure structure = ReadStructure(db, in.handle(), name);
         Handle created = 0;
         Require(db,
@@ -202,6 +218,11 @@ void CopyTable(SqlDatabase& db, const DossierPlace& from, Handle source, const D
                                created),
                 "cannot create");
         Table out(db, created);
+        // Encrypted before it takes a record, so that none is ever written in plain.
+        if (encrypted) {
+            Require(db, db.EnableEncryption(created, password), "encrypting");
+            Require(db, db.EncryptTable(created), "encrypting");
+        }
         // A SQL-kept target takes the records in one transaction.
         backend::SqlBackend* bulk =
             created < kEngineHandleStart
@@ -224,7 +245,30 @@ void CopyTable(SqlDatabase& db, const DossierPlace& from, Handle source, const D
     }
 }
 
-// Where the copy is built beside the target, and how it is put in place or thrown away.
+// Removes the entries of `folder` named `prefix` + the id of a process that has ended (and
+// any of `suffixes` after it): what copies that were killed left.
+void RemoveAbandoned(const fs::path& folder, const std::string& prefix,
+                     std::span<const std::string_view> suffixes) {
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        const std::string name = entry.path().filename().string();
+        std::string_view rest = name;
+        if (!rest.starts_with(prefix)) continue;
+        rest.remove_prefix(prefix.size());
+        for (const std::string_view suffix : suffixes)
+            if (!suffix.empty() && rest.ends_with(suffix)) rest.remove_suffix(suffix.size());
+        if (rest.empty() || rest.find_first_not_of("0123456789") != std::string_view::npos ||
+            rest.size() > 9)
+            continue;
+        if (platform::ProcessIsRunning(std::stoll(std::string(rest)))) continue;
+        std::error_code ignored;  // one that cannot be removed stays under its temporary name
+        fs::remove_all(entry.path(), ignored);
+    }
+}
+
+// Where the copy is built beside the target, and how it is put in place or thrown away. What
+// earlier copies to the same target left when they were killed is removed first, never what a
+// copy that still runs is building.
 class Staging {
   public:
     Staging(SqlDatabase& db, const DossierPlace& target) : target_(target), place_(target) {
@@ -237,7 +281,9 @@ class Staging {
                 place_.where = (fs::absolute(target.where).parent_path() /
                                 ("." + fs::path(target.where).filename().string() + suffix))
                                    .string();
-                fs::remove_all(place_.where, error);  // what an earlier killed copy left
+                RemoveAbandoned(fs::path(place_.where).parent_path(),
+                                "." + fs::path(target.where).filename().string() + ".copying-", {});
+                fs::remove_all(place_.where, error);  // this process's id was a killed copy's
                 if (!fs::create_directories(place_.where, error))
                     throw CopyFailure{AE_FILE_NOT_FOUND, "cannot create " + place_.where};
                 break;
@@ -245,6 +291,9 @@ class Staging {
                 if (fs::exists(target.where, error))
                     throw CopyFailure{AE_INVALID_PATH, Shown(target) + " exists already"};
                 place_.where = target.where + suffix;
+                RemoveAbandoned(fs::absolute(target.where).parent_path(),
+                                fs::path(target.where).filename().string() + ".copying-",
+                                kSqliteFileSuffixes);
                 RemoveSqliteFiles(place_.where);
                 break;
             case Kind::Postgres: {
@@ -252,6 +301,14 @@ class Staging {
                 if (!TableNames(db, target, connection.handle()).empty())
                     throw CopyFailure{AE_INVALID_PATH, Shown(target) + " holds tables already"};
                 place_.schema = "fnrk_copying_" + std::to_string(::getpid());
+                try {
+                    backend::DropAbandonedStagedSchemas(ConnectionPath(target));
+                    claim_ = std::make_unique<backend::StagedSchemaClaim>(ConnectionPath(target),
+                                                                          place_.schema);
+                } catch (const backend::SqlFailure& failure) {
+                    throw CopyFailure{AE_SQL_ERROR,
+                                      "cannot stage the copy: " + std::string(failure.what())};
+                }
                 Discard();
                 break;
             }
@@ -303,14 +360,19 @@ class Staging {
     }
 
   private:
+    static constexpr std::array<std::string_view, 3> kSqliteFileSuffixes = {"-journal", "-wal",
+                                                                            "-shm"};
+
     static void RemoveSqliteFiles(const std::string& file) {
         std::error_code error;
-        for (const char* suffix : {"", "-journal", "-wal", "-shm"})
-            fs::remove(file + suffix, error);
+        fs::remove(file, error);
+        for (const std::string_view suffix : kSqliteFileSuffixes)
+            fs::remove(file + std::string(suffix), error);
     }
 
     DossierPlace target_;
     DossierPlace place_;
+    std::unique_ptr<backend::StagedSchemaClaim> claim_;  // a PostgreSQL staging schema's
 };
 
 // The source must hold a dossier: a missing folder or SQLite file is not an empty one.
@@ -323,14 +385,14 @@ void RequireSource(const DossierPlace& from) {
 }
 
 void CopyInto(SqlDatabase& db, const DossierPlace& from, const DossierPlace& to,
-              const DossierCopyProgress& progress) {
+              const std::string& password, const DossierCopyProgress& progress) {
     Connection source(db, from);
     const std::vector<std::string> names = TableNames(db, from, source.handle());
     if (names.empty()) throw CopyFailure{AE_TABLE_NOT_FOUND, Shown(from) + " holds no table"};
     Connection target(db, to);
     for (std::size_t done = 0; done < names.size(); ++done) {
         if (progress) progress(names[done], done, names.size());
-        CopyTable(db, from, source.handle(), to, target.handle(), names[done]);
+        CopyTable(db, from, source.handle(), to, target.handle(), names[done], password);
     }
     if (progress) progress({}, names.size(), names.size());
 }
@@ -338,12 +400,13 @@ void CopyInto(SqlDatabase& db, const DossierPlace& from, const DossierPlace& to,
 }  // namespace
 
 Status CopyDossier(SqlDatabase& db, const DossierPlace& from, const DossierPlace& to,
-                   const DossierCopyProgress& progress, std::string& error) {
+                   const std::string& password, const DossierCopyProgress& progress,
+                   std::string& error) {
     try {
         RequireSource(from);
         Staging staging(db, to);
         try {
-            CopyInto(db, from, staging.place(), progress);
+            CopyInto(db, from, staging.place(), password, progress);
             staging.Publish();
         } catch (const CopyFailure&) {
             staging.Discard();

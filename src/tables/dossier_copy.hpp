@@ -7,7 +7,8 @@
 // The copy is complete or absent: it is built under a temporary name beside the target (a
 // folder or file ".copying-<pid>", or a schema "fnrk_copying_<pid>") and put in place only when
 // every table is there. A failed copy removes what it built; one that is killed leaves it under
-// the temporary name, never under the target's.
+// the temporary name, never under the target's, until a later copy to the same target finds
+// its process gone (a staging schema: its claim given up) and removes it.
 
 #include <cstddef>
 #include <functional>
@@ -24,10 +25,11 @@ using DossierCopyProgress =
     std::function<void(const std::string& table, std::size_t done, std::size_t total)>;
 
 // Copies the dossier at `from` to `to`, which must not hold a dossier yet (an empty folder or
-// an empty PostgreSQL schema may be there). A failure answers its status with the reason in
-// `error`, which never holds a password.
+// an empty PostgreSQL schema may be there). Encrypted tables are opened with `password` and
+// copied encrypted with it; without one they are refused. A failure answers its status with the
+// reason in `error`, which never holds a password.
 [[nodiscard]] engine::Status CopyDossier(SqlDatabase& db, const DossierPlace& from,
-                                         const DossierPlace& to,
+                                         const DossierPlace& to, const std::string& password,
                                          const DossierCopyProgress& progress, std::string& error);
 
 }  // namespace fnrk::tables

@@ -24,11 +24,19 @@ struct SharedAccess {
     AdsUsersTableLocator locator{ads};
 };
 
+SharedDispatch& Dispatch() {
+    static SharedDispatch dispatch;
+    return dispatch;
+}
+
 }  // namespace
 
 SqlDatabase& SharedSqlDatabase() {
-    static SharedDispatch dispatch;
-    return dispatch.db;
+    return Dispatch().db;
+}
+
+engine::Engine& SharedEngine() {
+    return Dispatch().engine;
 }
 
 AdsClass& SharedAdsClass() {

@@ -24,6 +24,28 @@ bool Contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
+bool IsSeparator(char c) {
+    return c == '/' || c == '\\';
+}
+
+// Whether `folder` is in `path` as whole components: followed by a separator or the end, and
+// preceded by the start, a separator or a marker ("<DIR>") unless it begins with a separator
+// itself. "/data/SOC1" is in "/data/SOC1/a.dbf", not in "/data/SOC10/a.dbf".
+bool ContainsFolder(std::string_view path, std::string_view folder) {
+    std::string_view trimmed = folder;
+    while (!trimmed.empty() && IsSeparator(trimmed.back())) trimmed.remove_suffix(1);
+    if (trimmed.empty()) return Contains(path, folder);  // the root holds every path
+    for (std::size_t at = path.find(trimmed); at != std::string_view::npos;
+         at = path.find(trimmed, at + 1)) {
+        const std::size_t end = at + trimmed.size();
+        const bool ends = end == path.size() || IsSeparator(path[end]);
+        const bool starts = at == 0 || IsSeparator(trimmed.front()) || IsSeparator(path[at - 1]) ||
+                            path[at - 1] == '>';
+        if (starts && ends) return true;
+    }
+    return false;
+}
+
 std::string_view AfterDirMarker(std::string_view path) {
     auto at = path.find(kDirMarker);
     return at == std::string_view::npos ? path : path.substr(at + kDirMarker.size());
@@ -98,19 +120,19 @@ BackendSlot SqlDatabase::SlotOfHandle(Handle handle) {
 }
 
 bool SqlDatabase::MatchPath(std::string_view path, BackendSlot& slot) const {
-    if (!sqlRootPath_.empty() && Contains(path, sqlRootPath_)) {
+    if (!sqlRootPath_.empty() && ContainsFolder(path, sqlRootPath_)) {
         slot = BackendSlot::Origin;
         return true;
     }
     // Only slots 0 to 3 own a handle range, so only they can serve a path.
     for (int index = 0; index < 4; ++index) {
         const auto& archive = archives_[index];
-        if (archive && !archive->Path.empty() && Contains(path, archive->Path)) {
+        if (archive && !archive->Path.empty() && ContainsFolder(path, archive->Path)) {
             slot = static_cast<BackendSlot>(static_cast<int>(BackendSlot::Archive0) + index);
             return true;
         }
     }
-    if (!orgPath_.empty() && Contains(path, orgPath_)) {
+    if (!orgPath_.empty() && ContainsFolder(path, orgPath_)) {
         slot = BackendSlot::Org;
         return true;
     }
@@ -118,7 +140,7 @@ bool SqlDatabase::MatchPath(std::string_view path, BackendSlot& slot) const {
         slot = BackendSlot::User;
         return true;
     }
-    if (!dossierFolder_.empty() && Contains(path, dossierFolder_)) {
+    if (!dossierFolder_.empty() && ContainsFolder(path, dossierFolder_)) {
         slot = BackendSlot::Folder;
         return true;
     }

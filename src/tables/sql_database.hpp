@@ -63,7 +63,7 @@ class SqlDatabase final : public engine::Operations {
     // that owns a handle range (0 to 3), created for it; -1 when each serves another folder.
     int ArchiveSlotFor(std::string_view folder, std::string_view tempPath);
     // The first handle of Archive slot `index`: a connect given it as the handle connects
-    // through that slot.
+    // through that slot. Slot 4's would be the engine's first: its backend connects nothing.
     static Handle ArchiveHandleBase(int index);
     // Whether a path names a slot by the path tests of the routing (connected or not).
     bool RoutesToSlot(std::string_view path, BackendSlot& slot) const {

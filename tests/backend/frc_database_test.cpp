@@ -183,9 +183,9 @@ TEST_F(FRCDatabaseTest, RefusalsCarryAStatusAndAText) {
               AE_INVALID_EXPRESSION);
     EXPECT_EQ(connected->CreateIndex(table, "", "BAD", "NAME", "NAME", "", 0, index),
               AE_INVALID_EXPRESSION);
-    EXPECT_EQ(connected->EncryptTable(table), AE_NOT_IMPLEMENTED);
+    EXPECT_EQ(connected->EncryptTable(table), AE_ENCRYPTION_NOT_ENABLED);
     ASSERT_EQ(connected->GetLastError(code, text), AE_SUCCESS);
-    EXPECT_EQ(text, "not offered by the SQL backend");
+    EXPECT_EQ(text, "no password given for good.dbf");
     bool encrypted = true;
     ASSERT_EQ(connected->IsTableEncrypted(table, encrypted), AE_SUCCESS);
     EXPECT_FALSE(encrypted);

@@ -79,7 +79,7 @@ TEST_F(PostgresBackendTest, RecordLocksAreTheServersOwnAndEndWithTheirConnection
     EXPECT_EQ(Psql("SELECT string_agg(table_name, ',' ORDER BY table_name) FROM "
                    "information_schema.tables WHERE table_schema = '" +
                    Schema() + "'"),
-              "fnrk_table,fnrk_tag,t_ITEMS\n");
+              "fnrk_crypt,fnrk_table,fnrk_tag,t_ITEMS\n");
 
     ASSERT_EQ(backend->UnlockTable(a), AE_SUCCESS);
     ASSERT_EQ(backend->LockRecord(b, 3), AE_SUCCESS);

@@ -3,10 +3,17 @@
 // every kind exactly as they were, and a copy that fails leaves nothing under the target's
 // name.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
 
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/postgres_server.hpp"
@@ -45,8 +52,11 @@ std::string Ask(const std::string& uri, const std::string& query) {
     return RunCommand({"psql", uri, "-Atc", query}).out;
 }
 
-CommandResult CopyDossier(const std::string& from, const std::string& to) {
-    return RunFennrick({"dossier", "copy", from, to});
+CommandResult CopyDossier(const std::string& from, const std::string& to,
+                          const std::vector<std::string>& options = {}) {
+    std::vector<std::string> arguments = {"dossier", "copy", from, to};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return RunFennrick(arguments);
 }
 
 // Entries of `folder` whose name holds `part`.
@@ -55,6 +65,49 @@ int EntriesNamed(const fs::path& folder, const std::string& part) {
     for (const auto& entry : fs::directory_iterator(folder))
         if (entry.path().filename().string().find(part) != std::string::npos) ++count;
     return count;
+}
+
+// A `fennrick` process of its own, killed at the end if it still runs.
+class Process {
+  public:
+    explicit Process(const std::vector<std::string>& args) {
+        std::vector<std::string> all = {FNRK_CLI_PATH};
+        all.insert(all.end(), args.begin(), args.end());
+        std::vector<char*> argv;
+        for (std::string& arg : all) argv.push_back(arg.data());
+        argv.push_back(nullptr);
+        posix_spawn_file_actions_t quiet;
+        posix_spawn_file_actions_init(&quiet);
+        posix_spawn_file_actions_addopen(&quiet, 1, "/dev/null", O_WRONLY, 0);
+        posix_spawn_file_actions_addopen(&quiet, 2, "/dev/null", O_WRONLY, 0);
+        EXPECT_EQ(posix_spawn(&pid_, FNRK_CLI_PATH, &quiet, nullptr, argv.data(), environ), 0);
+        posix_spawn_file_actions_destroy(&quiet);
+    }
+    ~Process() { Kill(); }
+    pid_t pid() const { return pid_; }
+    // Kills it and waits for its end: what it left stays as it was.
+    void Kill() {
+        if (pid_ <= 0) return;
+        ::kill(pid_, SIGKILL);
+        ::waitpid(pid_, nullptr, 0);
+        pid_ = 0;
+    }
+    void Stop() const { ::kill(pid_, SIGSTOP); }
+    // Whether it still runs (it has not ended by itself).
+    bool Running() const { return ::waitpid(pid_, nullptr, WNOHANG) == 0; }
+
+  private:
+    pid_t pid_ = 0;
+};
+
+// Waits (up to ten seconds) until `appeared` answers true while `process` runs.
+bool CaughtWhileRunning(const Process& process, const std::function<bool()>& appeared) {
+    for (int i = 0; i < 10'000; ++i) {
+        if (appeared()) return true;
+        if (!process.Running()) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return false;
 }
 
 TEST(DossierCopy, FixturesComeBackFromPostgresqlAndSqliteWithTheSameDumpsAndTagOrders) {
@@ -134,6 +187,120 @@ TEST(DossierCopy, AFailedOrRefusedCopyLeavesNothingUnderTheTargetsName) {
     EXPECT_NE(unreachable.err.find("postgres:***@"), std::string::npos) << unreachable.err;
     EXPECT_EQ(unreachable.err.find("Secr3tWord"), std::string::npos) << unreachable.err;
     EXPECT_FALSE(fs::exists(dir / "never"));
+}
+
+// A copy killed on its way leaves its staging area under the temporary name; the next copy to
+// the same target removes it, but never the staging area of a copy that still runs.
+TEST(DossierCopy, AKilledCopysStagingIsRemovedByTheNextOneButALiveOnesIsKept) {
+    TempDir dir;
+    CopyFixtures(dir / "start", {"SOC1_param", "big"});
+    const std::string from = (dir / "start").string();
+    // Twice as long to copy to a folder, where a copy goes fastest.
+    CopyFixtures(dir / "longer", {"SOC1_param", "big"});
+    for (const char* extension : {".dbf", ".cdx"})
+        fs::copy_file(dir / "longer" / (std::string("big") + extension),
+                      dir / "longer" / (std::string("big2") + extension));
+
+    // Folder and SQLite file: the killed process's staging is found by its process id.
+    const fs::path folder = dir / "out";
+    const fs::path sqlite = dir / "out.sqlite";
+    for (const auto& [target, staged] : std::vector<std::pair<std::string, std::string>>{
+             {folder.string(), ".out.copying-"},
+             {"sqlite:" + sqlite.string(), "out.sqlite.copying-"}}) {
+        SCOPED_TRACE(target);
+        Process killed({"dossier", "copy", (dir / "longer").string(), target});
+        const std::string leftover = staged + std::to_string(killed.pid());
+        ASSERT_TRUE(CaughtWhileRunning(killed, [&] { return fs::exists(dir / leftover); }));
+        killed.Kill();
+        ASSERT_TRUE(fs::exists(dir / leftover));
+        // A staging area of a process that runs (this test) is not touched.
+        const fs::path live = dir / (staged + std::to_string(::getpid()));
+        WriteFileBytes(live, "in use");
+
+        const CommandResult copy = CopyDossier(from, target);
+        ASSERT_EQ(copy.exitCode, 0) << copy.err;
+        EXPECT_FALSE(fs::exists(dir / leftover));
+        EXPECT_EQ(fnrk::testing::ReadFileBytes(live), "in use");
+        fs::remove(live);
+    }
+    EXPECT_EQ(EntriesNamed(dir.path(), "copying"), 0);
+
+    // PostgreSQL: a staging schema is claimed by its copy's connection for as long as it runs.
+    const std::string postgres = NewDatabase("dossier_killed_copy");
+    auto staging = [&](const Process& process) {
+        return "fnrk_copying_" + std::to_string(process.pid());
+    };
+    auto schemaExists = [&](const std::string& schema) {
+        return Ask(postgres,
+                   "SELECT count(*) FROM pg_namespace WHERE nspname = '" + schema + "'") == "1\n";
+    };
+    Process stopped({"dossier", "copy", from, postgres});
+    ASSERT_TRUE(CaughtWhileRunning(stopped, [&] { return schemaExists(staging(stopped)); }));
+    stopped.Stop();
+    Process killed({"dossier", "copy", from, postgres});
+    const std::string leftover = staging(killed);
+    ASSERT_TRUE(CaughtWhileRunning(killed, [&] { return schemaExists(leftover); }));
+    killed.Kill();
+    ASSERT_TRUE(schemaExists(leftover));
+    // Its claim ends once the server has seen its connection close.
+    for (int i = 0; i < 100 && Ask(postgres, "SELECT pg_try_advisory_lock(hashtext('" + leftover +
+                                                 "'))") != "t\n";
+         ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+
+    const CommandResult copy = CopyDossier(from, postgres);
+    ASSERT_EQ(copy.exitCode, 0) << copy.err;
+    EXPECT_FALSE(schemaExists(leftover));
+    EXPECT_TRUE(schemaExists(staging(stopped))) << "a copy that still runs keeps its staging";
+    EXPECT_EQ(Ask(postgres, "SELECT count(*) FROM fnrk_table"), "2\n");
+}
+
+TEST(DossierCopy, EncryptedTablesTravelEncryptedWithTheDossiersPassword) {
+    TempDir dir;
+    CopyFixtures(dir / "start", {"people", "SOC1_param"});
+    const fs::path people = dir / "start" / "people.dbf";
+    const std::string plainDump = RunFennrick({"table", "dump", people.string()}).out;
+    ASSERT_FALSE(plainDump.empty());
+    const std::string passwordFile = (dir / "password").string();
+    WriteFileBytes(passwordFile, "dossier key\n");
+    const CommandResult encrypted =
+        RunFennrick({"table", "encrypt", people.string(), "--password-file", passwordFile});
+    ASSERT_EQ(encrypted.exitCode, 0) << encrypted.err;
+
+    // Without the password the encrypted table cannot be read: the copy is refused whole.
+    const std::string postgres = NewDatabase("dossier_encrypted_copy");
+    const CommandResult refused = CopyDossier((dir / "start").string(), postgres);
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_NE(refused.err.find("table people: it is encrypted"), std::string::npos) << refused.err;
+    EXPECT_EQ(Ask(postgres, "SELECT count(*) FROM fnrk_table"), "0\n");
+
+    const std::string sqlite = "sqlite:" + (dir / "mid.sqlite").string();
+    for (const auto& [from, to] :
+         std::vector<std::pair<std::string, std::string>>{{(dir / "start").string(), postgres},
+                                                          {postgres, sqlite},
+                                                          {sqlite, (dir / "end").string()}}) {
+        const CommandResult copy = CopyDossier(from, to, {"--password-file", passwordFile});
+        ASSERT_EQ(copy.exitCode, 0) << to << ": " << copy.err;
+    }
+    // Encrypted on the server too: only the encrypted table has a mark, no name shows.
+    EXPECT_EQ(Ask(postgres, "SELECT table_name FROM fnrk_crypt"), "PEOPLE\n");
+    EXPECT_EQ(Ask(postgres, "SELECT count(*) FROM \"t_PEOPLE\" WHERE \"f_NAME\" IS NOT NULL"),
+              "0\n");
+    // At the end of the round trip the table opens with the password to the records it had.
+    const fs::path copied = dir / "end" / "people.dbf";
+    // Dumped, it needs its password too: without it, it is refused rather than shown blank.
+    const CommandResult blind = RunFennrick({"table", "dump", copied.string()});
+    EXPECT_EQ(blind.exitCode, 1);
+    EXPECT_TRUE(blind.out.empty());
+    EXPECT_NE(blind.err.find("is encrypted: give its password"), std::string::npos) << blind.err;
+    const CommandResult fromSqlite = RunFennrick({"table", "dump", "--database", sqlite, "--table",
+                                                  "people", "--password-file", passwordFile});
+    EXPECT_EQ(fromSqlite.exitCode, 0) << fromSqlite.err;
+    EXPECT_TRUE(fromSqlite.out == plainDump);
+    const CommandResult decrypted =
+        RunFennrick({"table", "decrypt", copied.string(), "--password-file", passwordFile});
+    ASSERT_EQ(decrypted.exitCode, 0) << decrypted.err;
+    EXPECT_TRUE(RunFennrick({"table", "dump", copied.string()}).out == plainDump);
 }
 
 }  // namespace

@@ -81,6 +81,35 @@ TEST_F(DispatchTest, PathTestsRunInOrderAndAnUnconnectedMatchGoesToTheEngine) {
     EXPECT_EQ(OpenedBy("/unrelated/a.dbf"), "engine");
 }
 
+// A folder is in a path as whole components: "/data/SOC1" holds "/data/SOC1/a.dbf", also
+// behind a marker, but not "/data/SOC10/a.dbf" nor "/olddata/SOC1/a.dbf".
+TEST_F(DispatchTest, FoldersMatchPathsOnWholeComponents) {
+    db.SetSqlRootPath("/sql/root");
+    db.SetOrgPath("data/ORG");
+    db.SetDossierFolder("/data/SOC1");
+    db.CreateArchiveBackend(0, "/arch/A1", "/tmp");
+    ConnectSlot(0);
+    ConnectSlot(600'000);
+    ConnectSlot(900'000);
+    Handle archive = 1'200'000;
+    ASSERT_EQ(db.Connect26("<SQL>x", 1, archive), AE_SUCCESS);
+
+    const std::pair<std::string, std::string> cases[] = {{"/data/SOC1/a.dbf", "0"},
+                                                         {"/data/SOC1", "0"},
+                                                         {"<SQL>x<DIR>/data/SOC1/a.dbf", "0"},
+                                                         {"/data/SOC10/a.dbf", "engine"},
+                                                         {"/data/SOC1x.dbf", "engine"},
+                                                         {"/sql/root/a.dbf", "900000"},
+                                                         {"/sql/rootless/a.dbf", "engine"},
+                                                         {"/arch/A1/a.dbf", "1200000"},
+                                                         {"/arch/A10/a.dbf", "engine"},
+                                                         {"/srv/data/ORG/a.dbf", "600000"},
+                                                         {"<DIR>data/ORG/a.dbf", "600000"},
+                                                         {"/srv/olddata/ORG/a.dbf", "engine"},
+                                                         {"/srv/data/ORGS/a.dbf", "engine"}};
+    for (const auto& [path, owner] : cases) EXPECT_EQ(OpenedBy(path), owner) << path;
+}
+
 TEST_F(DispatchTest, ArchiveFolderFourIsNeverSearchedByPath) {
     db.CreateArchiveBackend(4, "/arch4", "/tmp");
     EXPECT_EQ(OpenedBy("/arch4/a.dbf"), "engine");

@@ -110,6 +110,34 @@ TEST_F(SqlFolderSlots, EachOtherFolderHasItsArchiveSlotAndKeepsIt) {
     EXPECT_EQ(db.Archive(4), nullptr);
 }
 
+// Archive slot 4 takes the settings and reports its errors as the others do, but owns no handle
+// range (its handles would be the engine's): a connection through it is refused before anything
+// is made.
+TEST_F(SqlFolderSlots, ArchiveSlotFourHandsOutNoHandles) {
+    const std::string fifth = SqlFolder("fifth");
+    ArchiveBackend& slot = db.CreateArchiveBackend(4, fifth, "/tmp");
+    EXPECT_EQ(db.SetEpoch(1990), AE_SUCCESS);
+    Handle connection = 0;
+    EXPECT_EQ(slot.FRDataBase->Connect26("<SQL>Driver=SQLite;Database=fifth.sqlite<DIR>" + fifth,
+                                         ADS_LOCAL_SERVER, connection),
+              AE_ALLOCATION_FAILED);
+    EXPECT_EQ(connection, 0);
+    EXPECT_FALSE(std::filesystem::exists(folder / "fifth" / "fifth.sqlite"));
+    Status code = 0;
+    std::string text;
+    ASSERT_EQ(db.GetLastError(code, text), AE_SUCCESS);
+    EXPECT_EQ(code, AE_ALLOCATION_FAILED);
+    EXPECT_NE(text.find("owns no handle range"), std::string::npos) << text;
+
+    // Slot 3, the last with a range, connects within it.
+    ArchiveBackend& last = db.CreateArchiveBackend(3, fifth, "/tmp");
+    ASSERT_EQ(last.FRDataBase->Connect26("<SQL>Driver=SQLite;Database=fifth.sqlite<DIR>" + fifth,
+                                         ADS_LOCAL_SERVER, connection),
+              AE_SUCCESS);
+    EXPECT_GE(connection, SqlDatabase::ArchiveHandleBase(3));
+    EXPECT_LT(connection, kEngineHandleStart);
+}
+
 TEST_F(SqlFolderSlots, ADataBaseConnectionDisconnectsOnceWhoeverOwnsIt) {
     const std::string sql = SqlFolder("kept");
     Handle backendHandle = 0, engineHandle = 0;

@@ -374,12 +374,6 @@ TEST_P(WorkAreaTest, EncryptedSourcesAreAppendedOnlyWithTheirPassword) {
     MakeCustomers("target.dbf", {});
     ASSERT_EQ(areas.sx_use(PathOf("secret.dbf"), "SECRET", "EXCLUSIVE"), AE_SUCCESS);
     EXPECT_FALSE(areas.sx_IsEncrypted());
-    if (GetParam() != ads_testing::Keeping::Files) {
-        // The database protects a SQL-kept dossier: its tables are never encrypted.
-        EXPECT_EQ(areas.sx_Encrypt("s3cret"), AE_NOT_IMPLEMENTED);
-        EXPECT_FALSE(areas.sx_IsEncrypted());
-        return;
-    }
     ASSERT_EQ(areas.sx_Encrypt("s3cret"), AE_SUCCESS);
     EXPECT_TRUE(areas.sx_IsEncrypted());
     ASSERT_EQ(areas.sx_close(), AE_SUCCESS);

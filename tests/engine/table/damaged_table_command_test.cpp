@@ -152,6 +152,34 @@ TEST(DamagedTableCommands, AnEmptiedTagDirectoryIsReported) {
     EXPECT_TRUE(Holds(check, "directory.cdx: the tag directory lists no tag")) << check.err;
 }
 
+// A table whose index cannot be opened (cut short, or missing though the table names one) still
+// dumps whole in record order, with a word on why its index was left aside; a dump in a tag's
+// order needs the index and fails.
+TEST(DamagedTableCommands, ATableWhoseIndexCannotBeOpenedDumpsInRecordOrder) {
+    TempDir dir;
+    const auto path = PeopleCopy(dir, "noindex", nullptr);
+    const CommandResult whole = RunFennrick({"table", "dump", path.string()});
+    ASSERT_EQ(whole.exitCode, 0) << whole.err;
+    ASSERT_EQ(whole.err, "");
+    const std::filesystem::path index = dir / "noindex.cdx";
+    WriteFileBytes(index, ReadFileBytes(index).substr(0, 700));
+    for (const char* damage : {"cut short", "missing"}) {
+        SCOPED_TRACE(damage);
+        const CommandResult dump = RunFennrick({"table", "dump", path.string()});
+        EXPECT_EQ(dump.exitCode, 0) << dump.err;
+        EXPECT_TRUE(dump.out == whole.out);
+        EXPECT_TRUE(Holds(dump, "the index of " + path.string() + " could not be opened"))
+            << dump.err;
+        EXPECT_TRUE(Holds(dump, "dumped in record order")) << dump.err;
+        EXPECT_TRUE(Holds(dump, "noindex.cdx")) << "the reason names the index: " << dump.err;
+        const CommandResult inTagOrder =
+            RunFennrick({"table", "dump", path.string(), "--tag", "NAME"});
+        EXPECT_EQ(inTagOrder.exitCode, 1);
+        EXPECT_EQ(inTagOrder.out, "");
+        std::filesystem::remove(index);
+    }
+}
+
 // What an append killed between its steps leaves: a counted blank record that has no keys yet,
 // and a record written past the count. Both are reported; reindex clears both.
 TEST(DamagedTableCommands, AKilledAppendsLeftoversAreReportedAndReindexClearsThem) {
