@@ -63,8 +63,10 @@ Status Engine::RecodeTable(Handle table, std::shared_ptr<const crypt::FileCipher
     dbf::TableFile& file = cursor.file();
     std::string message;
     const crypt::ReservedBytes reserved = crypt::WithMark(file.header().reserved, mark);
-    // The index files are written anew under the table's new cipher, beside the old ones.
-    return Report(file.Recode(std::move(cipher), reserved, message), message);
+    // The index files are written anew under the table's new cipher, beside the old ones. The
+    // message is read only once Recode has written it.
+    const Status status = file.Recode(std::move(cipher), reserved, message);
+    return Report(status, message);
 }
 
 Status Engine::IsTableEncrypted(Handle table, bool& encrypted) {
