@@ -16,8 +16,8 @@ struct DossierPlace {
     std::string schema;  // PostgreSQL only: the schema holding the tables; empty is "public"
 };
 
-// The place a text names; a folder or SQLite path is made absolute. Throws std::invalid_argument for a
-// "sqlite:" without a path and a PostgreSQL connection string holding ";".
+// The place a text names; a folder or SQLite path is made absolute. Throws std::invalid_argument
+// for a "sqlite:" without a path and a PostgreSQL connection string holding ";".
 DossierPlace ParseDossierPlace(std::string_view text);
 
 // What SqlDatabase::Connect26 takes to reach the place.
