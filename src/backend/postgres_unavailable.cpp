@@ -28,8 +28,12 @@ const SqlDialect& PostgresDialect() {
     return dialect;
 }
 
-void PublishStagedSchema(std::string_view, const std::string&) { NotAvailable(); }
+void PublishStagedSchema(std::string_view, const std::string&) {
+    NotAvailable();
+}
 
-void DropStagedSchema(std::string_view, const std::string&) { NotAvailable(); }
+void DropStagedSchema(std::string_view, const std::string&) {
+    NotAvailable();
+}
 
 }  // namespace fnrk::backend
