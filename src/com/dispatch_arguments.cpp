@@ -22,10 +22,13 @@ VARIANT_BOOL ComBoolean(bool value) {
 void WriteInto(const VARIANT& slot, const Variant& value) {
     switch (V_VT(&slot) & ~VT_BYREF) {
         case VT_VARIANT: {
+            // A script passing on its own by-reference parameter sends a reference to one.
+            VARIANT* target = V_VARIANTREF(&slot);
+            while (V_VT(target) == (VT_BYREF | VT_VARIANT)) target = V_VARIANTREF(target);
             VARIANT converted;
             ToComVariant(value, converted);
-            VariantClear(V_VARIANTREF(&slot));
-            *V_VARIANTREF(&slot) = converted;
+            VariantClear(target);
+            *target = converted;
             return;
         }
         case VT_BSTR: {

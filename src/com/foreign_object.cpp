@@ -2,9 +2,11 @@
 
 #include "facade/facade_error.hpp"
 
+#include <dispex.h>
 #include <oleauto.h>
 
 #include "com/dispatch_errors.hpp"
+#include "com/owned_variant.hpp"
 #include "com/utf16_text.hpp"
 #include "com/variant_conversion.hpp"
 
@@ -78,9 +80,20 @@ ForeignObject::~ForeignObject() {
 }
 
 DISPID ForeignObject::IdOf(std::string_view name) const {
+    DISPID id = DISPID_UNKNOWN;
+    // A script's own objects may name their members only through IDispatchEx (Wine's VBScript
+    // answers GetIDsOfNames with E_NOTIMPL for instances of its classes).
+    IDispatchEx* extended = nullptr;
+    if (SUCCEEDED(
+            dispatch_->QueryInterface(IID_IDispatchEx, reinterpret_cast<void**>(&extended)))) {
+        BSTR text = BstrFromUtf8(name);
+        const HRESULT found = extended->GetDispID(text, fdexNameCaseInsensitive, &id);
+        SysFreeString(text);
+        extended->Release();
+        return SUCCEEDED(found) ? id : DISPID_UNKNOWN;
+    }
     std::wstring wide = Utf16FromUtf8(name);
     LPOLESTR names[] = {wide.data()};
-    DISPID id = DISPID_UNKNOWN;
     if (FAILED(dispatch_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) {
         return DISPID_UNKNOWN;
     }
@@ -98,20 +111,12 @@ Variant ForeignObject::Call(std::string_view name, WORD flags, std::vector<Varia
     DISPID putId = DISPID_PROPERTYPUT;
     const bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
     DISPPARAMS params{arguments.Data(), put ? &putId : nullptr, arguments.Count(), put ? 1u : 0u};
-    VARIANT result;
-    VariantInit(&result);
+    OwnedVariant result;
     EXCEPINFO info{};
     const HRESULT called = dispatch_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params,
-                                             &result, &info, nullptr);
+                                             &result.value, &info, nullptr);
     if (FAILED(called)) ThrowCallerError(name, called, info);
-    try {
-        Variant answer = FromComVariant(result);
-        VariantClear(&result);
-        return answer;
-    } catch (...) {
-        VariantClear(&result);
-        throw;
-    }
+    return FromComVariant(result.value);
 }
 
 Variant ForeignObject::GetProperty(std::string_view name) const {

@@ -6,6 +6,7 @@
 
 #include "com/dispatch_arguments.hpp"
 #include "com/dispatch_errors.hpp"
+#include "com/item_enumerator.hpp"
 #include "com/property_ids.hpp"
 #include "com/utf16_text.hpp"
 #include "com/variant_conversion.hpp"
@@ -20,43 +21,40 @@ using facade::Variant;
 constexpr IID kObjectDispatchIid = {
     0x5c0e7a8b, 0x1f3d, 0x4e62, {0x9b, 0x57, 0x2a, 0x6d, 0x0c, 0x4f, 0x81, 0xe3}};
 
-// The item of a collection by 1-based index or by key; false when `object` is no collection.
-bool CollectionItem(const facade::VariantObject& object, const Variant& which, Variant& item) {
+// A collection's items and their keys (upper case, empty for an item without one), read from the
+// library's registry or one of its collections; false for any other object.
+bool ItemsOf(const facade::VariantObject& object, std::vector<Variant>& items,
+             std::vector<std::string>& keys) {
     if (const auto* registry = dynamic_cast<const facade::TableRegistry*>(&object)) {
-        const auto& entries = registry->Entries();
-        if (which.Type() == facade::VariantType::String) {
-            for (const auto& entry : entries) {
-                if (platform::EqualsNoCase(entry->Alias, which.ToString())) {
-                    item = Variant(entry);
-                    return true;
-                }
-            }
-            throw facade::FacadeError(facade::kErrInvalidCall,
-                                      "Invalid procedure call or argument: " + which.ToString());
+        for (const auto& entry : registry->Entries()) {
+            items.emplace_back(entry);
+            keys.push_back(platform::UpperCase(entry->Alias));
         }
-        const std::int32_t index = which.ToLong();
-        if (index < 1 || static_cast<std::size_t>(index) > entries.size()) {
-            throw facade::FacadeError(9, "Subscript out of range: " + std::to_string(index));
-        }
-        item = Variant(entries[static_cast<std::size_t>(index - 1)]);
         return true;
     }
     const auto* collection = dynamic_cast<const facade::VariantCollection*>(&object);
     if (collection == nullptr) return false;
+    items = collection->Items();
+    keys = collection->Keys();
+    return true;
+}
+
+// The item by 1-based index or by key.
+Variant ItemOf(const std::vector<Variant>& items, const std::vector<std::string>& keys,
+               const Variant& which) {
     if (which.Type() == facade::VariantType::String) {
         const std::string key = platform::UpperCase(which.ToString());
-        const auto& keys = collection->Keys();
         for (std::size_t i = 0; i < keys.size(); ++i) {
-            if (!key.empty() && keys[i] == key) {
-                item = collection->Items()[i];
-                return true;
-            }
+            if (!key.empty() && keys[i] == key) return items[i];
         }
         throw facade::FacadeError(facade::kErrInvalidCall,
                                   "Invalid procedure call or argument: " + which.ToString());
     }
-    item = collection->Item(static_cast<std::size_t>(which.ToLong()));
-    return true;
+    const std::int32_t index = which.ToLong();
+    if (index < 1 || static_cast<std::size_t>(index) > items.size()) {
+        throw facade::FacadeError(9, "Subscript out of range: " + std::to_string(index));
+    }
+    return items[static_cast<std::size_t>(index - 1)];
 }
 
 }  // namespace
@@ -81,7 +79,8 @@ HRESULT STDMETHODCALLTYPE ObjectDispatch::GetIDsOfNames(REFIID, LPOLESTR* names,
                                                         DISPID* ids) {
     if (names == nullptr || ids == nullptr) return E_POINTER;
     try {
-        ids[0] = PropertyId(Utf8FromUtf16(names[0]));
+        const std::string name = Utf8FromUtf16(names[0]);
+        ids[0] = platform::EqualsNoCase(name, "_NewEnum") ? DISPID_NEWENUM : PropertyId(name);
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
     }
@@ -94,9 +93,11 @@ Variant ObjectDispatch::Call(DISPID id, WORD flags, std::vector<Variant>& args) 
     std::string name;
     if (id != DISPID_VALUE && !PropertyNameOf(id, name)) throw DispatchFault{DISP_E_MEMBERNOTFOUND};
     const bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
-    if ((id == DISPID_VALUE || platform::EqualsNoCase(name, "Item")) && !put && args.size() == 1) {
-        Variant item;
-        if (CollectionItem(*object_, args[0], item)) return item;
+    std::vector<Variant> items;
+    std::vector<std::string> keys;
+    const bool isItem = id == DISPID_VALUE || platform::EqualsNoCase(name, "Item");
+    if (isItem && !put && args.size() == 1 && ItemsOf(*object_, items, keys)) {
+        return ItemOf(items, keys, args[0]);
     }
     if (id == DISPID_VALUE) throw DispatchFault{DISP_E_MEMBERNOTFOUND};
     if (put) {
@@ -114,6 +115,16 @@ Variant ObjectDispatch::Call(DISPID id, WORD flags, std::vector<Variant>& args) 
     return object_->GetProperty(name);
 }
 
+void ObjectDispatch::StartWalk(VARIANT* result) {
+    std::vector<Variant> items;
+    std::vector<std::string> keys;
+    if (!ItemsOf(*object_, items, keys)) throw DispatchFault{DISP_E_MEMBERNOTFOUND};
+    if (result == nullptr) return;
+    VariantInit(result);
+    V_UNKNOWN(result) = new ItemEnumerator(std::move(items));
+    V_VT(result) = VT_UNKNOWN;
+}
+
 HRESULT STDMETHODCALLTYPE ObjectDispatch::Invoke(DISPID id, REFIID iid, LCID, WORD flags,
                                                  DISPPARAMS* params, VARIANT* result,
                                                  EXCEPINFO* info, UINT*) {
@@ -121,6 +132,10 @@ HRESULT STDMETHODCALLTYPE ObjectDispatch::Invoke(DISPID id, REFIID iid, LCID, WO
     if (params == nullptr) return E_POINTER;
     const std::string source(object_->ClassName());
     return GuardedCall(info, source, [&] {
+        if (id == DISPID_NEWENUM) {
+            StartWalk(result);
+            return;
+        }
         const bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
         DispatchArguments arguments(*params, put);
         const Variant answer = Call(id, flags, arguments.Values());

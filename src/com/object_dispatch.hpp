@@ -3,7 +3,7 @@
 // IDispatch over one of the library's objects (a registry and its AdsPropertyClass entries, the
 // current user, a font, a collection, a declaration document): its properties read and written
 // by name. A collection answers "Count" and "Item" (a 1-based index or a key; also its default
-// member, so that a script may write coll(1)).
+// member, so that a script may write coll(1)) and "_NewEnum", the enumerator For Each walks.
 
 #include "facade/variant_object.hpp"
 
@@ -31,6 +31,8 @@ class ObjectDispatch : public DispatchBase {
 
   private:
     facade::Variant Call(DISPID id, WORD flags, std::vector<facade::Variant>& args);
+    // The enumerator of a collection's items into `result`.
+    void StartWalk(VARIANT* result);
 
     std::shared_ptr<facade::VariantObject> object_;
 };

@@ -55,14 +55,11 @@ STDAPI DllCanUnloadNow() {
 }
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* out) {
-    if (out == nullptr) return E_POINTER;
-    *out = nullptr;
-    if (clsid != kFnrkRoutinesClsid) return CLASS_E_CLASSNOTAVAILABLE;
-    RoutinesFactory* factory = new (std::nothrow) RoutinesFactory();
-    if (factory == nullptr) return E_OUTOFMEMORY;
-    const HRESULT asked = factory->QueryInterface(iid, out);
-    factory->Release();
-    return asked;
+    if (clsid != kFnrkRoutinesClsid) {
+        if (out != nullptr) *out = nullptr;
+        return CLASS_E_CLASSNOTAVAILABLE;
+    }
+    return CreateAs<RoutinesFactory>(iid, out);
 }
 
 // Machine-wide under HKEY_CLASSES_ROOT; when that is refused (no administrator rights), for the

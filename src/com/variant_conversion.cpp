@@ -8,6 +8,7 @@
 #include <new>
 
 #include "com/object_crossing.hpp"
+#include "com/owned_variant.hpp"
 #include "com/utf16_text.hpp"
 
 namespace fnrk::com {
@@ -29,28 +30,19 @@ Variant WholeNumber(long long value) {
 }
 
 double DoubleOf(const VARIANT& value) {
-    VARIANT converted;
-    VariantInit(&converted);
-    if (FAILED(VariantChangeType(&converted, const_cast<VARIANT*>(&value), 0, VT_R8)))
+    OwnedVariant converted;
+    if (FAILED(VariantChangeType(&converted.value, const_cast<VARIANT*>(&value), 0, VT_R8)))
         ThrowUnsupported(V_VT(&value));
-    return V_R8(&converted);
+    return V_R8(&converted.value);
 }
 
 // One element of a SAFEARRAY read into a VARIANT of its own type.
 Variant ElementOf(SAFEARRAY* array, VARTYPE type, LONG index) {
-    VARIANT element;
-    VariantInit(&element);
-    void* storage = type == VT_VARIANT ? static_cast<void*>(&element) : &V_I4(&element);
+    OwnedVariant element;
+    void* storage = type == VT_VARIANT ? static_cast<void*>(&element.value) : &V_I4(&element.value);
     if (FAILED(SafeArrayGetElement(array, &index, storage))) ThrowUnsupported(type | VT_ARRAY);
-    if (type != VT_VARIANT) V_VT(&element) = type;
-    try {
-        Variant converted = FromComVariant(element);
-        VariantClear(&element);
-        return converted;
-    } catch (...) {
-        VariantClear(&element);
-        throw;
-    }
+    if (type != VT_VARIANT) V_VT(&element.value) = type;
+    return FromComVariant(element.value);
 }
 
 Variant FromSafeArray(SAFEARRAY* array) {
@@ -112,23 +104,19 @@ SAFEARRAY* SafeArrayOfVariants(const facade::VariantArray& items) {
 
 Variant FromComVariant(const VARIANT& value) {
     const VARTYPE type = V_VT(&value);
-    if (type == (VT_BYREF | VT_VARIANT)) return FromComVariant(*V_VARIANTREF(&value));
+    if (type == (VT_BYREF | VT_VARIANT)) {
+        return V_VARIANTREF(&value) == nullptr ? Variant() : FromComVariant(*V_VARIANTREF(&value));
+    }
     if ((type & VT_ARRAY) != 0) {
         return FromSafeArray((type & VT_BYREF) != 0 ? *V_ARRAYREF(&value) : V_ARRAY(&value));
     }
     if ((type & VT_BYREF) != 0) {
         // The referenced value read as a plain VARIANT of its type.
-        VARIANT plain;
-        VariantInit(&plain);
-        if (FAILED(VariantCopyInd(&plain, const_cast<VARIANT*>(&value)))) ThrowUnsupported(type);
-        try {
-            Variant converted = FromComVariant(plain);
-            VariantClear(&plain);
-            return converted;
-        } catch (...) {
-            VariantClear(&plain);
-            throw;
+        OwnedVariant plain;
+        if (FAILED(VariantCopyInd(&plain.value, const_cast<VARIANT*>(&value)))) {
+            ThrowUnsupported(type);
         }
+        return FromComVariant(plain.value);
     }
     switch (type) {
         case VT_EMPTY:

@@ -29,15 +29,15 @@ std::filesystem::path ProgramFolder() {
 
 }  // namespace
 
-ComVariant ComVariant::Text(const wchar_t* text) {
-    ComVariant made;
+OwnedVariant TextVariant(const wchar_t* text) {
+    OwnedVariant made;
     V_VT(&made.value) = VT_BSTR;
     V_BSTR(&made.value) = SysAllocString(text);
     return made;
 }
 
-ComVariant ComVariant::Long(LONG number) {
-    ComVariant made;
+OwnedVariant LongVariant(LONG number) {
+    OwnedVariant made;
     V_VT(&made.value) = VT_I4;
     V_I4(&made.value) = number;
     return made;

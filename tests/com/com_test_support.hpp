@@ -1,7 +1,7 @@
 #pragma once
 
 // What the COM tests share: COM started in a single-threaded apartment for the whole program,
-// VARIANTs that clear themselves, the server DLL loaded from beside the test program through its
+// VARIANTs of text and numbers, the server DLL loaded from beside the test program through its
 // exports, and calls by name through IDispatch.
 
 #include <gtest/gtest.h>
@@ -11,21 +11,12 @@
 #include <string>
 #include <vector>
 
+#include "com/owned_variant.hpp"
+
 namespace fnrk::com::testing {
 
-class ComVariant {
-  public:
-    ComVariant() { VariantInit(&value); }
-    ~ComVariant() { VariantClear(&value); }
-    ComVariant(ComVariant&& other) noexcept : value(other.value) { VariantInit(&other.value); }
-    ComVariant(const ComVariant&) = delete;
-    ComVariant& operator=(const ComVariant&) = delete;
-
-    static ComVariant Text(const wchar_t* text);
-    static ComVariant Long(LONG number);
-
-    VARIANT value;
-};
+OwnedVariant TextVariant(const wchar_t* text);
+OwnedVariant LongVariant(LONG number);
 
 // Fennrickfct.dll, loaded once for the program.
 class ServerDll {
@@ -47,7 +38,7 @@ class ServerDll {
 
 struct CallOutcome {
     HRESULT result = S_OK;
-    ComVariant value;
+    OwnedVariant value;
     EXCEPINFO error{};
     ~CallOutcome();
 };

@@ -94,7 +94,7 @@ TEST(ObjectCrossingTest, TheLibrarysObjectsGoOutByNameAndComeBackAsThemselves) {
     Call(dispatch, L"NAME", DISPATCH_PROPERTYGET, {}, name);
     ASSERT_HRESULT_SUCCEEDED(name.result);
     EXPECT_STREQ(V_BSTR(&name.value.value), L"Tahoma");
-    ComVariant size = ComVariant::Long(11);
+    OwnedVariant size = LongVariant(11);
     CallOutcome put;
     Call(dispatch, L"size", DISPATCH_PROPERTYPUT, {&size.value}, put);
     ASSERT_HRESULT_SUCCEEDED(put.result);
@@ -104,6 +104,9 @@ TEST(ObjectCrossingTest, TheLibrarysObjectsGoOutByNameAndComeBackAsThemselves) {
     Call(dispatch, L"Colour", DISPATCH_PROPERTYGET, {}, unknown);
     ASSERT_EQ(unknown.result, DISP_E_EXCEPTION);
     EXPECT_EQ(unknown.error.scode, MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 438));
+    CallOutcome walk;
+    Call(dispatch, L"_NewEnum", DISPATCH_METHOD | DISPATCH_PROPERTYGET, {}, walk);
+    EXPECT_EQ(walk.result, DISP_E_MEMBERNOTFOUND) << "a font is no collection";
     dispatch->Release();
 
     EXPECT_EQ(DispatchFromObject(nullptr), nullptr) << "Nothing stays Nothing";
@@ -120,7 +123,7 @@ TEST(ObjectCrossingTest, ARegistryAnswersCountAndItemByIndexOrAlias) {
     Call(dispatch, L"Count", DISPATCH_PROPERTYGET, {}, count);
     EXPECT_EQ(V_I4(&count.value.value), 2);
 
-    ComVariant second = ComVariant::Long(2);
+    OwnedVariant second = LongVariant(2);
     CallOutcome item;
     Call(dispatch, L"Item", DISPATCH_METHOD | DISPATCH_PROPERTYGET, {&second.value}, item);
     ASSERT_EQ(V_VT(&item.value.value), VT_DISPATCH);
@@ -129,19 +132,43 @@ TEST(ObjectCrossingTest, ARegistryAnswersCountAndItemByIndexOrAlias) {
     EXPECT_STREQ(V_BSTR(&alias.value.value), L"PARAM");
 
     // An entry's properties are the registry's own: a put changes the entry.
-    ComVariant handle = ComVariant::Long(9);
+    OwnedVariant handle = LongVariant(9);
     CallOutcome put;
     Call(V_DISPATCH(&item.value.value), L"ActiveIndexHandle", DISPATCH_PROPERTYPUT, {&handle.value},
          put);
     EXPECT_EQ(registry->Entries()[1]->ActiveIndexHandle, 9);
 
-    ComVariant byAlias = ComVariant::Text(L"act");
+    OwnedVariant byAlias = TextVariant(L"act");
     CallOutcome keyed;
     Call(dispatch, L"item", DISPATCH_METHOD, {&byAlias.value}, keyed);
     ASSERT_EQ(V_VT(&keyed.value.value), VT_DISPATCH);
     EXPECT_EQ(ObjectFromDispatch(V_DISPATCH(&keyed.value.value)), registry->Entries()[0]);
 
-    ComVariant past = ComVariant::Long(3);
+    // For Each walks the entries through _NewEnum.
+    CallOutcome walk;
+    Call(dispatch, L"_NewEnum", DISPATCH_METHOD | DISPATCH_PROPERTYGET, {}, walk);
+    ASSERT_EQ(V_VT(&walk.value.value), VT_UNKNOWN);
+    IEnumVARIANT* entries = nullptr;
+    ASSERT_HRESULT_SUCCEEDED(
+        V_UNKNOWN(&walk.value.value)
+            ->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(&entries)));
+    OwnedVariant walked[3];
+    ULONG fetched = 0;
+    VARIANT slots[3];
+    EXPECT_EQ(entries->Next(3, slots, &fetched), S_FALSE) << "two entries, not three";
+    ASSERT_EQ(fetched, 2u);
+    for (ULONG i = 0; i < fetched; ++i) walked[i].value = slots[i];
+    EXPECT_EQ(ObjectFromDispatch(V_DISPATCH(&walked[1].value)), registry->Entries()[1]);
+    EXPECT_EQ(entries->Next(1, slots, &fetched), S_FALSE);
+    EXPECT_EQ(fetched, 0u);
+    ASSERT_HRESULT_SUCCEEDED(entries->Reset());
+    EXPECT_EQ(entries->Skip(1), S_OK);
+    OwnedVariant last;
+    EXPECT_EQ(entries->Next(1, &last.value, nullptr), S_OK);
+    EXPECT_EQ(ObjectFromDispatch(V_DISPATCH(&last.value)), registry->Entries()[1]);
+    entries->Release();
+
+    OwnedVariant past = LongVariant(3);
     CallOutcome outside;
     Call(dispatch, L"Item", DISPATCH_METHOD, {&past.value}, outside);
     ASSERT_EQ(outside.result, DISP_E_EXCEPTION);
@@ -169,8 +196,8 @@ TEST(ObjectCrossingTest, ACallersCollectionOfEntriesIsReadAsARegistry) {
                                               IID_IDispatch,
                                               reinterpret_cast<void**>(&dictionary)));
     for (IDispatch* entry : {second, first}) {
-        ComVariant key = ComVariant::Long(entry == second ? 1 : 2);
-        ComVariant value;
+        OwnedVariant key = LongVariant(entry == second ? 1 : 2);
+        OwnedVariant value;
         V_VT(&value.value) = VT_DISPATCH;
         V_DISPATCH(&value.value) = entry;
         entry->AddRef();

@@ -39,8 +39,8 @@ class RoutinesDispatchTest : public ::testing::Test {
     }
 
     // A script's empty registry: an array of no entries.
-    static ComVariant EmptyRegistry() {
-        ComVariant registry;
+    static OwnedVariant EmptyRegistry() {
+        OwnedVariant registry;
         V_VT(&registry.value) = VT_ARRAY | VT_VARIANT;
         V_ARRAY(&registry.value) = SafeArrayCreateVector(VT_VARIANT, 0, 0);
         return registry;
@@ -86,7 +86,7 @@ TEST_F(RoutinesDispatchTest, NamesMatchWithoutRegardToCaseAndEachHasOneDispid) {
 }
 
 TEST_F(RoutinesDispatchTest, PropertiesArePutAndReadInTheFormsCallersSend) {
-    ComVariant folder = ComVariant::Text(L"C:\\Temp\\Soci\u00e9t\u00e9 \u20ac");
+    OwnedVariant folder = TextVariant(L"C:\\Temp\\Soci\u00e9t\u00e9 \u20ac");
     CallOutcome put;
     Call(routines, L"tempPath", kPut, {&folder.value}, put);
     ASSERT_HRESULT_SUCCEEDED(put.result);
@@ -102,7 +102,7 @@ TEST_F(RoutinesDispatchTest, PropertiesArePutAndReadInTheFormsCallersSend) {
     Call(routines, L"TempPath", kMethod | kGet, {}, scripted);
     EXPECT_EQ(TextOf(scripted.value.value), TextOf(get.value.value));
 
-    ComVariant yes = ComVariant::Text(L"True");
+    OwnedVariant yes = TextVariant(L"True");
     CallOutcome flag;
     Call(routines, L"TestMode", kPut, {&yes.value}, flag);
     ASSERT_HRESULT_SUCCEEDED(flag.result);
@@ -119,23 +119,23 @@ TEST_F(RoutinesDispatchTest, PropertiesArePutAndReadInTheFormsCallersSend) {
 }
 
 TEST_F(RoutinesDispatchTest, NamedArgumentsOtherThanThePutValueAreRefused) {
-    ComVariant value = ComVariant::Long(1);
+    OwnedVariant value = LongVariant(1);
     DISPID named = 0;
     DISPPARAMS params{&value.value, &named, 1, 1};
-    ComVariant result;
+    OwnedVariant result;
     EXPECT_EQ(routines->Invoke(IdOf(L"init"), IID_NULL, 0, kMethod, &params, &result.value, nullptr,
                                nullptr),
               DISP_E_NONAMEDARGS);
 }
 
 TEST_F(RoutinesDispatchTest, ByReferenceArgumentsTakeTheResultAndByValueOnesDoNot) {
-    ComVariant registry = EmptyRegistry();
-    ComVariant text = ComVariant::Text(L"first");
-    ComVariant data = ComVariant::Long(7);
+    OwnedVariant registry = EmptyRegistry();
+    OwnedVariant text = TextVariant(L"first");
+    OwnedVariant data = LongVariant(7);
 
     // VT_BYREF|VT_VARIANT: a script's variable.
-    ComVariant list;
-    ComVariant listReference;
+    OwnedVariant list;
+    OwnedVariant listReference;
     V_VT(&listReference.value) = VT_BYREF | VT_VARIANT;
     V_VARIANTREF(&listReference.value) = &list.value;
     CallOutcome added;
@@ -146,16 +146,16 @@ TEST_F(RoutinesDispatchTest, ByReferenceArgumentsTakeTheResultAndByValueOnesDoNo
     LONG upper = -1;
     SafeArrayGetUBound(V_ARRAY(&list.value), 1, &upper);
     EXPECT_EQ(upper, 0);
-    ComVariant item;
+    OwnedVariant item;
     LONG first = 0;
     ASSERT_HRESULT_SUCCEEDED(SafeArrayGetElement(V_ARRAY(&list.value), &first, &item.value));
     ASSERT_EQ(V_VT(&item.value), VT_ARRAY | VT_VARIANT) << "an item is a pair [text, data]";
-    ComVariant itemText;
+    OwnedVariant itemText;
     ASSERT_HRESULT_SUCCEEDED(SafeArrayGetElement(V_ARRAY(&item.value), &first, &itemText.value));
     EXPECT_EQ(TextOf(itemText.value), L"first");
 
     // The same list passed by value: the member's new list goes nowhere.
-    ComVariant byValue;
+    OwnedVariant byValue;
     CallOutcome ignored;
     Call(routines, L"LSTValuesAddItem", kMethod,
          {&registry.value, &byValue.value, &text.value, &data.value}, ignored);
@@ -164,7 +164,7 @@ TEST_F(RoutinesDispatchTest, ByReferenceArgumentsTakeTheResultAndByValueOnesDoNo
 }
 
 TEST_F(RoutinesDispatchTest, AMembersErrorCarriesTheLibrarysNumberSourceAndDescription) {
-    ComVariant registry = EmptyRegistry();
+    OwnedVariant registry = EmptyRegistry();
     CallOutcome missing;
     Call(routines, L"CarsOpen", kMethod, {&registry.value}, missing);
     ASSERT_EQ(missing.result, DISP_E_EXCEPTION);
@@ -175,14 +175,14 @@ TEST_F(RoutinesDispatchTest, AMembersErrorCarriesTheLibrarysNumberSourceAndDescr
     EXPECT_STREQ(missing.error.bstrDescription,
                  L"FnrkRoutines.CarsOpen is not available in this build");
 
-    ComVariant notAFlag = ComVariant::Text(L"not a flag");
+    OwnedVariant notAFlag = TextVariant(L"not a flag");
     CallOutcome mismatch;
     Call(routines, L"TestMode", kPut, {&notAFlag.value}, mismatch);
     ASSERT_EQ(mismatch.result, DISP_E_EXCEPTION);
     EXPECT_EQ(mismatch.error.scode, MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 13));
 
     CallOutcome tooMany;
-    ComVariant extra = ComVariant::Long(1);
+    OwnedVariant extra = LongVariant(1);
     Call(routines, L"InitializeDLL", kMethod, {&extra.value}, tooMany);
     ASSERT_EQ(tooMany.result, DISP_E_EXCEPTION);
     EXPECT_EQ(tooMany.error.scode, MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 450));
@@ -220,8 +220,8 @@ TEST_F(RoutinesDispatchTest, AByReferenceStringTakesACompanyParameter) {
     const std::filesystem::path dossier = folder / "SOC1";
     ASSERT_NO_FATAL_FAILURE(WriteCompany(dossier));
 
-    ComVariant path = ComVariant::Text(dossier.wstring().c_str());
-    ComVariant shortName = ComVariant::Text(L"SOC1");
+    OwnedVariant path = TextVariant(dossier.wstring().c_str());
+    OwnedVariant shortName = TextVariant(L"SOC1");
     CallOutcome pointed, named, opened;
     Call(routines, L"pathName", kPut, {&path.value}, pointed);
     Call(routines, L"socShortName", kPut, {&shortName.value}, named);
@@ -231,10 +231,10 @@ TEST_F(RoutinesDispatchTest, AByReferenceStringTakesACompanyParameter) {
     ASSERT_EQ(V_I4(&opened.value.value), 0) << "the parameter table opened";
 
     // VT_BYREF|VT_BSTR: a compiled caller's String variable.
-    ComVariant registry = EmptyRegistry();
-    ComVariant key = ComVariant::Text(L"SOCNAME");
+    OwnedVariant registry = EmptyRegistry();
+    OwnedVariant key = TextVariant(L"SOCNAME");
     BSTR name = SysAllocString(L"before");
-    ComVariant nameReference;
+    OwnedVariant nameReference;
     V_VT(&nameReference.value) = VT_BYREF | VT_BSTR;
     V_BSTRREF(&nameReference.value) = &name;
     CallOutcome read;

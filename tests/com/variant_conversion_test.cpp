@@ -17,7 +17,7 @@ using facade::Variant;
 using facade::VariantType;
 
 Variant RoundTrip(const Variant& value) {
-    ComVariant out;
+    OwnedVariant out;
     ToComVariant(value, out.value);
     return FromComVariant(out.value);
 }
@@ -40,39 +40,39 @@ TEST(VariantConversionTest, EveryScalarKeepsItsTypeBothWays) {
         EXPECT_TRUE(back == value) << value.TypeName();
     }
 
-    ComVariant boolean;
+    OwnedVariant boolean;
     ToComVariant(Variant(true), boolean.value);
     EXPECT_EQ(V_BOOL(&boolean.value), VARIANT_TRUE) << "true is -1 to COM";
-    ComVariant text;
+    OwnedVariant text;
     ToComVariant(Variant("\xe2\x82\xac"), text.value);
     ASSERT_EQ(V_VT(&text.value), VT_BSTR);
     EXPECT_STREQ(V_BSTR(&text.value), L"\u20ac");
 }
 
 TEST(VariantConversionTest, OtherNumbersWidenAndLeftOutArgumentsAreEmpty) {
-    ComVariant byte;
+    OwnedVariant byte;
     V_VT(&byte.value) = VT_UI1;
     V_UI1(&byte.value) = 200;
     EXPECT_EQ(FromComVariant(byte.value).Type(), VariantType::Integer);
     EXPECT_EQ(FromComVariant(byte.value).ToLong(), 200);
 
-    ComVariant wide;
+    OwnedVariant wide;
     V_VT(&wide.value) = VT_I8;
     V_I8(&wide.value) = 5000000000LL;
     EXPECT_EQ(FromComVariant(wide.value).Type(), VariantType::Double);
     EXPECT_EQ(FromComVariant(wide.value).ToDouble(), 5e9);
 
-    ComVariant single;
+    OwnedVariant single;
     V_VT(&single.value) = VT_R4;
     V_R4(&single.value) = 2.5f;
     EXPECT_EQ(FromComVariant(single.value).ToDouble(), 2.5);
 
-    ComVariant leftOut;
+    OwnedVariant leftOut;
     V_VT(&leftOut.value) = VT_ERROR;
     V_ERROR(&leftOut.value) = DISP_E_PARAMNOTFOUND;
     EXPECT_TRUE(FromComVariant(leftOut.value).IsEmpty());
 
-    ComVariant otherError;
+    OwnedVariant otherError;
     V_VT(&otherError.value) = VT_ERROR;
     V_ERROR(&otherError.value) = E_FAIL;
     try {
@@ -83,7 +83,7 @@ TEST(VariantConversionTest, OtherNumbersWidenAndLeftOutArgumentsAreEmpty) {
     }
 
     LONG number = 42;
-    ComVariant reference;
+    OwnedVariant reference;
     V_VT(&reference.value) = VT_BYREF | VT_I4;
     V_I4REF(&reference.value) = &number;
     EXPECT_EQ(FromComVariant(reference.value).ToLong(), 42) << "read through the reference";
@@ -92,20 +92,20 @@ TEST(VariantConversionTest, OtherNumbersWidenAndLeftOutArgumentsAreEmpty) {
 TEST(VariantConversionTest, ArraysAndBytesCrossAsSafeArrays) {
     const Variant list(facade::VariantArray{Variant("a"), Variant(std::int32_t{2}),
                                             Variant(facade::VariantArray{Variant(true)})});
-    ComVariant out;
+    OwnedVariant out;
     ToComVariant(list, out.value);
     EXPECT_EQ(V_VT(&out.value), VT_ARRAY | VT_VARIANT);
     EXPECT_TRUE(FromComVariant(out.value) == list);
 
     const Variant bytes(facade::VariantBytes{0, 1, 254, 255});
-    ComVariant byteArray;
+    OwnedVariant byteArray;
     ToComVariant(bytes, byteArray.value);
     EXPECT_EQ(V_VT(&byteArray.value), VT_ARRAY | VT_UI1);
     EXPECT_TRUE(FromComVariant(byteArray.value) == bytes);
 
     // An array of strings from a typed caller, 1-based.
     SAFEARRAYBOUND bound{2, 1};
-    ComVariant texts;
+    OwnedVariant texts;
     V_VT(&texts.value) = VT_ARRAY | VT_BSTR;
     V_ARRAY(&texts.value) = SafeArrayCreate(VT_BSTR, 1, &bound);
     for (LONG i = 1; i <= 2; ++i) {
@@ -117,7 +117,7 @@ TEST(VariantConversionTest, ArraysAndBytesCrossAsSafeArrays) {
                 Variant(facade::VariantArray{Variant("x"), Variant("y")}));
 
     SAFEARRAYBOUND square[2] = {{2, 0}, {2, 0}};
-    ComVariant table;
+    OwnedVariant table;
     V_VT(&table.value) = VT_ARRAY | VT_VARIANT;
     V_ARRAY(&table.value) = SafeArrayCreate(VT_VARIANT, 2, square);
     EXPECT_THROW(FromComVariant(table.value), facade::FacadeError);

@@ -18,13 +18,19 @@ Sub Check(holds, what)
     End If
 End Sub
 
-' The caller's own registry entries and user: plain script objects, read by name.
+' The caller's own registry entries and user: plain script objects, read by name. One Public
+' statement per field: Wine's VBScript does not parse a list of them in a class.
 Class TableEntry
-    Public Alias, ActiveIndexHandle, Order
+    Public Alias
+    Public ActiveIndexHandle
+    Public Order
 End Class
 
 Class SessionUser
-    Public Name, Password, Rights, language
+    Public Name
+    Public Password
+    Public Rights
+    Public language
 End Class
 
 Function EntryOf(alias, order)
