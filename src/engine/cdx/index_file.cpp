@@ -26,7 +26,7 @@ constexpr off_t kIndexLockOffset = 0x7FFF'FFFF'0000;
 
 }  // namespace
 
-IndexFile::IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMode mode)
+IndexFile::IndexFile(std::filesystem::path path, io::NativeFile file, IndexOpenMode mode)
     : path_(std::move(path)),
       file_(std::move(file)),
       mode_(mode),
@@ -41,14 +41,14 @@ IndexFile::IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMo
 
 std::unique_ptr<IndexFile> IndexFile::Create(const std::filesystem::path& path,
                                              const crypt::FileCipher* cipher) {
-    io::PosixFile file = io::PosixFile::CreateNew(path.string());
+    io::NativeFile file = io::NativeFile::CreateNew(path.string());
     if (!file.valid()) ThrowErrno("cannot create", path);
     return std::unique_ptr<IndexFile>(
         new IndexFile(path, std::move(file), IndexOpenMode{.cipher = cipher}));
 }
 
 std::unique_ptr<IndexFile> IndexFile::Open(const std::filesystem::path& path, IndexOpenMode mode) {
-    io::PosixFile file = io::PosixFile::Open(path.string(), mode.readOnly);
+    io::NativeFile file = io::NativeFile::Open(path.string(), mode.readOnly);
     if (!file.valid()) ThrowErrno("cannot open", path);
     return std::unique_ptr<IndexFile>(new IndexFile(path, std::move(file), mode));
 }
@@ -185,7 +185,7 @@ void IndexFile::Lock(short type) {
     request.l_whence = SEEK_SET;
     request.l_start = kIndexLockOffset;
     request.l_len = 1;
-    while (::fcntl(file_.fd(), F_OFD_SETLKW, &request) != 0) {
+    while (::fcntl(file_.handle(), F_OFD_SETLKW, &request) != 0) {
         if (errno != EINTR) ThrowErrno("cannot lock", path_);
     }
 }

@@ -14,7 +14,7 @@
 
 #include "engine/cdx/index_format.hpp"
 #include "engine/crypt/file_cipher.hpp"
-#include "engine/io/posix_file.hpp"
+#include "engine/io/native_file.hpp"
 
 namespace fnrk::engine::cdx {
 
@@ -85,7 +85,7 @@ class IndexFile {
     };
 
   private:
-    IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMode mode);
+    IndexFile(std::filesystem::path path, io::NativeFile file, IndexOpenMode mode);
     void Lock(short type);
     void Unlock();
     // Starts a guard: the outermost one takes the lock and looks for other processes' changes.
@@ -102,7 +102,7 @@ class IndexFile {
     void Refresh();
 
     std::filesystem::path path_;
-    io::PosixFile file_;
+    io::NativeFile file_;
     IndexOpenMode mode_;
     std::uint64_t size_ = 0;      // including pages not yet written
     std::uint64_t diskSize_ = 0;  // what the file holds
