@@ -130,7 +130,7 @@ HRESULT STDMETHODCALLTYPE ObjectDispatch::Invoke(DISPID id, REFIID iid, LCID, WO
                                                  EXCEPINFO* info, UINT*) {
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (params == nullptr) return E_POINTER;
-    const std::string source(object_->ClassName());
+    const std::string source = "Fennrickfct." + std::string(object_->ClassName());
     return GuardedCall(info, source, [&] {
         if (id == DISPID_NEWENUM) {
             StartWalk(result);

@@ -104,6 +104,7 @@ TEST(ObjectCrossingTest, TheLibrarysObjectsGoOutByNameAndComeBackAsThemselves) {
     Call(dispatch, L"Colour", DISPATCH_PROPERTYGET, {}, unknown);
     ASSERT_EQ(unknown.result, DISP_E_EXCEPTION);
     EXPECT_EQ(unknown.error.scode, MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 438));
+    EXPECT_STREQ(unknown.error.bstrSource, L"Fennrickfct.Font");
     CallOutcome walk;
     Call(dispatch, L"_NewEnum", DISPATCH_METHOD | DISPATCH_PROPERTYGET, {}, walk);
     EXPECT_EQ(walk.result, DISP_E_MEMBERNOTFOUND) << "a font is no collection";
