@@ -26,7 +26,8 @@ function(fnrk_check_layers target)
 endfunction()
 
 # One static library per source folder: every .cpp directly in the folder, headers beside them,
-# but the files named in EXCLUDE (the other build's twin of a file, a part left out of this build).
+# but the files named in EXCLUDE (a part left out of this build) and the other host's twins:
+# name_win32.cpp is built for Windows only, name_posix.cpp everywhere else.
 # Includes are written from src/, e.g. #include "platform/ini_file.hpp".
 function(fnrk_library name)
     cmake_parse_arguments(ARG "" "" "DEPS;EXCLUDE" ${ARGN})
@@ -34,6 +35,11 @@ function(fnrk_library name)
     foreach(excluded ${ARG_EXCLUDE})
         list(REMOVE_ITEM sources "${CMAKE_CURRENT_SOURCE_DIR}/${excluded}")
     endforeach()
+    if(WIN32)
+        list(FILTER sources EXCLUDE REGEX "_posix\\.cpp$")
+    else()
+        list(FILTER sources EXCLUDE REGEX "_win32\\.cpp$")
+    endif()
     add_library(${name} STATIC ${sources})
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     target_link_libraries(${name} PUBLIC ${ARG_DEPS})

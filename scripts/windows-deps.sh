@@ -44,6 +44,20 @@ is_current() {
     [ -f "$prefix/.$1" ] && [ "$(cat "$prefix/.$1")" = "$2" ]
 }
 
+# Configures a CMake project for this architecture, builds it and installs it into the prefix:
+# cmake_install SOURCE [CMake options...]
+cmake_install() {
+    local source=$1
+    shift
+    local work=$prefix/work-cmake
+    rm -rf "$work"
+    cmake -S "$source" -B "$work" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
+        -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" "$@" >/dev/null
+    cmake --build "$work" -j "$jobs" >/dev/null
+    cmake --install "$work" >/dev/null
+    rm -rf "$work"
+}
+
 sqlite() {
     local version
     version=$(source_version sqlite3)
@@ -82,17 +96,11 @@ libxml2() {
     echo "-- libxml2 $version for $arch"
     local folder
     folder=$(unpacked_source libxml2 "$version")
-    local work=$prefix/work-libxml2
-    rm -rf "$work"
-    cmake -S "$folder" -B "$work" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
-        -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_SHARED_LIBS=OFF \
+    cmake_install "$folder" -DBUILD_SHARED_LIBS=OFF \
         -DLIBXML2_WITH_ICONV=OFF -DLIBXML2_WITH_LZMA=OFF -DLIBXML2_WITH_ZLIB=OFF \
         -DLIBXML2_WITH_HTTP=OFF -DLIBXML2_WITH_FTP=OFF -DLIBXML2_WITH_PYTHON=OFF \
         -DLIBXML2_WITH_ICU=OFF -DLIBXML2_WITH_PROGRAMS=OFF -DLIBXML2_WITH_TESTS=OFF \
-        -DLIBXML2_WITH_MODULES=OFF >/dev/null
-    cmake --build "$work" -j "$jobs" >/dev/null
-    cmake --install "$work" >/dev/null
-    rm -rf "$work"
+        -DLIBXML2_WITH_MODULES=OFF
     echo "$version" >"$prefix/.libxml2"
 }
 
@@ -101,14 +109,7 @@ googletest() {
     version=$(dpkg-query -W -f='${Version}' googletest)
     is_current googletest "$version" && return
     echo "-- GoogleTest $version for $arch"
-    local work=$prefix/work-googletest
-    rm -rf "$work"
-    cmake -S /usr/src/googletest -B "$work" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
-        -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_GMOCK=ON \
-        -DINSTALL_GTEST=ON >/dev/null
-    cmake --build "$work" -j "$jobs" >/dev/null
-    cmake --install "$work" >/dev/null
-    rm -rf "$work"
+    cmake_install /usr/src/googletest -DBUILD_GMOCK=ON -DINSTALL_GTEST=ON
     echo "$version" >"$prefix/.googletest"
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/crypto.hpp"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -14,13 +15,7 @@ namespace fnrk::platform::crypto {
 namespace {
 
 std::string Hex(const unsigned char* bytes, std::size_t length) {
-    static constexpr char kDigits[] = "0123456789abcdef";
-    std::string text;
-    for (std::size_t i = 0; i < length; ++i) {
-        text += kDigits[bytes[i] >> 4];
-        text += kDigits[bytes[i] & 0x0F];
-    }
-    return text;
+    return fmt::format("{:02x}", fmt::join(bytes, bytes + length, ""));
 }
 
 std::string Pbkdf2Hex(std::string_view password, std::string_view salt, std::uint32_t iterations,

@@ -86,10 +86,10 @@ class IndexFile {
 
   private:
     IndexFile(std::filesystem::path path, io::NativeFile file, IndexOpenMode mode);
-    void Lock(short type);
+    void Lock(bool exclusive);
     void Unlock();
     // Starts a guard: the outermost one takes the lock and looks for other processes' changes.
-    void Enter(short lockType);
+    void Enter(bool exclusive);
     void ReadFromDisk(std::uint64_t offset, char* out, std::size_t length) const;
     void WriteToDisk(std::uint64_t offset, const char* bytes, std::size_t length);
     // Writes the pages kept under the guard.
