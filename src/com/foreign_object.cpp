@@ -84,8 +84,8 @@ DISPID ForeignObject::IdOf(std::string_view name) const {
     // A script's own objects may name their members only through IDispatchEx (Wine's VBScript
     // answers GetIDsOfNames with E_NOTIMPL for instances of its classes).
     IDispatchEx* extended = nullptr;
-    if (SUCCEEDED(
-            dispatch_->QueryInterface(IID_IDispatchEx, reinterpret_cast<void**>(&extended)))) {
+    if (SUCCEEDED(dispatch_->QueryInterface(__uuidof(IDispatchEx),
+                                            reinterpret_cast<void**>(&extended)))) {
         BSTR text = BstrFromUtf8(name);
         const HRESULT found = extended->GetDispID(text, fdexNameCaseInsensitive, &id);
         SysFreeString(text);
