@@ -4,6 +4,7 @@
 #include <objbase.h>
 #include <windows.h>
 
+#include <filesystem>
 #include <new>
 #include <string>
 
@@ -11,6 +12,8 @@
 #include "com/com_identity.hpp"
 #include "com/registration.hpp"
 #include "com/server_counts.hpp"
+#include "com/utf16_text.hpp"
+#include "platform/paths.hpp"
 
 namespace {
 
@@ -58,6 +61,16 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* out) {
     if (clsid != kFnrkRoutinesClsid) {
         if (out != nullptr) *out = nullptr;
         return CLASS_E_CLASSNOTAVAILABLE;
+    }
+    try {
+        // The installation is where the DLL lies, not where the host program does.
+        std::wstring path;
+        if (SUCCEEDED(ThisDllPath(path))) {
+            fnrk::platform::SetProgramFolder(
+                Utf8FromUtf16(std::filesystem::path(path).parent_path().wstring()));
+        }
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
     }
     return CreateAs<RoutinesFactory>(iid, out);
 }
