@@ -10,6 +10,7 @@
 #include "com_test_support.hpp"
 #include "engine/constants.hpp"
 #include "engine/errors.hpp"
+#include "intake/intake_kind.hpp"
 #include "support/temp_dir.hpp"
 #include "tables/shared_tables.hpp"
 
@@ -153,6 +154,25 @@ TEST_F(RoutinesDispatchTest, ByReferenceArgumentsTakeTheResultAndByValueOnesDoNo
     OwnedVariant itemText;
     ASSERT_HRESULT_SUCCEEDED(SafeArrayGetElement(V_ARRAY(&item.value), &first, &itemText.value));
     EXPECT_EQ(TextOf(itemText.value), L"first");
+
+    // A compiled caller's typed variables: Long and Integer by reference.
+    LONG longStatus = -1;
+    OwnedVariant longReference;
+    V_VT(&longReference.value) = VT_BYREF | VT_I4;
+    V_I4REF(&longReference.value) = &longStatus;
+    CallOutcome asLong;
+    Call(routines, L"SODAConstProcessed", kMethod, {&registry.value, &longReference.value}, asLong);
+    ASSERT_HRESULT_SUCCEEDED(asLong.result);
+    EXPECT_EQ(longStatus, intake::kStatusProcessed);
+    SHORT shortStatus = -1;
+    OwnedVariant shortReference;
+    V_VT(&shortReference.value) = VT_BYREF | VT_I2;
+    V_I2REF(&shortReference.value) = &shortStatus;
+    CallOutcome asInteger;
+    Call(routines, L"CAROConstBadYear", kMethod, {&registry.value, &shortReference.value},
+         asInteger);
+    ASSERT_HRESULT_SUCCEEDED(asInteger.result);
+    EXPECT_EQ(shortStatus, intake::kStatusBadYear);
 
     // The same list passed by value: the member's new list goes nowhere.
     OwnedVariant byValue;
