@@ -43,6 +43,13 @@ OwnedVariant LongVariant(LONG number) {
     return made;
 }
 
+OwnedVariant ReferenceTo(VARTYPE type, void* target) {
+    OwnedVariant made;
+    V_VT(&made.value) = VT_BYREF | type;
+    V_BYREF(&made.value) = target;
+    return made;
+}
+
 ServerDll::ServerDll() {
     module_ = LoadLibraryW((ProgramFolder() / L"Fennrickfct.dll").c_str());
 }

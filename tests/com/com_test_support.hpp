@@ -17,6 +17,8 @@ namespace fnrk::com::testing {
 
 OwnedVariant TextVariant(const wchar_t* text);
 OwnedVariant LongVariant(LONG number);
+// A by-reference argument (VT_BYREF | type) to the caller's variable at `target`.
+OwnedVariant ReferenceTo(VARTYPE type, void* target);
 
 // Fennrickfct.dll, loaded once for the program.
 class ServerDll {

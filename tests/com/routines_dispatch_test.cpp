@@ -136,9 +136,7 @@ TEST_F(RoutinesDispatchTest, ByReferenceArgumentsTakeTheResultAndByValueOnesDoNo
 
     // VT_BYREF|VT_VARIANT: a script's variable.
     OwnedVariant list;
-    OwnedVariant listReference;
-    V_VT(&listReference.value) = VT_BYREF | VT_VARIANT;
-    V_VARIANTREF(&listReference.value) = &list.value;
+    OwnedVariant listReference = ReferenceTo(VT_VARIANT, &list.value);
     CallOutcome added;
     Call(routines, L"LSTValuesAddItem", kMethod,
          {&registry.value, &listReference.value, &text.value, &data.value}, added);
@@ -157,17 +155,13 @@ TEST_F(RoutinesDispatchTest, ByReferenceArgumentsTakeTheResultAndByValueOnesDoNo
 
     // A compiled caller's typed variables: Long and Integer by reference.
     LONG longStatus = -1;
-    OwnedVariant longReference;
-    V_VT(&longReference.value) = VT_BYREF | VT_I4;
-    V_I4REF(&longReference.value) = &longStatus;
+    OwnedVariant longReference = ReferenceTo(VT_I4, &longStatus);
     CallOutcome asLong;
     Call(routines, L"SODAConstProcessed", kMethod, {&registry.value, &longReference.value}, asLong);
     ASSERT_HRESULT_SUCCEEDED(asLong.result);
     EXPECT_EQ(longStatus, intake::kStatusProcessed);
     SHORT shortStatus = -1;
-    OwnedVariant shortReference;
-    V_VT(&shortReference.value) = VT_BYREF | VT_I2;
-    V_I2REF(&shortReference.value) = &shortStatus;
+    OwnedVariant shortReference = ReferenceTo(VT_I2, &shortStatus);
     CallOutcome asInteger;
     Call(routines, L"CAROConstBadYear", kMethod, {&registry.value, &shortReference.value},
          asInteger);
@@ -254,9 +248,7 @@ TEST_F(RoutinesDispatchTest, AByReferenceStringTakesACompanyParameter) {
     OwnedVariant registry = EmptyRegistry();
     OwnedVariant key = TextVariant(L"SOCNAME");
     BSTR name = SysAllocString(L"before");
-    OwnedVariant nameReference;
-    V_VT(&nameReference.value) = VT_BYREF | VT_BSTR;
-    V_BSTRREF(&nameReference.value) = &name;
+    OwnedVariant nameReference = ReferenceTo(VT_BSTR, &name);
     CallOutcome read;
     Call(routines, L"GetParamValue", kMethod, {&registry.value, &key.value, &nameReference.value},
          read);

@@ -83,9 +83,7 @@ TEST(VariantConversionTest, OtherNumbersWidenAndLeftOutArgumentsAreEmpty) {
     }
 
     LONG number = 42;
-    OwnedVariant reference;
-    V_VT(&reference.value) = VT_BYREF | VT_I4;
-    V_I4REF(&reference.value) = &number;
+    OwnedVariant reference = ReferenceTo(VT_I4, &number);
     EXPECT_EQ(FromComVariant(reference.value).ToLong(), 42) << "read through the reference";
 }
 
