@@ -9,6 +9,7 @@
 #include "engine/dbf/field_codec.hpp"
 #include "engine/io/byte_order.hpp"
 #include "engine/lock/header_guard.hpp"
+#include "platform/local_time.hpp"
 
 namespace fnrk::engine::dbf {
 
@@ -54,8 +55,7 @@ Status TableFile::Create(const std::string& path, std::vector<Field> fields,
         return AE_INVALID_RECORD_LENGTH;
     }
     std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
+    const std::tm local = platform::LocalTime(now);
     header.updateYear = static_cast<std::uint8_t>(local.tm_year);
     header.updateMonth = static_cast<std::uint8_t>(local.tm_mon + 1);
     header.updateDay = static_cast<std::uint8_t>(local.tm_mday);
@@ -303,8 +303,7 @@ Status TableFile::WriteAppended(std::string_view bytes, std::uint32_t& record) {
 
 void TableFile::StampUpdateDate(TableHeader& header) {
     std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
+    const std::tm local = platform::LocalTime(now);
     header.updateYear = static_cast<std::uint8_t>(local.tm_year);
     header.updateMonth = static_cast<std::uint8_t>(local.tm_mon + 1);
     header.updateDay = static_cast<std::uint8_t>(local.tm_mday);
