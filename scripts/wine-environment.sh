@@ -10,7 +10,8 @@ FNRK_WINE_EMULATOR="env;WINEPREFIX=$WINEPREFIX;WINEDEBUG=-all;WINEDLLOVERRIDES=$
 
 start_wineserver() {
     mkdir -p "$WINEPREFIX"
-    /usr/lib/wine/wineserver64 -p
+    # Fails when a server runs for this prefix already, which is as good.
+    /usr/lib/wine/wineserver64 -p 2>/dev/null || true
     # Makes the prefix on first use, then returns at once.
     /usr/lib/wine/wine64 cmd /c exit 0 >/dev/null 2>&1 || true
 }
