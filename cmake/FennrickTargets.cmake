@@ -25,23 +25,36 @@ function(fnrk_check_layers target)
     add_dependencies(${target} ${target}_layers)
 endfunction()
 
-# One static library per source folder: every .cpp directly in the folder, headers beside them.
+# One static library per source folder: every .cpp directly in the folder, headers beside them,
+# but the files named in EXCLUDE (a part left out of this build) and the other host's twins:
+# name_win32.cpp is built for Windows only, name_posix.cpp everywhere else.
 # Includes are written from src/, e.g. #include "platform/ini_file.hpp".
 function(fnrk_library name)
-    cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "DEPS;EXCLUDE" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+    foreach(excluded ${ARG_EXCLUDE})
+        list(REMOVE_ITEM sources "${CMAKE_CURRENT_SOURCE_DIR}/${excluded}")
+    endforeach()
+    if(WIN32)
+        list(FILTER sources EXCLUDE REGEX "_posix\\.cpp$")
+    else()
+        list(FILTER sources EXCLUDE REGEX "_win32\\.cpp$")
+    endif()
     add_library(${name} STATIC ${sources})
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     target_link_libraries(${name} PUBLIC ${ARG_DEPS})
     fnrk_check_layers(${name})
 endfunction()
 
-# One GoogleTest program per test folder: every .cpp directly in the folder.
+# One GoogleTest program per test folder: every .cpp directly in the folder but those in EXCLUDE.
 # Tests get FNRK_SHARED_DIR (the fixtures), FNRK_TEST_BINARY_DIR and FNRK_CLI_PATH defined;
 # NEEDS_CLI makes the program wait for the `fennrick` command to be built.
 function(fnrk_tests name)
-    cmake_parse_arguments(ARG "NEEDS_CLI" "" "DEPS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "NEEDS_CLI" "" "DEPS;LABELS;EXCLUDE" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+    foreach(excluded ${ARG_EXCLUDE})
+        list(REMOVE_ITEM sources "${CMAKE_CURRENT_SOURCE_DIR}/${excluded}")
+    endforeach()
     add_executable(${name} ${sources})
     target_link_libraries(${name} PRIVATE ${ARG_DEPS} fnrk_testing GTest::gtest_main GTest::gmock)
     target_compile_definitions(${name} PRIVATE

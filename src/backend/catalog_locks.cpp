@@ -1,11 +1,9 @@
 #include "backend/catalog_locks.hpp"
 
-#include <signal.h>
-#include <unistd.h>
-
 #include <atomic>
-#include <cerrno>
 #include <string_view>
+
+#include "platform/processes.hpp"
 
 namespace fnrk::backend {
 
@@ -15,13 +13,12 @@ constexpr std::int64_t kTableLock = 0;  // record numbers start at 1
 
 std::string NewOwner() {
     static std::atomic<std::uint64_t> serial{0};
-    return std::to_string(getpid()) + ":" + std::to_string(++serial);
+    return std::to_string(platform::CurrentProcessId()) + ":" + std::to_string(++serial);
 }
 
 bool ProcessAlive(std::string_view owner) {
-    long pid = std::stol(std::string(owner.substr(0, owner.find(':'))));
-    if (pid == getpid()) return true;
-    return kill(static_cast<pid_t>(pid), 0) == 0 || errno == EPERM;
+    const std::int64_t pid = std::stoll(std::string(owner.substr(0, owner.find(':'))));
+    return pid == platform::CurrentProcessId() || platform::ProcessIsRunning(pid);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "engine/error_text.hpp"
+#include "platform/local_time.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::backend {
@@ -226,8 +227,7 @@ Status FRCDatabase::GetServerTime(Handle connection, std::string& date, std::int
     if (!FindConnection(connection)) return Report(AE_INVALID_CONNECTION_HANDLE);
     const auto now = std::chrono::system_clock::now();
     const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    std::tm local{};
-    localtime_r(&seconds, &local);
+    const std::tm local = platform::LocalTime(seconds);
     date = expr::FormatDate(
         expr::JulianFromCivil(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday),
         settings_.dates);

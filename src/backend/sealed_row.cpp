@@ -1,8 +1,9 @@
 #include "backend/sealed_row.hpp"
 
-#include <openssl/rand.h>
-
 #include <cstring>
+#include <stdexcept>
+
+#include "platform/crypto.hpp"
 
 namespace fnrk::backend {
 
@@ -31,7 +32,11 @@ std::uint64_t TakeNumber(std::string_view bytes, std::size_t& at, std::size_t co
 // its end; two rows overlap only by a chance of their lengths in 2^63.
 std::uint64_t RandomPlace() {
     unsigned char bytes[kPlaceBytes];
-    if (RAND_bytes(bytes, sizeof bytes) != 1) throw SqlFailure("no random bytes for encryption");
+    try {
+        platform::crypto::RandomBytes(bytes, sizeof bytes);
+    } catch (const std::runtime_error&) {
+        throw SqlFailure("no random bytes for encryption");
+    }
     std::uint64_t place = 0;
     std::memcpy(&place, bytes, sizeof place);
     return place & 0x7FFF'FFFF'FFFF'FFF0ULL;

@@ -8,6 +8,8 @@
 
 #include "cli/command_registry.hpp"
 #include "cli/demo_steps.hpp"
+#include "platform/environment.hpp"
+#include "platform/file_system.hpp"
 #include "platform/paths.hpp"
 #include "platform/settings_store.hpp"
 #include "session/session_user.hpp"
@@ -20,19 +22,17 @@ namespace fs = std::filesystem;
 constexpr const char* kDemoUser = "DEMO";
 
 fs::path NewTemporaryFolder() {
-    std::string pattern = (fs::temp_directory_path() / "fennrick-demo-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) {
-        throw CommandFailure("cannot create a temporary folder for the demo");
-    }
-    return pattern;
+    const std::string folder = platform::CreateTemporaryFolder("fennrick-demo-");
+    if (folder.empty()) throw CommandFailure("cannot create a temporary folder for the demo");
+    return folder;
 }
 
 // Points the settings store at the sample installation, so that the user's own settings are
 // never read or changed.
 void UseSampleSettings(const fs::path& root) {
-    ::setenv("FNRK_SETTINGS_FILE", (root / "settings.ini").c_str(), 1);
-    ::unsetenv("FNRK_MAIN_PATH");
-    ::unsetenv("FNRK_USER_CODE");
+    platform::SetEnvironmentValue("FNRK_SETTINGS_FILE", (root / "settings.ini").string());
+    platform::UnsetEnvironmentValue("FNRK_MAIN_PATH");
+    platform::UnsetEnvironmentValue("FNRK_USER_CODE");
     if (!platform::SaveSetting("Installation", "MainPath", root.string()) ||
         !platform::SaveSetting("Accounting", "UserCode", kDemoUser)) {
         throw CommandFailure("cannot write the settings file in " + root.string());

@@ -1,15 +1,15 @@
 #include "cli/facade_json.hpp"
 
-#include <openssl/evp.h>
-
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "cli/command_registry.hpp"
 #include "facade/facade_error.hpp"
 #include "facade/table_registry.hpp"
 #include "facade/user_object.hpp"
 #include "facade/variant_object.hpp"
+#include "platform/base64.hpp"
 
 namespace fnrk::cli {
 namespace {
@@ -23,25 +23,14 @@ using nlohmann::json;
 }
 
 std::string Base64Encode(const facade::VariantBytes& bytes) {
-    std::string text(4 * ((bytes.size() + 2) / 3), '\0');
-    const int written = EVP_EncodeBlock(reinterpret_cast<unsigned char*>(text.data()), bytes.data(),
-                                        static_cast<int>(bytes.size()));
-    text.resize(static_cast<std::size_t>(written));
-    return text;
+    return platform::Base64Encode(
+        std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
 }
 
 facade::VariantBytes Base64Decode(const std::string& text, const std::string& where) {
-    if (text.size() % 4 != 0) Fail(where, "not base64");
-    facade::VariantBytes bytes(text.size() / 4 * 3);
-    const int written =
-        EVP_DecodeBlock(bytes.data(), reinterpret_cast<const unsigned char*>(text.data()),
-                        static_cast<int>(text.size()));
-    if (written < 0) Fail(where, "not base64");
-    std::size_t size = static_cast<std::size_t>(written);
-    // The decoder counts the padding as bytes.
-    for (std::size_t i = text.size(); i > 0 && text[i - 1] == '='; --i) --size;
-    bytes.resize(size);
-    return bytes;
+    const std::optional<std::string> bytes = platform::Base64Decode(text);
+    if (!bytes) Fail(where, "not base64");
+    return facade::VariantBytes(bytes->begin(), bytes->end());
 }
 
 const json& Member(const json& object, const char* key, const std::string& where) {

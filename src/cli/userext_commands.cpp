@@ -12,6 +12,7 @@
 #include <string>
 
 #include "cli/command_registry.hpp"
+#include "platform/environment.hpp"
 #include "tables/shared_tables.hpp"
 #include "users/users_ext.hpp"
 
@@ -29,7 +30,7 @@ struct UserExtOptions {
 // The external logins of INSTALLDIR: the installation folder is where the table lives.
 users::UsersExt OpenLogins(const UserExtOptions& options) {
     const std::string folder = std::filesystem::absolute(options.installation).string();
-    ::setenv("FNRK_MAIN_PATH", folder.c_str(), 1);
+    platform::SetEnvironmentValue("FNRK_MAIN_PATH", folder);
     tables::AdsClass& tables = tables::SharedAdsClass();
     tables.SetInteractive(false);
     tables.Initialize();

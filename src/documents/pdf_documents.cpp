@@ -12,7 +12,6 @@
 
 #include "documents/duplicate_stamp.hpp"
 #include "platform/paths.hpp"
-#include "session/session_user.hpp"
 
 namespace fnrk::documents {
 
@@ -86,18 +85,6 @@ bool SamePath(const std::string& a, const std::string& b) {
 }
 
 }  // namespace
-
-std::string DuplicateStampText() {
-    switch (session::CurrentMessageLanguage()) {
-        case session::MessageLanguage::Dutch:
-            return "DUPLICAAT";
-        case session::MessageLanguage::English:
-            return "DUPLICATE";
-        case session::MessageLanguage::French:
-            break;
-    }
-    return "DUPLICATA";
-}
 
 bool CreateDuplicata(const std::string& source, const std::string& target,
                      std::string& errorMessage) {

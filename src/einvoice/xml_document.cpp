@@ -1,7 +1,6 @@
 #include "einvoice/xml_document.hpp"
 
-#include <openssl/evp.h>
-
+#include "platform/base64.hpp"
 #include "platform/text.hpp"
 #include "platform/utf8.hpp"
 
@@ -63,12 +62,7 @@ XmlElement& XmlElement::Attribute(std::string_view name, std::string_view value)
 }
 
 void XmlElement::SetBase64(const std::string& bytes) {
-    std::string encoded(4 * ((bytes.size() + 2) / 3) + 1, '\0');
-    const int length =
-        EVP_EncodeBlock(reinterpret_cast<unsigned char*>(encoded.data()),
-                        reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
-    encoded.resize(length);
-    xmlNodeAddContent(node_, Chars(encoded));
+    xmlNodeAddContent(node_, Chars(platform::Base64Encode(bytes)));
 }
 
 XmlDocument::XmlDocument(std::string_view rootName, const Namespaces& namespaces)

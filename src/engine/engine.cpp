@@ -9,6 +9,7 @@
 #include "engine/error_text.hpp"
 #include "engine/order/order_registry.hpp"
 #include "engine/table_paths.hpp"
+#include "platform/local_time.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::engine {
@@ -154,8 +155,7 @@ Status Engine::GetServerTime(Handle connection, std::string& date, std::int32_t&
                              std::string& timeText) {
     if (!connections_.contains(connection)) return Report(AE_INVALID_CONNECTION_HANDLE);
     const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
+    const std::tm local = platform::LocalTime(now);
     date = expr::FormatDate(
         expr::JulianFromCivil(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday),
         settings_.dates);

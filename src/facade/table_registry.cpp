@@ -49,10 +49,27 @@ void TableRegistry::RemoveFirst() {
     if (!entries_.empty()) entries_.erase(entries_.begin());
 }
 
-std::vector<AdsPropertyClass> ReadCallerRegistry(const Variant& registry) {
-    const std::shared_ptr<VariantObject> object = registry.ToObject();
+namespace {
+
+std::vector<AdsPropertyClass> EntriesOf(const std::vector<Variant>& items) {
     std::vector<AdsPropertyClass> entries;
+    for (const Variant& item : items) {
+        const std::shared_ptr<VariantObject> source = item.ToObject();
+        entries.emplace_back(source->GetProperty("Alias").ToString(),
+                             source->GetProperty("ActiveIndexHandle").ToLong(),
+                             source->GetProperty("Order").ToDouble());
+    }
+    return entries;
+}
+
+}  // namespace
+
+std::vector<AdsPropertyClass> ReadCallerRegistry(const Variant& registry) {
+    // A script has arrays where a compiled caller has collections.
+    if (registry.Type() == VariantType::Array) return EntriesOf(registry.ToArray());
+    const std::shared_ptr<VariantObject> object = registry.ToObject();
     if (const auto* own = dynamic_cast<const TableRegistry*>(object.get())) {
+        std::vector<AdsPropertyClass> entries;
         for (const auto& entry : own->Entries()) entries.push_back(*entry);
         return entries;
     }
@@ -60,13 +77,7 @@ std::vector<AdsPropertyClass> ReadCallerRegistry(const Variant& registry) {
     if (collection == nullptr) {
         ThrowTypeMismatch(std::string(object->ClassName()) + " is not a table registry");
     }
-    for (const Variant& item : collection->Items()) {
-        const std::shared_ptr<VariantObject> source = item.ToObject();
-        entries.emplace_back(source->GetProperty("Alias").ToString(),
-                             source->GetProperty("ActiveIndexHandle").ToLong(),
-                             source->GetProperty("Order").ToDouble());
-    }
-    return entries;
+    return EntriesOf(collection->Items());
 }
 
 }  // namespace fnrk::facade

@@ -55,8 +55,8 @@ class TableRegistry : public VariantObject {
 };
 
 // The entries of a registry a caller hands over: the library's own registry object, or any
-// collection whose items are objects with the properties "Alias", "ActiveIndexHandle" and
-// "Order" (read by name). Anything else is a FacadeError (object required, type mismatch).
+// collection or array whose items are objects with the properties "Alias", "ActiveIndexHandle"
+// and "Order" (read by name). Anything else is a FacadeError (object required, type mismatch).
 std::vector<AdsPropertyClass> ReadCallerRegistry(const Variant& registry);
 
 }  // namespace fnrk::facade

@@ -71,6 +71,21 @@ std::string GetTempName() {
     return fmt::format("rad{:05X}.tmp", digits(generator));
 }
 
+std::string CreateTemporaryFolder(std::string_view prefix) {
+    static std::mt19937 generator{std::random_device{}()};
+    std::uniform_int_distribution<unsigned> digits(0, 0xFFFFFF);
+    std::error_code error;
+    const fs::path temporary = fs::temp_directory_path(error);
+    if (error) return {};
+    // create_directory answers false for a folder that exists: another name is tried.
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const fs::path folder = temporary / fmt::format("{}{:06X}", prefix, digits(generator));
+        if (fs::create_directory(folder, error)) return folder.string();
+        if (error) return {};
+    }
+    return {};
+}
+
 std::vector<std::string> SubFolderNames(std::string_view folder) {
     return EntryNames(folder, true);
 }

@@ -21,6 +21,10 @@ bool CopyFile(std::string_view source, std::string_view target, bool overwrite =
 // A random name for a temporary file, "radXXXXX.tmp" (five hexadecimal digits); nothing is
 // created.
 std::string GetTempName();
+
+// Creates a new folder of its own in the system's temporary folder, "<prefix>XXXXXX" (six
+// hexadecimal digits); its path, empty when none could be made.
+std::string CreateTemporaryFolder(std::string_view prefix);
 // Names (not paths) of the sub-folders / files of a folder, sorted; empty when it is missing.
 std::vector<std::string> SubFolderNames(std::string_view folder);
 std::vector<std::string> FileNames(std::string_view folder);

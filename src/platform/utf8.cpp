@@ -60,4 +60,36 @@ bool DecodeUtf8CodePoint(std::string_view text, std::size_t& pos, char32_t& cp) 
     return true;
 }
 
+std::wstring Utf8ToUtf16(std::string_view text) {
+    std::wstring out;
+    for (std::size_t pos = 0; pos < text.size();) {
+        char32_t cp = 0;
+        if (!DecodeUtf8CodePoint(text, pos, cp)) cp = 0xFFFD;
+        if (cp >= 0x10000) {
+            cp -= 0x10000;
+            out += static_cast<wchar_t>(0xD800 + (cp >> 10));
+            out += static_cast<wchar_t>(0xDC00 + (cp & 0x3FF));
+        } else {
+            out += static_cast<wchar_t>(cp);
+        }
+    }
+    return out;
+}
+
+std::string Utf16ToUtf8(std::wstring_view text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char32_t cp = static_cast<char16_t>(text[i]);
+        if (cp >= 0xD800 && cp < 0xDC00 && i + 1 < text.size() &&
+            static_cast<char16_t>(text[i + 1]) >= 0xDC00 &&
+            static_cast<char16_t>(text[i + 1]) < 0xE000) {
+            cp = 0x10000 + ((cp - 0xD800) << 10) + (static_cast<char16_t>(text[++i]) - 0xDC00);
+        } else if (cp >= 0xD800 && cp < 0xE000) {
+            cp = 0xFFFD;
+        }
+        AppendUtf8CodePoint(out, cp);
+    }
+    return out;
+}
+
 }  // namespace fnrk::platform

@@ -35,7 +35,8 @@ Status WorkAreas::appendfrom(std::string_view sourcePath, std::string_view condi
     // A source that is open already is used as it stands, its own filter put back afterwards;
     // otherwise it is opened for this call only, on the work areas' connection.
     Handle source = 0;
-    const std::string sourceName = std::filesystem::path(platform::Trim(sourcePath)).stem();
+    const std::string sourceName =
+        std::filesystem::path(platform::Trim(sourcePath)).stem().string();
     const bool wasOpen = FindAlias(sourceName, source);
     // A source kept elsewhere (files beside a SQL-kept dossier, or the other way round) is
     // reached through a connection to its own folder, which the dispatch routes.

@@ -10,6 +10,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/local_time.hpp"
 #include "platform/paths.hpp"
 #include "platform/processes.hpp"
 
@@ -25,8 +26,7 @@ bool MakeParentFolder(const std::filesystem::path& file) {
 
 std::string LocalTimeStamp() {
     const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-    std::tm local{};
-    localtime_r(&now, &local);
+    const std::tm local = platform::LocalTime(now);
     return fmt::format("{:02}/{:02}/{:04} {:02}:{:02}:{:02}", local.tm_mday, local.tm_mon + 1,
                        local.tm_year + 1900, local.tm_hour, local.tm_min, local.tm_sec);
 }

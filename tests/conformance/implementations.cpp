@@ -20,20 +20,24 @@ std::string Folder(const std::filesystem::path& folder) {
     return folder.string();
 }
 
+#if FNRK_TEST_POSTGRESQL
 // A schema named after the test's folder: empty, and the same for a second connection. The
 // folder is the dossier's (where its dictionary lies).
 std::string PostgresSchema(const std::filesystem::path& folder) {
     return fnrk::testing::PostgresServer::Shared().ConnectionPath(folder.filename().string()) +
            "<DIR>" + folder.string();
 }
+#endif
 
 }  // namespace
 
 std::vector<Implementation> Implementations() {
     return {
         {"Engine", [] { return std::make_unique<Engine>(); }, Folder, sql::RowIdStyle::Base64},
-        {"SQLite", Backend, Folder, sql::RowIdStyle::Decimal},
-        {"PostgreSQL", Backend, PostgresSchema, sql::RowIdStyle::Decimal},
+            {"SQLite", Backend, Folder, sql::RowIdStyle::Decimal},
+#if FNRK_TEST_POSTGRESQL
+            {"PostgreSQL", Backend, PostgresSchema, sql::RowIdStyle::Decimal},
+#endif
     };
 }
 

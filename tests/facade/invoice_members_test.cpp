@@ -122,7 +122,7 @@ class InvoiceMembersTest : public FacadeTest {
 
     // The number of nodes an XPath finds in the file (cbc and cac are the UBL prefixes).
     static int Count(const std::filesystem::path& file, const std::string& xpath) {
-        xmlDocPtr doc = xmlReadFile(file.c_str(), nullptr, XML_PARSE_NONET);
+        xmlDocPtr doc = xmlReadFile(file.string().c_str(), nullptr, XML_PARSE_NONET);
         if (doc == nullptr) return -1;
         xmlXPathContextPtr context = xmlXPathNewContext(doc);
         xmlXPathRegisterNs(context, BAD_CAST "cbc",

@@ -37,6 +37,16 @@ TEST_F(RegistryProtocolTest, EntriesKeepTheCallersOrderAndADuplicateAliasIsIgnor
     ASSERT_EQ(registry.Count(), 1u);
     EXPECT_EQ(registry.Entries()[0]->ActiveIndexHandle, 42);
 
+    // So is an array of them (a script's registry); an empty array empties the registry.
+    routines.ReinitializeColAdsTable(Variant(VariantArray{}));
+    EXPECT_EQ(registry.Count(), 0u);
+    entry->SetProperty("Alias", Variant("CSF"));
+    routines.ReinitializeColAdsTable(Variant(VariantArray{Variant(entry)}));
+    ASSERT_EQ(registry.Count(), 1u);
+    EXPECT_EQ(registry.Entries()[0]->Alias, "CSF");
+    EXPECT_THROW(routines.ReinitializeColAdsTable(Variant(VariantArray{Variant("ACT")})),
+                 FacadeError);
+
     EXPECT_THROW(routines.ReinitializeColAdsTable(Variant("ACT")), FacadeError);
     EXPECT_THROW(routines.ReinitializeColAdsTable(Variant()), FacadeError);
     EXPECT_EQ(registry.Count(), 1u) << "a refused registry changes nothing";

@@ -1,4 +1,5 @@
 #include "platform/text.hpp"
+#include "platform/utf8.hpp"
 
 #include <clocale>
 #include <string>
@@ -99,6 +100,19 @@ TEST(Text, FormatNumberIgnoresTheProcessLocale) {
     std::setlocale(LC_ALL, "C");
     EXPECT_EQ(formatted, "1234.50") << chosen;
     EXPECT_EQ(rounded, "0.120") << chosen;
+}
+
+TEST(Text, Utf16AtTheWindowsBoundaryRoundTripsAndReplacesBrokenText) {
+    const std::string text = "caf\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80";  // café € 😀
+    const std::wstring wide = Utf8ToUtf16(text);
+    ASSERT_EQ(wide.size(), 9u);  // the emoji takes a surrogate pair
+    EXPECT_EQ(static_cast<unsigned>(wide[3]), 0xE9u);
+    EXPECT_EQ(static_cast<unsigned>(wide[5]), 0x20ACu);
+    EXPECT_EQ(static_cast<unsigned>(wide[7]), 0xD83Du);
+    EXPECT_EQ(static_cast<unsigned>(wide[8]), 0xDE00u);
+    EXPECT_EQ(Utf16ToUtf8(wide), text);
+    EXPECT_EQ(Utf8ToUtf16("a\xff"), std::wstring(L"a\xfffd"));
+    EXPECT_EQ(Utf16ToUtf8(std::wstring{L'a', static_cast<wchar_t>(0xD800)}), "a\xef\xbf\xbd");
 }
 
 }  // namespace

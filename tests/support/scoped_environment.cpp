@@ -2,14 +2,16 @@
 
 #include <cstdlib>
 
+#include "platform/environment.hpp"
+
 namespace fnrk::testing {
 namespace {
 
 void Apply(const std::string& name, const std::optional<std::string>& value) {
     if (value) {
-        ::setenv(name.c_str(), value->c_str(), 1);
+        platform::SetEnvironmentValue(name.c_str(), *value);
     } else {
-        ::unsetenv(name.c_str());
+        platform::UnsetEnvironmentValue(name.c_str());
     }
 }
 

@@ -38,7 +38,12 @@ inline std::string KeepingName(const ::testing::TestParamInfo<Keeping>& info) {
 }
 
 inline auto AllKeepings() {
+#if FNRK_TEST_POSTGRESQL
     return ::testing::Values(Keeping::Files, Keeping::Sql, Keeping::Postgres);
+#else
+    // A build without PostgreSQL (the Windows build) has no server to keep a dossier in.
+    return ::testing::Values(Keeping::Files, Keeping::Sql);
+#endif
 }
 
 // Index tags as (name, expression).
@@ -60,7 +65,9 @@ class AdsTest : public ::testing::TestWithParam<Keeping> {
             fnrk::testing::WriteFileBytes(dossier / "folder.data",
                                           "<connection><Driver>SQLite</Driver>"
                                           "<Database>dossier.sqlite</Database></connection>\n");
-        } else if (GetParam() == Keeping::Postgres) {
+        }
+#if FNRK_TEST_POSTGRESQL
+        else if (GetParam() == Keeping::Postgres) {
             // A schema of its own per test: named after the test's folder.
             auto& server = fnrk::testing::PostgresServer::Shared();
             fnrk::testing::WriteFileBytes(dossier / "FRSQL.DBF", "");
@@ -71,6 +78,7 @@ class AdsTest : public ::testing::TestWithParam<Keeping> {
                     "</Database><Schema>" + folder.path().filename().string() +
                     "</Schema></connection>\n");
         }
+#endif
         ads.SetDossierPrefix((dossier / "SOC1").string());
         ASSERT_EQ(ads.Initialize(), engine::AE_SUCCESS);
     }

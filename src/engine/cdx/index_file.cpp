@@ -1,7 +1,5 @@
 #include "engine/cdx/index_file.hpp"
 
-#include <fcntl.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -12,13 +10,11 @@
 #include "engine/cdx/index_format.hpp"
 #include "engine/cdx/tag_header.hpp"
 #include "engine/io/byte_order.hpp"
+#include "engine/lock/file_locks.hpp"
 
 namespace fnrk::engine::cdx {
 
 namespace {
-
-// One byte far past any real index size: the index lock.
-constexpr off_t kIndexLockOffset = 0x7FFF'FFFF'0000;
 
 [[noreturn]] void ThrowErrno(const std::string& what, const std::filesystem::path& path) {
     throw std::system_error(errno, std::generic_category(), what + " " + path.string());
@@ -26,7 +22,7 @@ constexpr off_t kIndexLockOffset = 0x7FFF'FFFF'0000;
 
 }  // namespace
 
-IndexFile::IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMode mode)
+IndexFile::IndexFile(std::filesystem::path path, io::NativeFile file, IndexOpenMode mode)
     : path_(std::move(path)),
       file_(std::move(file)),
       mode_(mode),
@@ -41,14 +37,14 @@ IndexFile::IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMo
 
 std::unique_ptr<IndexFile> IndexFile::Create(const std::filesystem::path& path,
                                              const crypt::FileCipher* cipher) {
-    io::PosixFile file = io::PosixFile::CreateNew(path.string());
+    io::NativeFile file = io::NativeFile::CreateNew(path.string());
     if (!file.valid()) ThrowErrno("cannot create", path);
     return std::unique_ptr<IndexFile>(
         new IndexFile(path, std::move(file), IndexOpenMode{.cipher = cipher}));
 }
 
 std::unique_ptr<IndexFile> IndexFile::Open(const std::filesystem::path& path, IndexOpenMode mode) {
-    io::PosixFile file = io::PosixFile::Open(path.string(), mode.readOnly);
+    io::NativeFile file = io::NativeFile::Open(path.string(), mode.readOnly);
     if (!file.valid()) ThrowErrno("cannot open", path);
     return std::unique_ptr<IndexFile>(new IndexFile(path, std::move(file), mode));
 }
@@ -178,20 +174,13 @@ void IndexFile::FreeNode(std::uint32_t offset) {
     Write(kFreeListOffset, head, 4);
 }
 
-void IndexFile::Lock(short type) {
+void IndexFile::Lock(bool exclusive) {
     if (!mode_.shared) return;
-    struct flock request {};
-    request.l_type = type;
-    request.l_whence = SEEK_SET;
-    request.l_start = kIndexLockOffset;
-    request.l_len = 1;
-    while (::fcntl(file_.fd(), F_OFD_SETLKW, &request) != 0) {
-        if (errno != EINTR) ThrowErrno("cannot lock", path_);
-    }
+    if (!lock::FileLocks(file_.handle()).WaitForIndex(exclusive)) ThrowErrno("cannot lock", path_);
 }
 
 void IndexFile::Unlock() {
-    Lock(F_UNLCK);
+    if (mode_.shared) lock::FileLocks(file_.handle()).UnlockIndex();
 }
 
 void IndexFile::Refresh() {
@@ -210,12 +199,12 @@ void IndexFile::NoticeChanges() {
     if (lockDepth_ == 0) Refresh();
 }
 
-void IndexFile::Enter(short lockType) {
+void IndexFile::Enter(bool exclusive) {
     if (!writeFailure_.empty())
         throw std::system_error(EIO, std::generic_category(), writeFailure_);
     if (lockDepth_++ != 0) return;
     try {
-        Lock(lockType);
+        Lock(exclusive);
         Refresh();
     } catch (...) {
         lockDepth_ = 0;
@@ -225,7 +214,7 @@ void IndexFile::Enter(short lockType) {
 }
 
 IndexFile::UpdateGuard::UpdateGuard(IndexFile& file) : file_(file) {
-    file_.Enter(F_WRLCK);
+    file_.Enter(true);
 }
 
 IndexFile::UpdateGuard::~UpdateGuard() {
@@ -233,7 +222,7 @@ IndexFile::UpdateGuard::~UpdateGuard() {
 }
 
 IndexFile::ReadGuard::ReadGuard(IndexFile& file) : file_(file) {
-    file_.Enter(F_RDLCK);
+    file_.Enter(false);
 }
 
 IndexFile::ReadGuard::~ReadGuard() {

@@ -14,7 +14,7 @@
 
 #include "engine/cdx/index_format.hpp"
 #include "engine/crypt/file_cipher.hpp"
-#include "engine/io/posix_file.hpp"
+#include "engine/io/native_file.hpp"
 
 namespace fnrk::engine::cdx {
 
@@ -85,11 +85,11 @@ class IndexFile {
     };
 
   private:
-    IndexFile(std::filesystem::path path, io::PosixFile file, IndexOpenMode mode);
-    void Lock(short type);
+    IndexFile(std::filesystem::path path, io::NativeFile file, IndexOpenMode mode);
+    void Lock(bool exclusive);
     void Unlock();
     // Starts a guard: the outermost one takes the lock and looks for other processes' changes.
-    void Enter(short lockType);
+    void Enter(bool exclusive);
     void ReadFromDisk(std::uint64_t offset, char* out, std::size_t length) const;
     void WriteToDisk(std::uint64_t offset, const char* bytes, std::size_t length);
     // Writes the pages kept under the guard.
@@ -102,7 +102,7 @@ class IndexFile {
     void Refresh();
 
     std::filesystem::path path_;
-    io::PosixFile file_;
+    io::NativeFile file_;
     IndexOpenMode mode_;
     std::uint64_t size_ = 0;      // including pages not yet written
     std::uint64_t diskSize_ = 0;  // what the file holds

@@ -1,16 +1,15 @@
 #include "engine/crypt/encryption_mark.hpp"
 
-#include <openssl/crypto.h>
-#include <openssl/rand.h>
-
 #include <algorithm>
-#include <stdexcept>
 
 #include "engine/crypt/password_hash.hpp"
+#include "platform/crypto.hpp"
 
 namespace fnrk::engine::crypt {
 
 namespace {
+
+namespace crypto = platform::crypto;
 
 // Positions inside the reserved bytes (header offset minus 12).
 constexpr std::size_t kMarkAt = 3;
@@ -28,7 +27,7 @@ Derived Derive(std::string_view password, const std::array<std::uint8_t, 8>& sal
     Derived derived;
     std::copy_n(out.begin(), 32, derived.key.begin());
     std::copy_n(out.begin() + 32, 7, derived.verifier.begin());
-    OPENSSL_cleanse(out.data(), out.size());
+    crypto::Cleanse(out.data(), out.size());
     return derived;
 }
 
@@ -59,21 +58,21 @@ ReservedBytes WithMark(const ReservedBytes& reserved, const EncryptionMark* mark
 
 NewKey MakeKey(std::string_view password) {
     NewKey made;
-    if (RAND_bytes(made.mark.salt.data(), static_cast<int>(made.mark.salt.size())) != 1)
-        throw std::runtime_error("no random bytes for a salt");
+    crypto::RandomBytes(made.mark.salt.data(), made.mark.salt.size());
     Derived derived = Derive(password, made.mark.salt);
     made.mark.verifier = derived.verifier;
     made.cipher = std::make_shared<const FileCipher>(derived.key);
-    OPENSSL_cleanse(derived.key.data(), derived.key.size());
+    crypto::Cleanse(derived.key.data(), derived.key.size());
     return made;
 }
 
 std::shared_ptr<const FileCipher> Unlock(const EncryptionMark& mark, std::string_view password) {
     Derived derived = Derive(password, mark.salt);
     std::shared_ptr<const FileCipher> cipher;
-    if (CRYPTO_memcmp(derived.verifier.data(), mark.verifier.data(), mark.verifier.size()) == 0)
+    if (crypto::EqualInConstantTime(derived.verifier.data(), mark.verifier.data(),
+                                    mark.verifier.size()))
         cipher = std::make_shared<const FileCipher>(derived.key);
-    OPENSSL_cleanse(derived.key.data(), derived.key.size());
+    crypto::Cleanse(derived.key.data(), derived.key.size());
     return cipher;
 }
 

@@ -1,50 +1,42 @@
 #include "engine/crypt/file_cipher.hpp"
 
 #include <algorithm>
-#include <stdexcept>
+#include <array>
 
 namespace fnrk::engine::crypt {
 
 namespace {
 
-constexpr std::size_t kBlockSize = 16;
+using platform::crypto::kAesBlockSize;
+
+// Keystream is made this many blocks at a time.
+constexpr std::size_t kBatchBlocks = 256;
 
 }  // namespace
 
-FileCipher::FileCipher(const TableKey& key)
-    : key_(key), context_(EVP_CIPHER_CTX_new(), &EVP_CIPHER_CTX_free) {
-    if (context_ == nullptr ||
-        EVP_EncryptInit_ex(context_.get(), EVP_aes_256_ctr(), nullptr, key_.data(), nullptr) != 1)
-        throw std::runtime_error("AES-256-CTR is not available");
-}
-
-FileCipher::~FileCipher() {
-    OPENSSL_cleanse(key_.data(), key_.size());
-}
-
 void FileCipher::Apply(CipherStream stream, std::uint64_t offset, char* bytes,
                        std::size_t length) const {
-    if (length == 0) return;
-    std::array<unsigned char, kBlockSize> counter{};
-    counter[0] = static_cast<unsigned char>(stream);
-    std::uint64_t block = offset / kBlockSize;
-    for (std::size_t i = kBlockSize; i-- > 8; block >>= 8)
-        counter[i] = static_cast<unsigned char>(block & 0xFF);
-    EVP_CIPHER_CTX* context = context_.get();
-    int written = 0;
-    if (EVP_EncryptInit_ex(context, nullptr, nullptr, nullptr, counter.data()) != 1)
-        throw std::runtime_error("AES-256-CTR cannot start");
-    // Into the first block as far as the offset lies in it.
-    if (const std::size_t skip = offset % kBlockSize; skip != 0) {
-        unsigned char waste[kBlockSize] = {};
-        EVP_EncryptUpdate(context, waste, &written, waste, static_cast<int>(skip));
-    }
+    // Counter block: the stream number, six zero bytes, then the block's number big-endian.
+    std::array<unsigned char, kBatchBlocks * kAesBlockSize> keystream{};
+    std::uint64_t block = offset / kAesBlockSize;
+    std::size_t skip = offset % kAesBlockSize;  // into the first block as far as the offset lies
     auto* data = reinterpret_cast<unsigned char*>(bytes);
-    constexpr std::size_t kChunk = 1 << 30;
-    for (std::size_t done = 0; done < length; done += kChunk) {
-        const int part = static_cast<int>(std::min(kChunk, length - done));
-        if (EVP_EncryptUpdate(context, data + done, &written, data + done, part) != 1)
-            throw std::runtime_error("AES-256-CTR failed");
+    while (length > 0) {
+        const std::size_t blocks =
+            std::min(kBatchBlocks, (skip + length + kAesBlockSize - 1) / kAesBlockSize);
+        for (std::size_t b = 0; b < blocks; ++b, ++block) {
+            unsigned char* counter = keystream.data() + b * kAesBlockSize;
+            std::fill_n(counter, 8, 0);
+            counter[0] = static_cast<unsigned char>(stream);
+            for (std::size_t i = 0; i < 8; ++i)
+                counter[15 - i] = static_cast<unsigned char>(block >> (8 * i));
+        }
+        aes_.EncryptBlocks(keystream.data(), keystream.data(), blocks);
+        const std::size_t part = std::min(length, blocks * kAesBlockSize - skip);
+        for (std::size_t i = 0; i < part; ++i) data[i] ^= keystream[skip + i];
+        data += part;
+        length -= part;
+        skip = 0;
     }
 }
 

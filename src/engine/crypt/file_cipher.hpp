@@ -18,35 +18,31 @@
 //   and change counter stay plain). A byte rewritten in place reuses its keystream; this guards
 //   files at rest, not a disk seen before and after each write.
 
-#include <openssl/evp.h>
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>
 
+#include "platform/crypto.hpp"
+
 namespace fnrk::engine::crypt {
 
 enum class CipherStream : std::uint8_t { Records = 1, Memos = 2, Index = 3 };
 
-using TableKey = std::array<unsigned char, 32>;
+using TableKey = platform::crypto::Aes256Key;
 
 class FileCipher {
   public:
-    explicit FileCipher(const TableKey& key);
-    ~FileCipher();
-    FileCipher(const FileCipher&) = delete;
-    FileCipher& operator=(const FileCipher&) = delete;
+    explicit FileCipher(const TableKey& key) : aes_(key) {}
 
     // XORs `length` bytes found at `offset` in the file of `stream` with their keystream:
     // encrypts plain bytes and decrypts encrypted ones.
     void Apply(CipherStream stream, std::uint64_t offset, char* bytes, std::size_t length) const;
 
   private:
-    TableKey key_;
-    // Kept between calls: setting up a context costs more than a record's worth of AES.
-    std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)> context_;
+    // Kept between calls: setting up a key costs more than a record's worth of AES.
+    platform::crypto::Aes256 aes_;
 };
 
 // Recodes bytes of one stream from one cipher to another; a null cipher means plain bytes.

@@ -1,17 +1,15 @@
 #include "engine/crypt/password_hash.hpp"
 
-#include <openssl/crypto.h>
-#include <openssl/evp.h>
-#include <openssl/rand.h>
-
 #include <array>
-#include <stdexcept>
 
 #include "engine/crypt/encryption_mark.hpp"
+#include "platform/crypto.hpp"
 
 namespace fnrk::engine::crypt {
 
 namespace {
+
+namespace crypto = platform::crypto;
 
 constexpr std::size_t kSaltLength = 16;
 constexpr std::size_t kHashLength = 32;
@@ -26,13 +24,21 @@ std::string Hex(const unsigned char* bytes, std::size_t length) {
     return text;
 }
 
+// The value of a hexadecimal digit; -1 for any other character.
+int HexValue(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
 // Empty when `text` is not hexadecimal of an even length.
 std::string FromHex(std::string_view text) {
     std::string bytes;
     if (text.size() % 2 != 0) return {};
     for (std::size_t i = 0; i < text.size(); i += 2) {
-        const int high = OPENSSL_hexchar2int(static_cast<unsigned char>(text[i]));
-        const int low = OPENSSL_hexchar2int(static_cast<unsigned char>(text[i + 1]));
+        const int high = HexValue(text[i]);
+        const int low = HexValue(text[i + 1]);
         if (high < 0 || low < 0) return {};
         bytes += static_cast<char>(high * 16 + low);
     }
@@ -50,16 +56,12 @@ std::string HashWith(std::string_view password, const std::string& salt) {
 
 void DeriveBytes(std::string_view password, const unsigned char* salt, std::size_t saltLength,
                  unsigned char* out, std::size_t outLength) {
-    if (PKCS5_PBKDF2_HMAC(password.data(), static_cast<int>(password.size()), salt,
-                          static_cast<int>(saltLength), kKeyIterations, EVP_sha256(),
-                          static_cast<int>(outLength), out) != 1)
-        throw std::runtime_error("PBKDF2 failed");
+    crypto::Pbkdf2Sha256(password, salt, saltLength, kKeyIterations, out, outLength);
 }
 
 PasswordHash HashPassword(std::string_view password) {
     std::array<unsigned char, kSaltLength> salt{};
-    if (RAND_bytes(salt.data(), static_cast<int>(salt.size())) != 1)
-        throw std::runtime_error("no random bytes for a salt");
+    crypto::RandomBytes(salt.data(), salt.size());
     const std::string saltBytes(reinterpret_cast<const char*>(salt.data()), salt.size());
     return {Hex(salt.data(), salt.size()), HashWith(password, saltBytes)};
 }
@@ -68,15 +70,14 @@ bool PasswordMatches(const PasswordHash& stored, std::string_view password) {
     const std::string salt = FromHex(stored.salt);
     if (salt.empty() || stored.hash.size() != kHashLength * 2) return false;
     const std::string hash = HashWith(password, salt);
-    return CRYPTO_memcmp(hash.data(), stored.hash.data(), hash.size()) == 0;
+    return crypto::EqualInConstantTime(hash.data(), stored.hash.data(), hash.size());
 }
 
 std::string RandomPassword() {
     std::array<unsigned char, kHashLength> bytes{};
-    if (RAND_bytes(bytes.data(), static_cast<int>(bytes.size())) != 1)
-        throw std::runtime_error("no random bytes for a password");
+    crypto::RandomBytes(bytes.data(), bytes.size());
     std::string password = Hex(bytes.data(), bytes.size());
-    OPENSSL_cleanse(bytes.data(), bytes.size());
+    crypto::Cleanse(bytes.data(), bytes.size());
     return password;
 }
 

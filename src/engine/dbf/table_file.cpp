@@ -9,6 +9,7 @@
 #include "engine/dbf/field_codec.hpp"
 #include "engine/io/byte_order.hpp"
 #include "engine/lock/header_guard.hpp"
+#include "platform/local_time.hpp"
 
 namespace fnrk::engine::dbf {
 
@@ -54,13 +55,12 @@ Status TableFile::Create(const std::string& path, std::vector<Field> fields,
         return AE_INVALID_RECORD_LENGTH;
     }
     std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
+    const std::tm local = platform::LocalTime(now);
     header.updateYear = static_cast<std::uint8_t>(local.tm_year);
     header.updateMonth = static_cast<std::uint8_t>(local.tm_mon + 1);
     header.updateDay = static_cast<std::uint8_t>(local.tm_mday);
 
-    io::PosixFile file = io::PosixFile::CreateNew(path);
+    io::NativeFile file = io::NativeFile::CreateNew(path);
     if (!file.valid()) return OpenFailure(path, message);
     const std::string bytes = SerializeTableHeader(header) + kEndOfFile;
     if (!file.WriteAt(0, bytes.data(), bytes.size())) {
@@ -81,9 +81,9 @@ TableFile::~TableFile() {
 
 Status TableFile::Open(const std::string& path, OpenRequest request, std::string& message) {
     // An exclusive open needs a write lock, which a read-only descriptor cannot take.
-    io::PosixFile file = io::PosixFile::Open(path, request.readOnly && !request.exclusive);
+    io::NativeFile file = io::NativeFile::Open(path, request.readOnly && !request.exclusive);
     if (!file.valid()) return OpenFailure(path, message);
-    lock::FileLocks locks(file.fd());
+    lock::FileLocks locks(file.handle());
     if (!(request.exclusive ? locks.LockOpenExclusive() : locks.LockOpenShared())) {
         message = request.exclusive ? path + " is open elsewhere"
                                     : path + " is open exclusively elsewhere";
@@ -303,8 +303,7 @@ Status TableFile::WriteAppended(std::string_view bytes, std::uint32_t& record) {
 
 void TableFile::StampUpdateDate(TableHeader& header) {
     std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
+    const std::tm local = platform::LocalTime(now);
     header.updateYear = static_cast<std::uint8_t>(local.tm_year);
     header.updateMonth = static_cast<std::uint8_t>(local.tm_mon + 1);
     header.updateDay = static_cast<std::uint8_t>(local.tm_mday);

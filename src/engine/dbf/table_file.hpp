@@ -14,7 +14,7 @@
 #include "engine/dbf/table_header.hpp"
 #include "engine/dbf/upkeep_observer.hpp"
 #include "engine/errors.hpp"
-#include "engine/io/posix_file.hpp"
+#include "engine/io/native_file.hpp"
 #include "engine/lock/file_locks.hpp"
 #include "engine/memo/memo_file.hpp"
 
@@ -43,7 +43,7 @@ class TableFile {
     const std::string& path() const { return path_; }
     bool exclusive() const { return exclusive_; }
     bool readOnly() const { return readOnly_; }
-    lock::FileLocks locks() const { return lock::FileLocks(file_.fd()); }
+    lock::FileLocks locks() const { return lock::FileLocks(file_.handle()); }
     memo::MemoFile* memo() { return memo_.IsOpen() ? &memo_ : nullptr; }
 
     // --- encryption (see crypt/file_cipher.hpp). An encrypted table without its cipher is
@@ -121,7 +121,7 @@ class TableFile {
         std::string suffix;
         std::string tablePath;
         std::string memoPath;
-        io::PosixFile table;
+        io::NativeFile table;
         memo::MemoFile memo;
         bool placed = false;
     };
@@ -145,7 +145,7 @@ class TableFile {
     void ApplyCipher(std::uint32_t record, char* bytes) const;
 
     std::string path_;
-    io::PosixFile file_;
+    io::NativeFile file_;
     memo::MemoFile memo_;
     TableHeader header_;
     std::string blank_;  // a new record of this table

@@ -45,7 +45,7 @@ Status TableFile::StartReplacement(const char* operation, const std::string& suf
     if (locked()) return AE_ENCRYPTION_NOT_ENABLED;
     next.suffix = suffix;
     next.tablePath = path_ + suffix;
-    next.table = io::PosixFile::CreateNew(next.tablePath);
+    next.table = io::NativeFile::CreateNew(next.tablePath);
     if (!next.table.valid()) {
         next.tablePath.clear();
         message = "cannot create " + path_ + suffix + ": " + std::strerror(errno);
@@ -81,7 +81,7 @@ Status TableFile::PutInPlace(Replacement& next, TableHeader header,
         return AE_PERMISSION_DENIED;
     }
     // Held from the moment it takes the table's name.
-    if (!lock::FileLocks(next.table.fd()).LockOpenExclusive()) {
+    if (!lock::FileLocks(next.table.handle()).LockOpenExclusive()) {
         message = "cannot lock " + next.tablePath;
         return AE_LOCK_FAILED;
     }

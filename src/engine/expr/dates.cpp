@@ -5,6 +5,7 @@
 #include <ctime>
 
 #include "engine/expr/ascii.hpp"
+#include "platform/local_time.hpp"
 
 namespace fnrk::engine::expr {
 namespace {
@@ -264,8 +265,7 @@ std::optional<std::int32_t> ParseDate(std::string_view text, const DateSettings&
 
 std::int32_t Today() {
     const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-    std::tm local{};
-    localtime_r(&now, &local);
+    const std::tm local = platform::LocalTime(now);
     return JulianFromCivil(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
 }
 

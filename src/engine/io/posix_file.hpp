@@ -14,6 +14,8 @@
 
 namespace fnrk::engine::io {
 
+using NativeHandle = int;
+
 class PosixFile {
   public:
     PosixFile() = default;
@@ -49,7 +51,7 @@ class PosixFile {
     }
 
     bool valid() const { return fd_ >= 0; }
-    int fd() const { return fd_; }
+    int handle() const { return fd_; }
 
     void Close() {
         if (fd_ >= 0) ::close(fd_);

@@ -25,7 +25,7 @@ std::string HeaderBytes(std::uint32_t nextFree, std::uint16_t blockSize) {
 
 std::string MemoFile::Create(const std::string& path, std::uint16_t blockSize) {
     if (blockSize == 0) blockSize = kDefaultBlockSize;
-    PosixFile file = PosixFile::CreateNew(path);
+    NativeFile file = NativeFile::CreateNew(path);
     if (!file.valid()) return "cannot create the memo file " + path;
     const auto firstFree =
         static_cast<std::uint32_t>((kMemoHeaderSize + blockSize - 1) / blockSize);
@@ -35,7 +35,7 @@ std::string MemoFile::Create(const std::string& path, std::uint16_t blockSize) {
 }
 
 std::string MemoFile::Open(const std::string& path, bool readOnly) {
-    PosixFile file = PosixFile::Open(path, readOnly);
+    NativeFile file = NativeFile::Open(path, readOnly);
     if (!file.valid()) return "cannot open the memo file " + path;
     char header[8];
     if (file.Size() < kMemoHeaderSize || file.ReadAt(0, header, 8) != 8)
@@ -106,7 +106,7 @@ std::string MemoFile::Write(std::uint32_t& block, std::uint32_t type, std::strin
                    : "cannot write the memo file";
     }
 
-    lock::HeaderGuard guard{lock::FileLocks(file_.fd())};
+    lock::HeaderGuard guard{lock::FileLocks(file_.handle())};
     if (!guard.acquired()) return "memo file header is locked";
     std::uint32_t start = NextFreeBlock();
     // The last memo of the file grows where it stands: a value written in pieces, each write
@@ -136,7 +136,7 @@ std::string MemoFile::Clear() {
 
 std::string MemoFile::WriteRecodedCopy(const std::string& path, const crypt::FileCipher* from,
                                        const crypt::FileCipher* to) const {
-    PosixFile copy = PosixFile::CreateNew(path);
+    NativeFile copy = NativeFile::CreateNew(path);
     if (!copy.valid()) return "cannot create the memo file " + path;
     if (std::string problem = CopyRecoded(copy, from, to); !problem.empty()) {
         ::unlink(path.c_str());
@@ -145,7 +145,7 @@ std::string MemoFile::WriteRecodedCopy(const std::string& path, const crypt::Fil
     return {};
 }
 
-std::string MemoFile::CopyRecoded(io::PosixFile& copy, const crypt::FileCipher* from,
+std::string MemoFile::CopyRecoded(io::NativeFile& copy, const crypt::FileCipher* from,
                                   const crypt::FileCipher* to) const {
     constexpr std::size_t kChunk = 64 * 1024;
     std::string chunk(kChunk, '\0');

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "engine/crypt/file_cipher.hpp"
-#include "engine/io/posix_file.hpp"
+#include "engine/io/native_file.hpp"
 
 namespace fnrk::engine::memo {
 
@@ -63,7 +63,7 @@ class MemoFile {
     bool TakePermissionsOf(const MemoFile& other) { return file_.TakePermissionsOf(other.file_); }
 
   private:
-    std::string CopyRecoded(io::PosixFile& copy, const crypt::FileCipher* from,
+    std::string CopyRecoded(io::NativeFile& copy, const crypt::FileCipher* from,
                             const crypt::FileCipher* to) const;
     std::uint32_t BlocksFor(std::size_t length) const {
         return static_cast<std::uint32_t>((kBlockHeaderSize + length + blockSize_ - 1) /
@@ -72,7 +72,7 @@ class MemoFile {
     void ApplyCipher(std::uint64_t offset, char* bytes, std::size_t length) const {
         if (cipher_ != nullptr) cipher_->Apply(crypt::CipherStream::Memos, offset, bytes, length);
     }
-    io::PosixFile file_;
+    io::NativeFile file_;
     std::uint16_t blockSize_ = kDefaultBlockSize;
     const crypt::FileCipher* cipher_ = nullptr;
 };

@@ -6,7 +6,7 @@
 #include <system_error>
 
 #include "engine/cdx/tag_check.hpp"
-#include "engine/io/posix_file.hpp"
+#include "engine/io/native_file.hpp"
 
 namespace fnrk::engine::order {
 
@@ -285,7 +285,7 @@ Status TableIndexes::CreateTag(std::filesystem::path path, const TagRequest& req
 void TableIndexes::SetStructuralFlag() {
     if (table_.header().flags & dbf::kFlagStructuralIndex) return;
     // Only this byte changes; the table file writes its header prefix without it.
-    io::PosixFile dbf = io::PosixFile::Open(table_.file().path(), false);
+    io::NativeFile dbf = io::NativeFile::Open(table_.file().path(), false);
     char flags = 0;
     if (dbf.ReadAt(kStructuralFlagOffset, &flags, 1) != 1) return;
     flags = static_cast<char>(flags | dbf::kFlagStructuralIndex);

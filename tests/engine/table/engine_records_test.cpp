@@ -317,6 +317,18 @@ TEST_F(EngineRecords, ReadsFixtureTablesWithTheirIndexFlag) {
     EXPECT_EQ(Count(table, ADS_RESPECTFILTERS), 600u - 86u);
 }
 
+TEST_F(EngineRecords, ABareDriveConnectsToTheDrivesRoot) {
+    const std::string drive = dir.path().root_name().string();  // "Z:" on Windows
+    if (drive.empty()) GTEST_SKIP() << "paths have no drive on this host";
+    Handle root = 0;
+    ASSERT_EQ(engine.Connect26(drive, ADS_LOCAL_SERVER, root), AE_SUCCESS);
+    Create("ondrive", "CODE,C,4,0");
+    Handle table = 0;
+    EXPECT_EQ(engine.OpenTable(root, (dir.path() / "ondrive").string(), "", ADS_CDX, ADS_ANSI,
+                               ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, ADS_SHARED, table),
+              AE_SUCCESS);
+}
+
 TEST_F(EngineRecords, DisconnectDropsTheTablesAndOrdersOfItsConnectionOnly) {
     Create("kept", "CODE,C,4,0");
     Create("dropped", "CODE,C,4,0");

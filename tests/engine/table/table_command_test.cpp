@@ -21,8 +21,8 @@ using fnrk::testing::SharedDir;
 using fnrk::testing::TempDir;
 using fnrk::testing::WriteFileBytes;
 
-std::filesystem::path Fixture(const std::string& name) {
-    return SharedDir() / "fixtures" / "xbase" / name;
+std::string Fixture(const std::string& name) {
+    return (SharedDir() / "fixtures" / "xbase" / name).string();
 }
 
 std::vector<std::string> Lines(const std::string& text) {
