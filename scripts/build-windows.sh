@@ -75,7 +75,8 @@ for arch in x86_64 i686; do
     else
         # Only what ships: the libraries under the COM server, and its DLL once it exists.
         targets=(fnrk_facade)
-        if ninja -C "$build" -t targets all | grep -q '^fennrickfct: '; then
+        # Not `ninja | grep -q`: grep leaving early fails the pipe under pipefail.
+        if ninja -C "$build" -t targets all | grep -c '^fennrickfct: ' >/dev/null; then
             targets=(fennrickfct)
         fi
         cmake --build "$build" -j "$(nproc)" --target "${targets[@]}"

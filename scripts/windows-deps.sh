@@ -91,12 +91,14 @@ sqlite() {
 
 libxml2() {
     local version
-    version=$(source_version libxml2)
+    # "+static": built with LIBXML_STATIC, so that its functions carry no dllexport marks and a
+    # DLL that links it exports nothing of libxml2's.
+    version=$(source_version libxml2)+static
     is_current libxml2 "$version" && return
     echo "-- libxml2 $version for $arch"
     local folder
-    folder=$(unpacked_source libxml2 "$version")
-    cmake_install "$folder" -DBUILD_SHARED_LIBS=OFF \
+    folder=$(unpacked_source libxml2 "${version%+static}")
+    cmake_install "$folder" -DBUILD_SHARED_LIBS=OFF -DCMAKE_C_FLAGS=-DLIBXML_STATIC \
         -DLIBXML2_WITH_ICONV=OFF -DLIBXML2_WITH_LZMA=OFF -DLIBXML2_WITH_ZLIB=OFF \
         -DLIBXML2_WITH_HTTP=OFF -DLIBXML2_WITH_FTP=OFF -DLIBXML2_WITH_PYTHON=OFF \
         -DLIBXML2_WITH_ICU=OFF -DLIBXML2_WITH_PROGRAMS=OFF -DLIBXML2_WITH_TESTS=OFF \

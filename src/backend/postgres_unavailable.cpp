@@ -2,6 +2,7 @@
 // which the backend reports as the connection's error.
 
 #include "backend/sql_dialect.hpp"
+#include "backend/sql_session.hpp"
 #include "backend/staged_schema.hpp"
 
 namespace fnrk::backend {
@@ -27,6 +28,12 @@ const SqlDialect& PostgresDialect() {
     static const UnavailablePostgres dialect;
     return dialect;
 }
+
+StagedSchemaClaim::StagedSchemaClaim(std::string_view, const std::string&) { NotAvailable(); }
+
+StagedSchemaClaim::~StagedSchemaClaim() = default;
+
+void DropAbandonedStagedSchemas(std::string_view) { NotAvailable(); }
 
 void PublishStagedSchema(std::string_view, const std::string&) {
     NotAvailable();

@@ -12,7 +12,7 @@
 
 namespace fnrk::backend {
 
-class PostgresSession;
+class SqlSession;
 
 // The claim on a staging schema, held from before the schema is made until the copy ends.
 class StagedSchemaClaim {
@@ -24,7 +24,7 @@ class StagedSchemaClaim {
     StagedSchemaClaim& operator=(const StagedSchemaClaim&) = delete;
 
   private:
-    std::unique_ptr<PostgresSession> session_;
+    std::unique_ptr<SqlSession> session_;  // the PostgreSQL connection that holds the claim
 };
 
 // Drops every staging schema of the database that no running copy claims. Throws SqlFailure
