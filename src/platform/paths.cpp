@@ -4,6 +4,7 @@
 #include <optional>
 #include <system_error>
 
+#include "platform/processes.hpp"
 #include "platform/settings_store.hpp"
 #include "platform/text.hpp"
 
@@ -76,9 +77,7 @@ std::string DriveNetworkName(std::string_view drive) {
 
 std::string ProgramFolder() {
     if (ProgramFolderOverride()) return *ProgramFolderOverride();
-    std::error_code error;
-    const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : executable.parent_path().string();
+    return ExecutableFolder();
 }
 
 void SetProgramFolder(std::string folder) {

@@ -3,6 +3,7 @@
 // Questions about other processes of this machine.
 
 #include <cstdint>
+#include <string>
 
 namespace fnrk::platform {
 
@@ -11,5 +12,8 @@ bool ProcessIsRunning(std::int64_t processId);
 
 // Id of the calling process.
 std::int64_t CurrentProcessId();
+
+// Folder of the calling process's executable file; empty when the system does not say.
+std::string ExecutableFolder();
 
 }  // namespace fnrk::platform

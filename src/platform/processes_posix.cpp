@@ -1,5 +1,6 @@
 #include "platform/processes.hpp"
 
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -21,6 +22,12 @@ bool ProcessIsRunning(std::int64_t processId) {
 
 std::int64_t CurrentProcessId() {
     return ::getpid();
+}
+
+std::string ExecutableFolder() {
+    std::error_code error;
+    const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::string() : executable.parent_path().string();
 }
 
 }  // namespace fnrk::platform

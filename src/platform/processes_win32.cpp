@@ -2,6 +2,10 @@
 
 #include "platform/processes.hpp"
 
+#include <filesystem>
+
+#include "platform/utf8.hpp"
+
 namespace fnrk::platform {
 
 bool ProcessIsRunning(std::int64_t processId) {
@@ -17,6 +21,20 @@ bool ProcessIsRunning(std::int64_t processId) {
 
 std::int64_t CurrentProcessId() {
     return GetCurrentProcessId();
+}
+
+std::string ExecutableFolder() {
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        if (length == 0) return {};
+        if (length < path.size()) {
+            path.resize(length);
+            break;
+        }
+        path.resize(path.size() * 2);  // cut short: a longer path
+    }
+    return Utf16ToUtf8(std::filesystem::path(path).parent_path().wstring());
 }
 
 }  // namespace fnrk::platform
