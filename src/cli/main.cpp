@@ -3,7 +3,19 @@
 
 #include "cli/command_registry.hpp"
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+
+#include <cstdio>
+#endif
+
 int main(int argc, char** argv) {
+#ifdef _WIN32
+    // The same bytes as on Linux: dumps, JSON and lines end in "\n", never "\r\n".
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+#endif
     CLI::App app{"fennrick: the Fennrick function library on the command line"};
     app.set_version_flag("--version", std::string("fennrick ") + FNRK_VERSION);
     app.require_subcommand(1);

@@ -100,13 +100,25 @@ Status TableFile::PutInPlace(Replacement& next, TableHeader header,
             return status;
         }
     }
+    // The old files are let go of before the new ones take their names: Windows does not
+    // rename over a file that is open, even by ourselves.
+    const bool hadMemo = next.memo.IsOpen();
+    next.table.Close();
+    next.memo = memo::MemoFile();
     std::error_code error;
     if (memo_.IsOpen()) std::filesystem::rename(next.memoPath, MemoPathFor(path_), error);
     if (!error) std::filesystem::rename(next.tablePath, path_, error);
     if (error) {
         message = "cannot put " + next.tablePath + " in place: " + error.message();
         if (observer_ != nullptr) observer_->DropBeside();
+        // Back to the old files, which are still under their names.
+        next.table = io::NativeFile::Open(path_, false);
+        const std::string memoReopened =
+            hadMemo ? next.memo.Open(MemoPathFor(path_), false) : std::string();
         swap();
+        if (!file_.valid() || !memoReopened.empty() ||
+            !lock::FileLocks(file_.handle()).LockOpenExclusive())
+            message += "; " + path_ + " could not be opened again";
         return AE_PERMISSION_DENIED;
     }
     next.placed = true;

@@ -428,9 +428,12 @@ Status TableIndexes::PlaceBeside(std::string& message) {
         for (auto& [file, build] : beside_) {
             const std::filesystem::path built = file->path.string() + besideSuffix_;
             std::filesystem::permissions(built, std::filesystem::status(file->path).permissions());
-            std::filesystem::rename(built, file->path);
+            // Closed first: Windows does not rename over a file that is open.
             auto kept = CloseForRebuild(*file);
-            Reopen(*file, build, kept);
+            std::error_code error;
+            std::filesystem::rename(built, file->path, error);
+            Reopen(*file, build, kept);  // the new file, or the old one that could not be replaced
+            if (error) throw std::filesystem::filesystem_error("cannot replace", built, file->path, error);
         }
         beside_.clear();
         return AE_SUCCESS;
