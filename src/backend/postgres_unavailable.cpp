@@ -29,11 +29,15 @@ const SqlDialect& PostgresDialect() {
     return dialect;
 }
 
-StagedSchemaClaim::StagedSchemaClaim(std::string_view, const std::string&) { NotAvailable(); }
+StagedSchemaClaim::StagedSchemaClaim(std::string_view, const std::string&) {
+    NotAvailable();
+}
 
 StagedSchemaClaim::~StagedSchemaClaim() = default;
 
-void DropAbandonedStagedSchemas(std::string_view) { NotAvailable(); }
+void DropAbandonedStagedSchemas(std::string_view) {
+    NotAvailable();
+}
 
 void PublishStagedSchema(std::string_view, const std::string&) {
     NotAvailable();

@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 #include "backend/connection_target.hpp"
@@ -60,7 +62,7 @@ TEST(ConnectionTarget, ReadsMarkersItemsAndFolders) {
 
     auto folder = ParseConnectionPath("/data/soc2", error);
     ASSERT_TRUE(folder) << error;
-    EXPECT_EQ(folder->database, "/data/soc2/fennrick.sqlite");
+    EXPECT_EQ(folder->database, (std::filesystem::path("/data/soc2") / "fennrick.sqlite").string());
 
     auto server = ParseConnectionPath("Driver=PostgreSQL;Server=db;Port=5432;Database=fr", error);
     ASSERT_TRUE(server) << error;

@@ -15,12 +15,14 @@
 #include "facade_fixture.hpp"
 #include "intake/company_facts.hpp"
 #include "platform/paths.hpp"
+#include "support/host_separators.hpp"
 #include "support/run_command.hpp"
 
 namespace fnrk::facade {
 namespace {
 
 namespace fs = std::filesystem;
+using fnrk::testing::HostSeparators;
 using fnrk::testing::RunFennrick;
 using fnrk::testing::WriteFileBytes;
 using nlohmann::json;
@@ -267,7 +269,7 @@ TEST_F(IntakeSessionTest, SettingsWaitingFilesFilingAndStatusCodes) {
     const auto ref = [&](std::size_t step, const std::string& name) {
         return answers.at(step)["refs"][name];
     };
-    EXPECT_EQ(ref(1, "path"), base.string() + "/");
+    EXPECT_EQ(ref(1, "path"), base.string() + platform::kPathSep);
     EXPECT_EQ(ref(5, "wait"), "499000");
     EXPECT_EQ(ref(7, "soda"), false);
     EXPECT_EQ(ref(8, "efff"), true);
@@ -278,7 +280,7 @@ TEST_F(IntakeSessionTest, SettingsWaitingFilesFilingAndStatusCodes) {
     EXPECT_EQ(answers[14]["refs"], json::parse(R"({"p": "kept", "y": "kept", "f": false})"));
     EXPECT_EQ(ref(15, "pdf"), pdf);
     EXPECT_EQ(ref(17, "last"), a1);
-    EXPECT_EQ(ref(18, "processed"), (yearFolder / "PROCESSED").string() + "/");
+    EXPECT_EQ(ref(18, "processed"), (yearFolder / "PROCESSED").string() + platform::kPathSep);
     EXPECT_EQ(ref(20, "second"), (waiting / "b2.xml").string());
     for (int code = 0; code <= 4; ++code) {
         EXPECT_EQ(ref(21 + static_cast<std::size_t>(code), "c" + std::to_string(code)), code);
@@ -309,11 +311,11 @@ TEST_F(IntakeSessionTest, EachKindKeepsItsOwnFolderAndFiles) {
         Step("EFFFDownloadFiles", {Ref("message"), Ref("fetched", true)});
     const std::vector<json> answers = Run(script, 0);
     ASSERT_EQ(answers.size(), 13u);
-    EXPECT_EQ(answers[5]["refs"]["bare"], "WARNING/");
+    EXPECT_EQ(answers[5]["refs"]["bare"], HostSeparators("WARNING/"));
     EXPECT_EQ(answers[6]["refs"]["soda"], (waiting / "a1.xml").string());
     EXPECT_EQ(answers[7]["refs"]["caro"], c1);
     EXPECT_EQ(answers[8]["refs"]["in"], true);
-    EXPECT_EQ(answers[10]["refs"]["errors"], (yearFolder / "ERROR").string() + "/");
+    EXPECT_EQ(answers[10]["refs"]["errors"], (yearFolder / "ERROR").string() + platform::kPathSep);
     EXPECT_TRUE(fs::exists(yearFolder / "ERROR" / "CARO" / "c1.xml"));
     EXPECT_FALSE(fs::exists(c1));
     // Filing a CARO file leaves the SODA files found before as they were.

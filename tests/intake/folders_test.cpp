@@ -9,6 +9,7 @@
 #include "intake/intake_folders.hpp"
 #include "intake/intake_settings.hpp"
 #include "intake_fixture.hpp"
+#include "support/host_separators.hpp"
 #include "support/scoped_environment.hpp"
 #include "support/temp_dir.hpp"
 
@@ -16,6 +17,7 @@ namespace fnrk::intake {
 namespace {
 
 namespace fs = std::filesystem;
+using fnrk::testing::HostSeparators;
 using fnrk::testing::ReadFileBytes;
 using fnrk::testing::WriteFileBytes;
 using tables::ads_testing::Keeping;
@@ -71,9 +73,10 @@ TEST_P(FoldersTest, SodaScanTakesSodaFromFoldersInAnyCaseAndXmlAnywhereInTheName
     soda.Init();
     EXPECT_EQ(soda.GetFile(company, 2024), (year / "soda_from_acme" / "0.xml").string());
     EXPECT_EQ(soda.GetFile(company, 2023), "");
-    EXPECT_EQ(soda.GetWarningPath(), (base / "SOC1" / "2023" / "WARNING").string() + "/");
+    EXPECT_EQ(soda.GetWarningPath(),
+              (base / "SOC1" / "2023" / "WARNING").string() + platform::kPathSep);
     soda.Init();
-    EXPECT_EQ(soda.GetProcessedPath(), "PROCESSED/") << "no year folder since Init";
+    EXPECT_EQ(soda.GetProcessedPath(), HostSeparators("PROCESSED/")) << "no year folder since Init";
 
     // A status folder that exists does not hold waiting files.
     Put("PROCESSED/soda_from_acme/z.xml");

@@ -89,6 +89,7 @@ TEST_P(IntakeCommandsTest, ReadsAndChangesMappings) {
     EXPECT_NE(missing.err.find("CARDID CARDNUMBER ACCOUNT"), std::string::npos) << missing.err;
 }
 
+#ifndef _WIN32  // the drive map stands in for the network drives of Windows
 TEST_P(IntakeCommandsTest, ShowsTheCodaFolders) {
     fnrk::testing::ScopedEnvironment settings("FNRK_SETTINGS_FILE",
                                               (folder / "settings.ini").string());
@@ -101,6 +102,7 @@ TEST_P(IntakeCommandsTest, ShowsTheCodaFolders) {
                               {"processed", "C:\\D"}}));
     EXPECT_EQ(Run({"coda-folders", dossier.string(), "--escape"})["processed"], "C:\\\\D");
 }
+#endif
 
 INSTANTIATE_TEST_SUITE_P(Keeping, IntakeCommandsTest, ::testing::Values(Keeping::Files),
                          tables::ads_testing::KeepingName);

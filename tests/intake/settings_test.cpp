@@ -111,7 +111,8 @@ TEST_P(IntakeSettingsTest, PlainSettingsUseEachKindsOwnKeys) {
     EXPECT_FALSE(soda.GetSocialPeriod());
 
     // A long value continues in VALUEEXT and reads back whole.
-    const std::string longPath = "/" + std::string(90, 'p') + "/";
+    const std::string longPath = platform::kPathSep + std::string(90, 'p') +
+                                 platform::kPathSep;  // a folder: as it reads back
     ASSERT_TRUE(caro.SetPath(longPath));
     EXPECT_EQ(caro.GetPath(), longPath);
 }

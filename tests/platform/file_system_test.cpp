@@ -49,6 +49,7 @@ TEST(FileSystem, HelpersTellFilesFromFoldersAndNeverThrow) {
     EXPECT_FALSE(DeleteFile((dir / "sub" / "inner").string()));  // a folder is not a file
 }
 
+#ifndef _WIN32  // on Windows the drive letters are the system's own
 TEST(FileSystem, HelpersTranslateWindowsFormPaths) {
     TempDir dir;
     ScopedEnvironment settings("FNRK_SETTINGS_FILE", (dir / "settings.ini").string());
@@ -59,6 +60,7 @@ TEST(FileSystem, HelpersTranslateWindowsFormPaths) {
     EXPECT_TRUE(FileExists("K:\\BANK\\coda.txt"));
     EXPECT_EQ(FileNames("K:\\BANK"), std::vector<std::string>{"CODA.TXT"});
 }
+#endif
 
 TEST(FileSystem, TempNamesHaveTheClassicShape) {
     const std::string first = GetTempName();

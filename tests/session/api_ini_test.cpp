@@ -16,8 +16,8 @@ using fnrk::testing::ScopedEnvironment;
 class ApiIniTest : public InstallationTest {
   protected:
     ApiIniTest() {
-        Write("FennRick.ini", "[Install]\r\nUserPath=" + Users() +
-                                  "/USERS.DBF\r\n"
+        Write("FennRick.ini", "[Install]\r\nUserPath=" + Path("USERS/USERS.DBF") +
+                                  "\r\n"
                                   "[General]\r\nLanguage=F\r\nColour=blue\r\n"
                                   "[Connection]\r\nMode=LOCAL\r\n"
                                   "[FIDUC]\r\nOffice=shared\r\n"
@@ -57,13 +57,14 @@ TEST_F(ApiIniTest, BlankUserFallsBackToTheSettingsUserCode) {
 }
 
 TEST_F(ApiIniTest, OtherFilesAreReadAsTheyAre) {
-    Write("local.ini", "[General]\r\nLanguage=X\r\n[Install]\r\nUserPath=/a/b/USERS.DBF\r\n");
-    ini_.INIfile(Root() + "/local.ini");
+    Write("local.ini",
+          "[General]\r\nLanguage=X\r\n[Install]\r\nUserPath=" + Path("a/b/USERS.DBF") + "\r\n");
+    ini_.INIfile(Path("local.ini"));
     EXPECT_EQ(ini_.ReadINI("General", "Language"), "X");
-    EXPECT_EQ(ini_.ReadINI("Install", "UserPath"), "/a/b");
+    EXPECT_EQ(ini_.ReadINI("Install", "UserPath"), Path("a/b"));
 
     Write("cfg/fennrick.INI", "[General]\r\nLanguage=Y\r\n");
-    ini_.INIfile(Root() + "/cfg/fennrick.INI");  // the shared name in any case
+    ini_.INIfile(Path("cfg/fennrick.INI"));  // the shared name in any case
     EXPECT_EQ(ini_.ReadINI("General", "Language"), "N");
 
     ini_.INIfile("   ");
@@ -73,7 +74,7 @@ TEST_F(ApiIniTest, OtherFilesAreReadAsTheyAre) {
 TEST_F(ApiIniTest, WorkstationSectionsComeFromTheCallersFileOffTerminalServices) {
     Write("cfg/FennRick.ini", "[Connection]\r\nMode=CALLER\r\n[General]\r\nColour=caller\r\n");
     Write("USERS/Fennrick.ini", "[Connection]\r\nMode=USERS\r\n[General]\r\nColour=users\r\n");
-    ini_.INIfile(Root() + "/cfg/FennRick.ini");
+    ini_.INIfile(Path("cfg/FennRick.ini"));
 
     EXPECT_EQ(ini_.ReadINI("Connection", "Mode"), "CALLER");
     EXPECT_EQ(ini_.ReadINI("General", "Colour"), "users");  // the file beside the users table
@@ -85,23 +86,25 @@ TEST_F(ApiIniTest, WorkstationSectionsComeFromTheCallersFileOffTerminalServices)
 }
 
 TEST_F(ApiIniTest, UserPathComesFromTheSettingsStoreInstallation) {
-    ini_.INIfile(Root() + "/cfg/FennRick.ini");  // not consulted for Install/UserPath
+    ini_.INIfile(Path("cfg/FennRick.ini"));  // not consulted for Install/UserPath
     EXPECT_EQ(ini_.ReadINI("INSTALL", "userpath"), Users());
-    EXPECT_EQ(ini_.GetUserDbfPath(), Users() + "/");
+    EXPECT_EQ(ini_.GetUserDbfPath(), Path("USERS/"));
 
-    Write("FennRick.ini", "[Install]\r\nUserPath=" + Users() + "/users.dbf\r\n");
-    EXPECT_EQ(ini_.GetUserDbfPath(), Users() + "/");
-    Write("FennRick.ini", "[Install]\r\nUserPath=" + Users() + "/\r\n");
+    Write("FennRick.ini", "[Install]\r\nUserPath=" + Path("USERS/users.dbf") + "\r\n");
+    EXPECT_EQ(ini_.GetUserDbfPath(), Path("USERS/"));
+    Write("FennRick.ini", "[Install]\r\nUserPath=" + Path("USERS/") + "\r\n");
     EXPECT_EQ(ini_.ReadINI("Install", "UserPath"), Users());
 }
 
+#ifndef _WIN32  // on Windows the drive letters are the system's own
 TEST_F(ApiIniTest, WindowsFormUserPathGoesThroughTheDriveMap) {
     Write("settings.ini", "[Drives]\r\nD:=" + Root() + "\r\n");
     Write("FennRick.ini", "[Install]\r\nUserPath=D:\\USERS\\USERS.DBF\r\n");
     EXPECT_EQ(ini_.ReadINI("Install", "UserPath"), Users());
-    EXPECT_EQ(ini_.GetUserDbfPath(), Users() + "/");
+    EXPECT_EQ(ini_.GetUserDbfPath(), Path("USERS/"));
     EXPECT_EQ(ini_.ReadINI("General", "Language"), "N");  // the preference file is found there
 }
+#endif
 
 class FixedUsersTable : public UsersTableLocator {
   public:
@@ -110,18 +113,18 @@ class FixedUsersTable : public UsersTableLocator {
 
 TEST_F(ApiIniTest, WithoutUserPathTheOpenUsersTableOrTheMainPathDecides) {
     Write("FennRick.ini", "[Install]\r\nUserPath=   \r\n");
-    EXPECT_EQ(ini_.GetUserDbfPath(), Root() + "/");
+    EXPECT_EQ(ini_.GetUserDbfPath(), Path(""));
 
     FixedUsersTable table;
     ini_.UsersTableFrom(&table);
     EXPECT_EQ(ini_.GetUserDbfPath(), "/open/users");  // as the table layer reports it
     ini_.UsersTableFrom(nullptr);
-    EXPECT_EQ(ini_.GetUserDbfPath(), Root() + "/");
+    EXPECT_EQ(ini_.GetUserDbfPath(), Path(""));
 }
 
 TEST_F(ApiIniTest, PreferenceFolderOnlyWhenItExists) {
-    EXPECT_EQ(ini_.GetUsersPrefDirectory(), Users() + "/UsersPrefs");
-    Write("FennRick.ini", "[Install]\r\nUserPath=" + Root() + "/ELSEWHERE\r\n");
+    EXPECT_EQ(ini_.GetUsersPrefDirectory(), Path("USERS/UsersPrefs"));
+    Write("FennRick.ini", "[Install]\r\nUserPath=" + Path("ELSEWHERE") + "\r\n");
     EXPECT_EQ(ini_.GetUsersPrefDirectory(), "");
 }
 

@@ -8,7 +8,7 @@ InstallationTest::InstallationTest()
     : savedProgramFolder_(platform::ProgramFolder()), savedUser_(CurrentUser()) {
     std::filesystem::create_directories(dir_ / "PRG");
     std::filesystem::create_directories(dir_ / "USERS");
-    platform::SetProgramFolder(Root() + "/PRG");
+    platform::SetProgramFolder(Path("PRG"));
     CurrentUser() = SessionUser{"ANN", "F", "", ""};
 }
 
@@ -18,7 +18,14 @@ InstallationTest::~InstallationTest() {
 }
 
 std::string InstallationTest::PreferenceIni(const std::string& user) const {
-    return Users() + "/UsersPrefs/" + user + ".ini";
+    return Path("USERS/UsersPrefs/") + user + ".ini";
+}
+
+std::string InstallationTest::Path(std::string relative) const {
+    for (char& c : relative) {
+        if (c == '/') c = platform::kPathSep;
+    }
+    return Root() + platform::kPathSep + relative;
 }
 
 void InstallationTest::Write(const std::string& relativePath, const std::string& content) const {

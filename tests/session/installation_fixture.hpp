@@ -21,14 +21,16 @@ class InstallationTest : public ::testing::Test {
     ~InstallationTest() override;
 
     std::string Root() const { return dir_.path().string(); }
-    std::string Users() const { return Root() + "/USERS"; }
-    std::string SharedIni() const { return Root() + "/FennRick.ini"; }
+    // `relative` ("a/b/") under the root, in the host's separators.
+    std::string Path(std::string relative) const;
+    std::string Users() const { return Path("USERS"); }
+    std::string SharedIni() const { return Path("FennRick.ini"); }
     std::string PreferenceIni(const std::string& user) const;
     // Writes a file under the root, its folders included.
     void Write(const std::string& relativePath, const std::string& content) const;
 
     fnrk::testing::TempDir dir_;
-    fnrk::testing::ScopedEnvironment settings_{"FNRK_SETTINGS_FILE", Root() + "/settings.ini"};
+    fnrk::testing::ScopedEnvironment settings_{"FNRK_SETTINGS_FILE", Path("settings.ini")};
     fnrk::testing::ScopedEnvironment mainPath_{"FNRK_MAIN_PATH", Root()};
     fnrk::testing::ScopedEnvironment userCode_{"FNRK_USER_CODE", std::nullopt};
 

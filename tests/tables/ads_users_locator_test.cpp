@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/paths.hpp"
 #include "session/api_ini.hpp"
 #include "tables/ads_fixture.hpp"
 #include "tables/ads_users_locator.hpp"
@@ -28,7 +29,7 @@ TEST_P(AdsFilesTest, TheUsersFolderIsThatOfTheOpenUsersTable) {
     EXPECT_EQ(locator.OpenUsersTableFolder(), std::nullopt);
     CreateUsersTable(ads, folder / "USERS");
     ASSERT_EQ(ads.FileOpenExternal("users", (folder / "USERS" / "USERS.DBF").string()), AE_SUCCESS);
-    EXPECT_EQ(locator.OpenUsersTableFolder(), (folder / "USERS").string() + "/");
+    EXPECT_EQ(locator.OpenUsersTableFolder(), (folder / "USERS").string() + platform::kPathSep);
     ASSERT_EQ(ads.FileClose("USERS"), AE_SUCCESS);
     EXPECT_EQ(locator.OpenUsersTableFolder(), std::nullopt);
 }
@@ -43,7 +44,7 @@ TEST(SharedTables, TheSharedObjectAnswersTheSessionsUsersQuestion) {
     EXPECT_EQ(told->OpenUsersTableFolder(), std::nullopt);
     CreateUsersTable(ads, folder / "USERS");
     ASSERT_EQ(ads.FileOpenExternal("USERS", (folder / "USERS" / "USERS.DBF").string()), AE_SUCCESS);
-    EXPECT_EQ(told->OpenUsersTableFolder(), (folder / "USERS").string() + "/");
+    EXPECT_EQ(told->OpenUsersTableFolder(), (folder / "USERS").string() + platform::kPathSep);
     ads.FileClose("USERS");
     ads.disconnect();
 }

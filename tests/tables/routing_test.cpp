@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "platform/paths.hpp"
 #include "support/temp_dir.hpp"
 #include "tables/dispatch_fixture.hpp"
 
@@ -180,8 +181,9 @@ TEST_F(DispatchTest, UserDatabaseIsDescribedByUsersData) {
         "<connection><Driver>SQLite</Driver><Database>users.sqlite</Database></connection>");
     connection = 300'000;
     ASSERT_EQ(db.Connect26("/data", 1, connection), AE_SUCCESS);
-    EXPECT_EQ(Recorder(BackendSlot::User).lastPath,
-              "<SQL>Driver=SQLite;Database=users.sqlite<DIR>" + app.path().string() + "/");
+    EXPECT_EQ(
+        Recorder(BackendSlot::User).lastPath,
+        "<SQL>Driver=SQLite;Database=users.sqlite<DIR>" + app.path().string() + platform::kPathSep);
     EXPECT_EQ(connection, 300'001);
     EXPECT_TRUE(db.IsConnected(BackendSlot::User));
 }
@@ -191,14 +193,15 @@ TEST_F(DispatchTest, ArchiveSlotsOutsideZeroToFourAreRefused) {
     EXPECT_THROW(db.CreateArchiveBackend(-1, "/a", "/tmp"), std::out_of_range);
     for (int index = 0; index < kArchiveSlots; ++index) EXPECT_EQ(db.Archive(index), nullptr);
 
-    auto& slot = db.CreateArchiveBackend(2, "/arch//", "/tmp");
-    EXPECT_EQ(slot.Path, "/arch/");
+    const std::string sep(1, platform::kPathSep);
+    auto& slot = db.CreateArchiveBackend(2, sep + "arch" + sep + sep, "/tmp");
+    EXPECT_EQ(slot.Path, sep + "arch" + sep);
     EXPECT_EQ(slot.TempPath, "/tmp");
     EXPECT_EQ(slot.FRDataBase->handleStart(), 1'800'000);
     EXPECT_EQ(Calls(), (std::vector<std::string>{"1800000.ShowDeleted", "1800000.SetDateFormat",
                                                  "1800000.SetEpoch"}));
-    EXPECT_EQ(db.CreateArchiveBackend(0, "/a", "").Path, "/a/");
-    EXPECT_EQ(db.CreateArchiveBackend(1, "/b/", "").Path, "/b/");
+    EXPECT_EQ(db.CreateArchiveBackend(0, sep + "a", "").Path, sep + "a" + sep);
+    EXPECT_EQ(db.CreateArchiveBackend(1, sep + "b" + sep, "").Path, sep + "b" + sep);
 }
 
 TEST_F(DispatchTest, BackendOnlyOperationsRefuseEngineHandles) {

@@ -20,7 +20,9 @@ OVERLAPPED At(std::uint64_t offset) {
     return at;
 }
 
-DWORD Chunk(std::size_t size) { return static_cast<DWORD>(std::min<std::size_t>(size, 1u << 30)); }
+DWORD Chunk(std::size_t size) {
+    return static_cast<DWORD>(std::min<std::size_t>(size, 1u << 30));
+}
 
 void SetErrno() {
     switch (GetLastError()) {
@@ -118,6 +120,8 @@ bool WindowsFile::Truncate(std::uint64_t size) {
     return SetFileInformationByHandle(handle_, FileEndOfFileInfo, &end, sizeof end);
 }
 
-bool WindowsFile::Sync() { return FlushFileBuffers(handle_); }
+bool WindowsFile::Sync() {
+    return FlushFileBuffers(handle_);
+}
 
 }  // namespace fnrk::engine::io

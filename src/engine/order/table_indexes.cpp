@@ -433,7 +433,8 @@ Status TableIndexes::PlaceBeside(std::string& message) {
             std::error_code error;
             std::filesystem::rename(built, file->path, error);
             Reopen(*file, build, kept);  // the new file, or the old one that could not be replaced
-            if (error) throw std::filesystem::filesystem_error("cannot replace", built, file->path, error);
+            if (error)
+                throw std::filesystem::filesystem_error("cannot replace", built, file->path, error);
         }
         beside_.clear();
         return AE_SUCCESS;
