@@ -6,6 +6,7 @@
 
 #include "cli/command_registry.hpp"
 #include "cli/engine_status.hpp"
+#include "cli/password_file.hpp"
 #include "cli/table_access.hpp"
 #include "cli/table_index_commands.hpp"
 #include "cli/table_json.hpp"
@@ -121,7 +122,11 @@ void Reorganise(const TableSource& source, bool zap) {
 
 void Check(const TableSource& source) {
     std::vector<std::string> problems =
-        source.database.empty() ? engine::CheckTableFiles(source.file) : CheckSqlTable(source);
+        source.database.empty()
+            ? engine::CheckTableFiles(source.file, source.passwordFile.empty()
+                                                       ? std::string()
+                                                       : ReadPasswordFile(source.passwordFile))
+            : CheckSqlTable(source);
     if (problems.empty()) {
         std::cout << source.Shown() << ": ok\n";
         return;

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "engine/errors.hpp"
@@ -36,6 +37,7 @@ struct TableFileStructure {
 // What is wrong with the table, its memo file and the tags of its structural index; empty when
 // nothing is. A table whose index cannot be opened for the tag checks has that reason listed
 // unless the table file itself already had problems.
-std::vector<std::string> CheckTableFiles(const std::string& path);
+// An encrypted table is checked whole with its password, its files only without.
+std::vector<std::string> CheckTableFiles(const std::string& path, std::string_view password = {});
 
 }  // namespace fnrk::engine

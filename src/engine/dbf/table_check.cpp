@@ -51,7 +51,8 @@ void CheckRecords(TableFile& table, std::vector<std::string>& problems) {
 
 }  // namespace
 
-std::vector<std::string> CheckTable(const std::string& path) {
+std::vector<std::string> CheckTable(const std::string& path,
+                                    std::shared_ptr<const crypt::FileCipher> cipher) {
     std::vector<std::string> problems;
     TableFile table;
     std::string message;
@@ -74,6 +75,7 @@ std::vector<std::string> CheckTable(const std::string& path) {
         if (memoEnd > FileSize(MemoPathFor(path)))
             problems.push_back("memo next free block beyond the end of the memo file");
     }
+    if (table.locked() && cipher != nullptr) table.SetCipher(std::move(cipher));
     if (table.locked()) {
         problems.push_back("records and memos are encrypted: checking them needs the password");
         return problems;

@@ -1,5 +1,5 @@
-// fennrick table encrypt|decrypt: the password comes from a file; a wrong one is refused with
-// the table left as it was.
+// fennrick table encrypt|decrypt|check: the password comes from a file; a wrong one is refused
+// with the table left as it was.
 
 #include "engine/sql/sql_fixture.hpp"
 #include "support/run_command.hpp"
@@ -36,10 +36,18 @@ TEST_F(CryptCommandTest, EncryptsAndDecryptsWithThePasswordOfTheFile) {
     EXPECT_EQ(String(table, "NAME"), "BOB            ");
     ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
 
-    // The check cannot look into an encrypted table, and says why.
+    // The check cannot look into an encrypted table without its password, and says why; with
+    // it, it checks the records, memos and tags; a wrong one is named.
     const auto check = RunFennrick({"table", "check", (dir / "people.dbf").string()});
     EXPECT_NE(check.exitCode, 0);
     EXPECT_NE(check.err.find("encrypted"), std::string::npos) << check.err;
+    const auto checked = Run("check", "right.txt");
+    EXPECT_EQ(checked.exitCode, 0) << checked.err;
+    EXPECT_NE(checked.out.find(": ok"), std::string::npos) << checked.out;
+    const auto wrongCheck = Run("check", "wrong.txt");
+    EXPECT_NE(wrongCheck.exitCode, 0);
+    EXPECT_NE(wrongCheck.err.find("the password is not the table's"), std::string::npos)
+        << wrongCheck.err;
 
     const std::string sealed = testing::ReadFileBytes(dir / "people.dbf");
     const auto refused = Run("decrypt", "wrong.txt");
