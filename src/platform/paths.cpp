@@ -11,6 +11,7 @@
 namespace fnrk::platform {
 namespace {
 
+#ifndef _WIN32  // Windows reads its drive letters itself
 // "K:" at the start of the path, upper-cased, when there is one.
 std::optional<std::string> LeadingDrive(std::string_view path) {
     if (path.size() < 2 || path[1] != ':' ||
@@ -21,6 +22,7 @@ std::optional<std::string> LeadingDrive(std::string_view path) {
     return std::string(1, static_cast<char>(std::toupper(static_cast<unsigned char>(path[0])))) +
            ":";
 }
+#endif
 
 std::optional<std::string>& ProgramFolderOverride() {
     static std::optional<std::string> folder;
@@ -66,6 +68,7 @@ std::filesystem::path FileSystemPath(std::string_view path) {
     return native;
 }
 
+#ifndef _WIN32  // Windows asks its network (network_drives_win32.cpp)
 std::string DriveNetworkName(std::string_view drive) {
     const auto letter = LeadingDrive(drive.substr(0, 2));
     if (!letter) return {};
@@ -74,6 +77,7 @@ std::string DriveNetworkName(std::string_view drive) {
     }
     return {};
 }
+#endif
 
 std::string ProgramFolder() {
     if (ProgramFolderOverride()) return *ProgramFolderOverride();

@@ -26,8 +26,9 @@ std::string NativePath(std::string_view path);
 // it: "Fennrick.ini" reaches "FennRick.ini").
 std::filesystem::path FileSystemPath(std::string_view path);
 
-// The network name of a drive ("K:" or "K:\..."): the folder mapped to it in the "Drives" map;
-// empty when the drive is not mapped.
+// The network name of a drive ("K:" or "K:\..."): on Windows the remote name of the connected
+// network drive ("\\server\share"), on Linux the folder mapped to it in the "Drives" map;
+// empty when the drive is not a network drive or not mapped.
 std::string DriveNetworkName(std::string_view drive);
 
 // Folder of the running program, without trailing separator. A host embedding the library (and

@@ -5,6 +5,9 @@
 
 #include "platform/environment.hpp"
 #include "platform/ini_file.hpp"
+#ifdef _WIN32
+#include "platform/registry_settings.hpp"
+#endif
 #include "platform/special_folders.hpp"
 #include "platform/text.hpp"
 
@@ -25,6 +28,13 @@ constexpr EnvironmentOverride kOverrides[] = {
     {"Accounting", "UserCode", "FNRK_USER_CODE"},
 };
 
+#ifdef _WIN32
+// The store is the registry, unless a settings file is named (tests, services).
+bool InRegistry() {
+    return EnvironmentValue("FNRK_SETTINGS_FILE").empty();
+}
+#endif
+
 }  // namespace
 
 std::filesystem::path SettingsFilePath() {
@@ -41,10 +51,16 @@ std::string GetSetting(std::string_view section, std::string_view key,
             if (const char* value = std::getenv(entry.variable)) return value;
         }
     }
+#ifdef _WIN32
+    if (InRegistry()) return ReadRegistrySetting(section, key).value_or(std::string(defaultValue));
+#endif
     return ReadIniString(section, key, defaultValue, kSettingBufferSize, SettingsFilePath());
 }
 
 bool SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
+#ifdef _WIN32
+    if (InRegistry()) return WriteRegistrySetting(section, key, value);
+#endif
     const std::filesystem::path file = SettingsFilePath();
     std::error_code error;
     if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), error);

@@ -1,7 +1,8 @@
 #pragma once
 
-// The per-user application-settings store of the application "Fennrick": an INI file,
-// $XDG_CONFIG_HOME/fennrick/settings.ini (~/.config when XDG_CONFIG_HOME is unset).
+// The per-user application-settings store of the application "Fennrick": on Linux an INI file,
+// $XDG_CONFIG_HOME/fennrick/settings.ini (~/.config when XDG_CONFIG_HOME is unset); on Windows
+// the registry (registry_settings.hpp), where the desktop applications keep theirs.
 // Environment variables let tests and services work without a home folder:
 //   FNRK_SETTINGS_FILE  the settings file itself;
 //   FNRK_MAIN_PATH      "Installation"/"MainPath", read before the file;

@@ -21,13 +21,13 @@ inline constexpr std::int32_t kMyPictures = 39;
 inline constexpr std::int32_t kProfile = 40;
 }  // namespace special_folder
 
-// The folder for `identifier`: the XDG user folders (XDG_*_DIR variables, then user-dirs.dirs,
-// then the usual name under the home folder), XDG_CONFIG_HOME for app data, XDG_DATA_HOME for
-// local app data, /var/lib for common app data. Empty for an identifier without a counterpart or
-// when the home folder is unknown.
+// The folder for `identifier`: on Windows the shell's; on Linux the XDG user folders (XDG_*_DIR
+// variables, then user-dirs.dirs, then the usual name under the home folder), XDG_CONFIG_HOME for
+// app data, XDG_DATA_HOME for local app data, /var/lib for common app data. Empty for an
+// identifier without a counterpart or when the home folder is unknown.
 std::string SpecialFolderPath(std::int32_t identifier);
 
-// The platform's system folder; there is none on Linux, so empty.
+// The Windows folder; there is none on Linux, so empty.
 std::string SystemFolder();
 
 }  // namespace fnrk::platform

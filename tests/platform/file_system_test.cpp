@@ -73,6 +73,23 @@ TEST(FileSystem, TempNamesHaveTheClassicShape) {
     EXPECT_TRUE(differs);
 }
 
+#ifdef _WIN32
+TEST(SpecialFolders, AreTheShellsOwn) {
+    // Wine's shell answers as Windows does: real folders of the profile, none for an unknown id.
+    const std::string appData = SpecialFolderPath(special_folder::kAppData);
+    const std::string profile = SpecialFolderPath(special_folder::kProfile);
+    ASSERT_FALSE(profile.empty());
+    EXPECT_TRUE(std::filesystem::is_directory(profile)) << profile;
+    EXPECT_EQ(appData.rfind(profile + "\\", 0), 0u) << appData << " is not in " << profile;
+    EXPECT_TRUE(std::filesystem::is_directory(appData)) << appData;
+    EXPECT_NE(SpecialFolderPath(special_folder::kCommonAppData), appData);
+    EXPECT_EQ(SpecialFolderPath(9999), "");
+
+    const std::string windows = SystemFolder();
+    EXPECT_TRUE(std::filesystem::is_directory(std::filesystem::path(windows) / "system32"))
+        << windows;
+}
+#else
 TEST(SpecialFolders, FollowTheXdgVariables) {
     TempDir dir;
     ScopedEnvironment home("HOME", dir.path().string());
@@ -94,6 +111,7 @@ TEST(SpecialFolders, FollowTheXdgVariables) {
                    "# comment\nXDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
     EXPECT_EQ(SpecialFolderPath(special_folder::kPersonal), dir.path().string() + "/Dokumente");
 }
+#endif
 
 }  // namespace
 }  // namespace fnrk::platform

@@ -13,6 +13,7 @@ using fnrk::testing::ScopedEnvironment;
 using fnrk::testing::TempDir;
 using fnrk::testing::WriteFileBytes;
 
+#ifndef _WIN32  // Windows keeps them in the registry (settings_registry_win32_test.cpp)
 TEST(SettingsStore, FileFollowsTheEnvironment) {
     ScopedEnvironment noFile("FNRK_SETTINGS_FILE", std::nullopt);
     {
@@ -27,6 +28,7 @@ TEST(SettingsStore, FileFollowsTheEnvironment) {
     ScopedEnvironment file("FNRK_SETTINGS_FILE", "/x/s.ini");
     EXPECT_EQ(SettingsFilePath(), "/x/s.ini");
 }
+#endif
 
 TEST(SettingsStore, ValuesComeFromTheEnvironmentThenTheFileThenTheDefault) {
     TempDir dir;
