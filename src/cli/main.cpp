@@ -19,6 +19,9 @@ int main(int argc, char** argv) {
     CLI::App app{"fennrick: the Fennrick function library on the command line"};
     app.set_version_flag("--version", std::string("fennrick ") + FNRK_VERSION);
     app.require_subcommand(1);
+    // Options are "--name" everywhere: on Windows too "/data/x.dbf" is a path, not an option.
+    // Before the commands are set up, which take it over.
+    app.allow_windows_style_options(false);
     fnrk::cli::SetUpCommands(app);
     try {
         app.parse(argc, argv);
