@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "einvoice/sample_sales_document.hpp"
-#include "support/run_command.hpp"
+#include "support/invoice_validation.hpp"
 #include "support/temp_dir.hpp"
 #include "xml_probe.hpp"
 
@@ -29,21 +29,13 @@ class SchemaAndRulesTest : public ::testing::Test {
         EXPECT_TRUE(WriteSalesDocument(document, profile, lookups, file.string()));
         return file;
     }
-
-    static testing::CommandResult Validate(const std::filesystem::path& file, bool peppol) {
-        std::vector<std::string> command = {
-            (testing::SharedDir() / "tools" / "validate-invoice").string()};
-        if (peppol) command.push_back("--peppol");
-        command.push_back(file.string());
-        return testing::RunCommand(command);
-    }
 };
 
 TEST_F(SchemaAndRulesTest, BasicInvoiceAndCreditNoteAreUbl20) {
     for (bool creditNote : {false, true}) {
         const auto file = Write(SampleSalesDocument(creditNote, Pdf()), InvoiceProfile::Basic,
                                 creditNote ? "basic-credit.xml" : "basic.xml");
-        const testing::CommandResult result = Validate(file, false);
+        const testing::CommandResult result = testing::ValidateInvoice(file, false);
         EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
         EXPECT_EQ(testing::XmlProbe(file).Count("//cac:AdditionalDocumentReference"), 1);
     }
@@ -55,7 +47,7 @@ TEST_F(SchemaAndRulesTest, EfffPeppolInvoiceAndCreditNoteAreUbl21) {
         document.discountEndDate = "22/03/2025";
         const auto file = Write(document, InvoiceProfile::EfffPeppol,
                                 creditNote ? "efff-credit.xml" : "efff.xml");
-        const testing::CommandResult result = Validate(file, false);
+        const testing::CommandResult result = testing::ValidateInvoice(file, false);
         EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
     }
 }
@@ -64,7 +56,7 @@ TEST_F(SchemaAndRulesTest, PeppolInvoiceAndCreditNoteBreakNoFatalRule) {
     for (bool creditNote : {false, true}) {
         const auto file = Write(SampleSalesDocument(creditNote, Pdf()), InvoiceProfile::PeppolV3,
                                 creditNote ? "peppol-credit.xml" : "peppol.xml");
-        const testing::CommandResult result = Validate(file, true);
+        const testing::CommandResult result = testing::ValidateInvoice(file, true);
         EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
         EXPECT_EQ(result.out.find("fatal"), std::string::npos) << result.out;
 

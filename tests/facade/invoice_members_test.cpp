@@ -11,7 +11,7 @@
 
 #include "facade_fixture.hpp"
 #include "platform/text.hpp"
-#include "support/run_command.hpp"
+#include "support/invoice_validation.hpp"
 
 namespace fnrk::facade {
 namespace {
@@ -112,14 +112,6 @@ class InvoiceMembersTest : public FacadeTest {
         }
     }
 
-    static fnrk::testing::CommandResult Validate(const std::filesystem::path& file, bool peppol) {
-        std::vector<std::string> command = {
-            (fnrk::testing::SharedDir() / "tools" / "validate-invoice").string()};
-        if (peppol) command.push_back("--peppol");
-        command.push_back(file.string());
-        return fnrk::testing::RunCommand(command);
-    }
-
     // The number of nodes an XPath finds in the file (cbc and cac are the UBL prefixes).
     static int Count(const std::filesystem::path& file, const std::string& xpath) {
         xmlDocPtr doc = xmlReadFile(file.string().c_str(), nullptr, XML_PARSE_NONET);
@@ -182,7 +174,7 @@ TEST_F(InvoiceMembersTest, APeppolInvoiceWrittenThroughTheMembersPassesThePeppol
     Section("UBLClose", {});
     EXPECT_EQ(Tables().GetCurrentAlias(), "ACT") << "the caller's current table";
 
-    const fnrk::testing::CommandResult result = Validate(file, true);
+    const fnrk::testing::CommandResult result = fnrk::testing::ValidateInvoice(file, true);
     EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
     EXPECT_EQ(result.out.find("fatal"), std::string::npos) << result.out;
     // The look-ups came from the company's tables.
@@ -222,7 +214,7 @@ TEST_F(InvoiceMembersTest, AnEfffPeppolInvoiceWrittenThroughTheMembersIsValidUbl
     Section("UBLSavefile", {Variant(file.string())});
     Section("UBLClose", {});
 
-    const fnrk::testing::CommandResult result = Validate(file, false);
+    const fnrk::testing::CommandResult result = fnrk::testing::ValidateInvoice(file, false);
     EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
     EXPECT_EQ(Count(file, "//cac:InvoiceLine"), 4);
 }

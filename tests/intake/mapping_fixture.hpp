@@ -63,7 +63,8 @@ print(json.dumps({'fields': [f.name + ',' + f.type + ',' + str(f.length) for f i
                   'live': [text(r) for r in table], 'deleted': [text(r) for r in table.deleted]}))
 )";
         const auto result = fnrk::testing::RunCommand(
-            {"/usr/bin/python3", "-c", kScript, (dossier / ("SOC1_" + table + ".dbf")).string()});
+            {"/usr/bin/python3", "-c", kScript,
+             fnrk::testing::LinuxPath(dossier / ("SOC1_" + table + ".dbf"))});
         EXPECT_EQ(result.exitCode, 0) << result.err;
         return result.exitCode == 0 ? nlohmann::json::parse(result.out) : nlohmann::json();
     }

@@ -19,7 +19,8 @@ void CloseIfOpen(int& fd) {
 
 }  // namespace
 
-CommandResult RunCommand(const std::vector<std::string>& argv, const std::string& input) {
+CommandResult RunCommand(const std::vector<std::string>& argv, const std::string& input,
+                         const std::filesystem::path& folder) {
     if (argv.empty()) throw std::invalid_argument("RunCommand needs a program");
     // A child that exits before reading its input must not kill the test with SIGPIPE.
     std::signal(SIGPIPE, SIG_IGN);
@@ -34,6 +35,7 @@ CommandResult RunCommand(const std::vector<std::string>& argv, const std::string
         dup2(errPipe[1], 2);
         for (int fd : {inPipe[0], inPipe[1], outPipe[0], outPipe[1], errPipe[0], errPipe[1]})
             close(fd);
+        if (!folder.empty() && chdir(folder.c_str()) != 0) _exit(127);
         std::vector<char*> args;
         for (const auto& arg : argv) args.push_back(const_cast<char*>(arg.c_str()));
         args.push_back(nullptr);
@@ -85,6 +87,10 @@ CommandResult RunCommand(const std::vector<std::string>& argv, const std::string
     }
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return result;
+}
+
+std::string LinuxPath(const std::filesystem::path& path) {
+    return path.string();
 }
 
 }  // namespace fnrk::testing

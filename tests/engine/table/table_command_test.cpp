@@ -14,6 +14,7 @@
 namespace fnrk::engine {
 namespace {
 
+using fnrk::testing::LinuxPath;
 using fnrk::testing::ReadFileBytes;
 using fnrk::testing::RunCommand;
 using fnrk::testing::RunFennrick;
@@ -160,13 +161,14 @@ TEST(TableCommands, TablesWeWriteReadTheSameInDbfread) {
     EXPECT_NE(dump.out.find(R"("CITY":"Luxembourg-V")"), std::string::npos);  // cut to 12
     const std::string dumpFile = (dir / "dump.jsonl").string();
     WriteFileBytes(dumpFile, dump.out);
-    const auto compare = RunCommand({"/usr/bin/python3", "-c", kDbfreadCompare, table, dumpFile});
+    const std::vector<std::string> compareCommand = {"/usr/bin/python3", "-c", kDbfreadCompare,
+                                                     LinuxPath(table), LinuxPath(dumpFile)};
+    const auto compare = RunCommand(compareCommand);
     EXPECT_EQ(compare.out, "MATCH 5 0\n") << compare.err;
 
     ASSERT_EQ(RunFennrick({"table", "delete", table, "--recno", "1"}).exitCode, 0);
     WriteFileBytes(dumpFile, RunFennrick({"table", "dump", table}).out);
-    EXPECT_EQ(RunCommand({"/usr/bin/python3", "-c", kDbfreadCompare, table, dumpFile}).out,
-              "MATCH 4 1\n");
+    EXPECT_EQ(RunCommand(compareCommand).out, "MATCH 4 1\n");
     ASSERT_EQ(RunFennrick({"table", "zap", table}).exitCode, 0);
     EXPECT_EQ(RunFennrick({"table", "dump", table}).out, "");
 }
