@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "platform/stored_path.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::engine {
@@ -12,14 +13,7 @@ std::string ResolveTablePath(const std::string& folder, std::string_view name) {
     fs::path path(std::string{name});
     if (path.is_relative() && !folder.empty()) path = fs::path(folder) / path;
     if (!path.has_extension()) path += ".dbf";
-    std::error_code error;
-    if (fs::exists(path, error)) return path.string();
-    const std::string wanted = platform::UpperCase(path.filename().string());
-    for (const auto& entry : fs::directory_iterator(path.parent_path(), error)) {
-        if (platform::UpperCase(entry.path().filename().string()) == wanted)
-            return entry.path().string();
-    }
-    return path.string();
+    return platform::StoredPath(path).string();
 }
 
 std::string ConnectionFolder(std::string_view serverPath) {

@@ -2,10 +2,10 @@
 
 #include <cctype>
 #include <optional>
-#include <system_error>
 
 #include "platform/processes.hpp"
 #include "platform/settings_store.hpp"
+#include "platform/stored_path.hpp"
 #include "platform/text.hpp"
 
 namespace fnrk::platform {
@@ -53,19 +53,10 @@ std::string NativePath(std::string_view path) {
 std::filesystem::path FileSystemPath(std::string_view path) {
     std::filesystem::path native(NativePath(path));
 #ifndef _WIN32
-    std::error_code error;
-    if (native.has_filename() && !std::filesystem::exists(native, error)) {
-        const std::filesystem::path folder = native.has_parent_path() ? native.parent_path() : ".";
-        const std::string wanted = native.filename().string();
-        for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
-             it.increment(error)) {
-            if (EqualsNoCase(it->path().filename().string(), wanted)) {
-                return native.parent_path() / it->path().filename();
-            }
-        }
-    }
-#endif
+    return StoredPath(native);
+#else
     return native;
+#endif
 }
 
 #ifndef _WIN32  // Windows asks its network (network_drives_win32.cpp)
