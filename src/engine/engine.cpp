@@ -70,12 +70,11 @@ Status Engine::Connect60(std::string_view serverPath, std::uint16_t serverTypes,
 
 Status Engine::FindConnection25(std::string_view fullPath, Handle& connection) {
     connection = 0;
-    const std::filesystem::path wanted =
-        std::filesystem::absolute(platform::Trim(fullPath)).lexically_normal();
+    const std::filesystem::path wanted = ConnectionLookupPath(fullPath);
+    // A trailing separator leaves an empty last part, whose parent is the folder itself.
     for (const auto& [handle, entry] : connections_) {
         const std::filesystem::path folder(entry.folder);
-        if (wanted == folder || wanted.parent_path() == folder ||
-            wanted.string() == entry.folder + "/") {
+        if (!wanted.empty() && (wanted == folder || wanted.parent_path() == folder)) {
             connection = handle;
             return AE_SUCCESS;
         }

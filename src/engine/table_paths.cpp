@@ -16,17 +16,36 @@ std::string ResolveTablePath(const std::string& folder, std::string_view name) {
     return platform::StoredPath(path).string();
 }
 
+namespace {
+
+// A bare drive ("Z:", the application's drive) means its root: Windows takes "Z:" for the drive's
+// current folder, and its stat for no folder at all.
+std::string WithDriveRoot(std::string path) {
+    if (path.size() == 2 && path[1] == ':')
+        path += static_cast<char>(fs::path::preferred_separator);
+    return path;
+}
+
+}  // namespace
+
 std::string ConnectionFolder(std::string_view serverPath) {
     std::string folder = platform::Trim(serverPath);
-    while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
-    // A bare drive ("Z:", the application's drive) means its root: Windows' stat does not
-    // take "Z:" for a folder.
-    if (folder.size() == 2 && folder[1] == ':') {
-        folder += static_cast<char>(fs::path::preferred_separator);
-    }
+    while (folder.size() > 1 &&
+           (folder.back() == '/' || folder.back() == fs::path::preferred_separator))
+        folder.pop_back();
+    folder = WithDriveRoot(std::move(folder));
     std::error_code error;
     if (folder.empty() || !fs::is_directory(folder, error)) return {};
     return fs::absolute(folder, error).lexically_normal().string();
+}
+
+fs::path ConnectionLookupPath(std::string_view path) {
+    const std::string trimmed = WithDriveRoot(platform::Trim(path));
+    // absolute() refuses an empty path.
+    if (trimmed.empty()) return {};
+    std::error_code error;
+    const fs::path absolute = fs::absolute(trimmed, error);
+    return error ? fs::path() : absolute.lexically_normal();
 }
 
 }  // namespace fnrk::engine

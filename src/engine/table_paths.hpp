@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -12,5 +13,9 @@ std::string ResolveTablePath(const std::string& folder, std::string_view name);
 
 // The folder of a connection path, without trailing separators; empty when it is no folder.
 std::string ConnectionFolder(std::string_view serverPath);
+
+// A path to look a connection up by (its folder, or a table in it), absolute and in normal form as
+// the connection folders are; empty when the path is empty.
+std::filesystem::path ConnectionLookupPath(std::string_view path);
 
 }  // namespace fnrk::engine

@@ -329,6 +329,30 @@ TEST_F(EngineRecords, ABareDriveConnectsToTheDrivesRoot) {
               AE_SUCCESS);
 }
 
+TEST_F(EngineRecords, FindConnectionTakesItsFolderOrATableInIt) {
+    Handle found = 0;
+    for (const std::filesystem::path& path :
+         {dir.path(), dir.path() / "", dir.path() / "stock.dbf"}) {
+        found = 0;
+        EXPECT_EQ(engine.FindConnection25(path.string(), found), AE_SUCCESS) << path;
+        EXPECT_EQ(found, connection) << path;
+    }
+    for (const std::string& path :
+         {(dir.path() / "sub" / "stock.dbf").string(), std::string(), std::string("   ")}) {
+        EXPECT_EQ(engine.FindConnection25(path, found), AE_NO_CONNECTION) << path;
+        EXPECT_EQ(found, 0);
+    }
+    // A bare drive is its root, also the drive of the current folder, which Windows would
+    // otherwise take it for.
+    const std::filesystem::path current = std::filesystem::current_path();
+    const std::string drive =
+        current.has_root_name() ? current.root_name().string() : current.root_directory().string();
+    Handle root = 0;
+    ASSERT_EQ(engine.Connect26(drive, ADS_LOCAL_SERVER, root), AE_SUCCESS);
+    ASSERT_EQ(engine.FindConnection25(drive, found), AE_SUCCESS) << drive;
+    EXPECT_EQ(found, root);
+}
+
 TEST_F(EngineRecords, DisconnectDropsTheTablesAndOrdersOfItsConnectionOnly) {
     Create("kept", "CODE,C,4,0");
     Create("dropped", "CODE,C,4,0");
