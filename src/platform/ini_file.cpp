@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "platform/codepage.hpp"
+#include "platform/file_stamp.hpp"
 #include "platform/ini_document.hpp"
 #include "platform/paths.hpp"
 #include "platform/text.hpp"
@@ -30,19 +31,16 @@ std::optional<std::string> ReadIniTextFromDisk(const std::filesystem::path& path
 class IniTextCache {
   public:
     std::optional<std::string> Read(const std::filesystem::path& path) {
-        std::error_code error;
-        const auto written = std::filesystem::last_write_time(path, error);
-        const auto size = error ? 0 : std::filesystem::file_size(path, error);
-        if (error) {
+        const std::optional<FileStamp> stamp = StampOf(path);
+        if (!stamp) {
             Forget(path);
             return ReadIniTextFromDisk(path);
         }
         const std::lock_guard lock(mutex_);
         const auto found = texts_.find(path);
-        if (found != texts_.end() && found->second.written == written && found->second.size == size)
-            return found->second.text;
+        if (found != texts_.end() && found->second.stamp == *stamp) return found->second.text;
         auto text = ReadIniTextFromDisk(path);
-        if (text) texts_[path] = Entry{written, size, *text};
+        if (text) texts_[path] = Entry{*stamp, *text};
         return text;
     }
     void Forget(const std::filesystem::path& path) {
@@ -52,8 +50,7 @@ class IniTextCache {
 
   private:
     struct Entry {
-        std::filesystem::file_time_type written;
-        std::uintmax_t size = 0;
+        FileStamp stamp;
         std::string text;
     };
     std::mutex mutex_;

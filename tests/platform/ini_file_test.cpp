@@ -144,11 +144,14 @@ TEST(IniFile, AFileIsReadAgainOnceItChanges) {
     WriteFileBytes(path, "[Connection]\r\nMode=LOCAL\r\n");
     EXPECT_EQ(ReadIniString("Connection", "Mode", "", kBuffer, path), "LOCAL");
 
-    // The same size and write time, other bytes: the text read before still answers.
     const auto written = std::filesystem::last_write_time(path);
+#ifndef _WIN32
+    // The same size and write time, other bytes: the text read before still answers. (The MinGW
+    // runtime sets write times in whole seconds, so there the file cannot get its time back.)
     WriteFileBytes(path, "[Connection]\r\nMode=OTHER\r\n");
     std::filesystem::last_write_time(path, written);
     EXPECT_EQ(ReadIniString("Connection", "Mode", "", kBuffer, path), "LOCAL");
+#endif
 
     // A change of size or of write time is a change.
     WriteFileBytes(path, "[Connection]\r\nMode=REMOTE\r\n");
