@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <ctime>
 #include <thread>
 
+#include "support/cpu_time.hpp"
 #include "support/temp_dir.hpp"
 #include "tables/ads_class.hpp"
 
@@ -57,12 +57,12 @@ TEST(AdsFileWait, WaitsForAFileWithoutSpinning) {
     writer.join();
 
     // A wait that runs out has waited its time, sleeping rather than burning a core.
-    const std::clock_t cpuBefore = std::clock();
+    const double cpuBefore = fnrk::testing::ProcessCpuSeconds();
     const auto before = std::chrono::steady_clock::now();
     EXPECT_FALSE(AdsClass::waitFileExist(file, false, 0.4));
     const double waited =
         std::chrono::duration<double>(std::chrono::steady_clock::now() - before).count();
-    const double busy = static_cast<double>(std::clock() - cpuBefore) / CLOCKS_PER_SEC;
+    const double busy = fnrk::testing::ProcessCpuSeconds() - cpuBefore;
     EXPECT_GE(waited, 0.4);
     EXPECT_LT(busy, waited / 2);
 }
