@@ -80,7 +80,10 @@ TEST_F(AppClassTest, SessionValuesPassThrough) {
     SharedFacade().TempPath = "/tmp/fnrk";
     EXPECT_EQ(app.TempPath(), "/tmp/fnrk");
     SharedFacade().TempPath = savedTemp;
-    EXPECT_EQ(app.GetSpecialFolder(platform::special_folder::kCommonAppData), "/var/lib");
+    const std::string commonAppData =
+        platform::SpecialFolderPath(platform::special_folder::kCommonAppData);
+    EXPECT_FALSE(commonAppData.empty());
+    EXPECT_EQ(app.GetSpecialFolder(platform::special_folder::kCommonAppData), commonAppData);
     EXPECT_EQ(app.GetSpecialFolder(-1), "");
     EXPECT_EQ(app.StrSwap("a.b", ".", ".."), "a..b");
     EXPECT_EQ(&SharedAppClass(), &SharedAppClass());

@@ -44,15 +44,20 @@ TEST_F(DispatchTest, PathTestsRunInOrderAndAnUnconnectedMatchGoesToTheEngine) {
     fnrk::testing::TempDir sqlKept;
     fnrk::testing::WriteFileBytes(sqlKept / "FRSQL.DBF", "");
     const std::string paramTable = (sqlKept / "SOC1_param.dbf").string();
+    // An organisation folder that is SQL-kept too, so that its parameter table passes both tests.
+    fnrk::testing::TempDir top;
+    fnrk::testing::WriteFileBytes(top / "org" / "FRSQL.DBF", "");
+    const std::string sep(1, platform::kPathSep);
+    const std::string inOrgAndArchive = (top / "org" / "arch0" / "a.dbf").string();
 
-    db.SetSqlRootPath("/sqlroot");
-    db.SetOrgPath("/org");
+    db.SetSqlRootPath(sep + "sqlroot");
+    db.SetOrgPath((top / "org").string());
     db.SetDossierFolder(sqlKept.path().string());
-    db.CreateArchiveBackend(0, "/arch0", "/tmp");
+    db.CreateArchiveBackend(0, sep + "arch0", "/tmp");
 
     // Nothing connected: every match leaves the call to the engine.
-    EXPECT_EQ(OpenedBy("/sqlroot/a.dbf"), "engine");
-    EXPECT_EQ(OpenedBy("/arch0/a.dbf"), "engine");
+    EXPECT_EQ(OpenedBy(sep + "sqlroot" + sep + "a.dbf"), "engine");
+    EXPECT_EQ(OpenedBy(sep + "arch0" + sep + "a.dbf"), "engine");
     EXPECT_EQ(OpenedBy("   "), "engine");
 
     // Folder connected: a dossier table is the Folder backend's; a path that matches an earlier,
@@ -69,15 +74,15 @@ TEST_F(DispatchTest, PathTestsRunInOrderAndAnUnconnectedMatchGoesToTheEngine) {
 
     // The organisation folder comes before the parameter test.
     ConnectSlot(600'000);
-    EXPECT_EQ(OpenedBy("/org" + paramTable), "600000");
+    EXPECT_EQ(OpenedBy((top / "org" / "SOC1_param.dbf").string()), "600000");
 
     // Archive slots come before the organisation folder, the SQL root before everything.
     Handle archive = 1'200'000;
     ASSERT_EQ(db.Connect26("<SQL>x", 1, archive), AE_SUCCESS);
-    EXPECT_EQ(OpenedBy("/org/arch0/a.dbf"), "1200000");
-    EXPECT_EQ(OpenedBy("/sqlroot/org/arch0/a.dbf"), "engine");
+    EXPECT_EQ(OpenedBy(inOrgAndArchive), "1200000");
+    EXPECT_EQ(OpenedBy(sep + "sqlroot" + sep + inOrgAndArchive), "engine");
     ConnectSlot(900'000);
-    EXPECT_EQ(OpenedBy("/sqlroot/org/arch0/a.dbf"), "900000");
+    EXPECT_EQ(OpenedBy(sep + "sqlroot" + sep + inOrgAndArchive), "900000");
 
     EXPECT_EQ(OpenedBy("/unrelated/a.dbf"), "engine");
 }
