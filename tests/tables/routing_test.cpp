@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 #include "platform/paths.hpp"
@@ -46,6 +48,7 @@ TEST_F(DispatchTest, PathTestsRunInOrderAndAnUnconnectedMatchGoesToTheEngine) {
     const std::string paramTable = (sqlKept / "SOC1_param.dbf").string();
     // An organisation folder that is SQL-kept too, so that its parameter table passes both tests.
     fnrk::testing::TempDir top;
+    std::filesystem::create_directories(top / "org");
     fnrk::testing::WriteFileBytes(top / "org" / "FRSQL.DBF", "");
     const std::string sep(1, platform::kPathSep);
     const std::string inOrgAndArchive = (top / "org" / "arch0" / "a.dbf").string();
