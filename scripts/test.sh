@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Sets everything up, runs every fuzz target briefly, then the whole test suite twice: a normal
-# build, then the same suite under AddressSanitizer and UndefinedBehaviorSanitizer (its summary
-# closes the output).
+# Sets everything up, runs every fuzz target briefly, then the whole test suite three times: a
+# normal build, the Windows build under wine64 (scripts/test-windows.sh), then the same suite
+# under AddressSanitizer and UndefinedBehaviorSanitizer (its summary closes the output).
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 "$top/scripts/setup.sh"
@@ -22,6 +22,9 @@ done
 echo "== normal build"
 "$top/scripts/build.sh" build -DCMAKE_BUILD_TYPE=Release
 (cd "$top/build" && ctest --output-on-failure -j "$(nproc)" --timeout 600)
+
+echo "== Windows build (MinGW-w64 cross build; its tests under wine64)"
+"$top/scripts/test-windows.sh"
 
 echo "== sanitizer build (address, undefined behaviour)"
 # No debug information: the sanitizers name the functions, and the build is much faster without it.
