@@ -13,6 +13,7 @@
 #include "com/registration.hpp"
 #include "com/server_counts.hpp"
 #include "com/utf16_text.hpp"
+#include "platform/message_box.hpp"
 #include "platform/paths.hpp"
 
 namespace {
@@ -68,6 +69,11 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* out) {
         if (SUCCEEDED(ThisDllPath(path))) {
             fnrk::platform::SetProgramFolder(
                 Utf8FromUtf16(std::filesystem::path(path).parent_path().wstring()));
+        }
+        // Messages go to the user in message boxes, unless the host has chosen where they go.
+        if (fnrk::platform::MessageSink* chosen =
+                fnrk::platform::SetMessageSink(&fnrk::platform::MessageBoxes())) {
+            fnrk::platform::SetMessageSink(chosen);
         }
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
