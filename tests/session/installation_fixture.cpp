@@ -1,6 +1,9 @@
 #include "installation_fixture.hpp"
 
 #include <filesystem>
+#include <utility>
+
+#include "support/host_separators.hpp"
 
 namespace fnrk::session {
 
@@ -22,10 +25,7 @@ std::string InstallationTest::PreferenceIni(const std::string& user) const {
 }
 
 std::string InstallationTest::Path(std::string relative) const {
-    for (char& c : relative) {
-        if (c == '/') c = platform::kPathSep;
-    }
-    return Root() + platform::kPathSep + relative;
+    return Root() + platform::kPathSep + fnrk::testing::HostSeparators(std::move(relative));
 }
 
 void InstallationTest::Write(const std::string& relativePath, const std::string& content) const {
