@@ -20,6 +20,8 @@ constexpr std::size_t kCacheBytes = 64 * 1024;
 // recent ones: reads in index order land on records far apart, and rarely on the same page.
 constexpr std::size_t kBlockBytes = 512;
 constexpr std::size_t kRecentBlocks = 16;
+// A 32-bit host keeps its address space: records past this are read, not mapped.
+constexpr std::uint64_t kViewLimit = sizeof(void*) == 4 ? 256u << 20 : std::uint64_t{1} << 44;
 
 Status OpenFailure(const std::string& path, std::string& message) {
     const int error = errno;
@@ -124,6 +126,7 @@ Status TableFile::Open(const std::string& path, OpenRequest request, std::string
         return AE_PERMISSION_DENIED;
     }
     path_ = path;
+    ReleaseView();
     file_ = std::move(file);
     header_ = std::move(header);
     blank_ = dbf::BlankRecord(header_.fields, header_.recordLength);
@@ -171,8 +174,31 @@ void TableFile::ApplyCipher(std::uint32_t record, char* bytes) const {
                        header_.recordLength - 1u);
 }
 
+const char* TableFile::MappedRecord(std::uint32_t record) {
+    if (!exclusive_ || cipher_ != nullptr || viewRefused_) return nullptr;
+    const std::uint64_t end = RecordOffset(record) + header_.recordLength;
+    if (end <= view_.size()) return view_.data() + RecordOffset(record);
+    // Records appended since the file was mapped are read back rarely: the file is mapped
+    // again only once it has grown by an eighth. Alone on the file, its length is known: the
+    // records written so far (a reserved last one is not yet in the file).
+    const std::uint32_t written = header_.recordCount - (tailReserved_ ? 1 : 0);
+    const std::uint64_t size = std::min(RecordOffset(written + 1), kViewLimit);
+    if (end > size || (view_.size() > 0 && size < view_.size() + view_.size() / 8)) return nullptr;
+    if (!view_.Map(file_.handle(), size)) {
+        viewRefused_ = true;
+        return nullptr;
+    }
+    return view_.data() + RecordOffset(record);
+}
+
+void TableFile::ReleaseView() {
+    view_.Release();
+    viewRefused_ = false;
+}
+
 const char* TableFile::ReadRecord(std::uint32_t record) {
     if (record < 1 || record > header_.recordCount || locked()) return nullptr;
+    if (const char* mapped = MappedRecord(record)) return mapped;
     const std::size_t length = header_.recordLength;
     for (const CachedRun& run : runs_)
         if (run.Holds(record)) return run.bytes.data() + std::size_t{record - run.first} * length;
@@ -342,6 +368,7 @@ Status TableFile::EndAfter(std::uint32_t count, std::string& message) {
     blankWithoutKeys_ = 0;  // record numbers change; the indexes are rebuilt
     const char end = kEndOfFile;
     const std::uint64_t endOffset = RecordOffset(count + 1);
+    ReleaseView();
     if (!file_.WriteAt(endOffset, &end, 1) || !file_.Truncate(endOffset + 1)) {
         message = "cannot shorten " + path_;
         return AE_PERMISSION_DENIED;

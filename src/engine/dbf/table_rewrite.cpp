@@ -86,6 +86,7 @@ Status TableFile::PutInPlace(Replacement& next, TableHeader header,
         return AE_LOCK_FAILED;
     }
     auto swap = [&] {
+        ReleaseView();
         std::swap(file_, next.table);
         std::swap(memo_, next.memo);
         std::swap(header_, header);
