@@ -102,6 +102,7 @@ void IndexFile::Write(std::uint64_t offset, const char* bytes, std::size_t lengt
 }
 
 void IndexFile::Flush() {
+    if (pending_.empty()) return;  // every read guard ends here
     // Consecutive pages go out in one write each. New pages at the end of the file go first:
     // a process killed between the writes then never leaves a page pointing past the end of
     // the file (a tag header naming a root not yet written), which would keep the file from

@@ -103,10 +103,12 @@ IndexNode DecodeLeaf(const char* bytes, IndexNode node, std::size_t count, const
         keyEnd -= stored;
         IndexEntry& entry = node.entries[i];
         entry.record = static_cast<std::uint32_t>(packed & recordMask);
-        entry.key.reserve(shape.length);
-        if (duplicate > 0) entry.key.assign(*previous, 0, duplicate);
-        entry.key.append(bytes + keyEnd, stored);
-        entry.key.append(trailing, shape.pad);
+        // Written in place: a leaf of a million-record tag decodes tens of thousands of keys.
+        entry.key.resize(shape.length);
+        char* key = entry.key.data();
+        if (duplicate > 0) std::memcpy(key, previous->data(), duplicate);
+        std::memcpy(key + duplicate, bytes + keyEnd, stored);
+        std::memset(key + duplicate + stored, shape.pad, trailing);
         previous = &entry.key;
     }
     return node;

@@ -42,7 +42,7 @@ void IndexTag::ReloadHeader() {
     file_.Read(headerOffset_, bytes.data(), bytes.size());
     header_ = TagHeader::Parse(bytes.data(), file_.size());
     shape_ = KeyShape{header_.keyLength, header_.isDirectory() ? ' ' : PadByteOf(kind_)};
-    cache_.clear();
+    ClearCache();
     cacheGeneration_ = file_.generation();
 }
 
@@ -62,22 +62,41 @@ void IndexTag::CheckNodeOffset(std::uint32_t offset) const {
 
 IndexNode& IndexTag::Cached(std::uint32_t offset) {
     SyncCache();
-    if (auto it = cache_.find(offset); it != cache_.end()) return it->second;
+    // A walk asks for the leaf it stands on several times a step.
+    if (lastNode_ != nullptr && lastOffset_ == offset) return *lastNode_;
+    if (auto it = cache_.find(offset); it != cache_.end()) return Remember(offset, it->second);
     CheckNodeOffset(offset);
     char bytes[kNodeSize];
     file_.Read(offset, bytes, kNodeSize);
     // An edit holds references to cached nodes; the cache shrinks only between edits.
     if (cache_.size() >= kCachedNodes && !editing_) DropLeaves();
-    return cache_.emplace(offset, DecodeNode(bytes, shape_)).first->second;
+    return Remember(offset, cache_.emplace(offset, DecodeNode(bytes, shape_)).first->second);
+}
+
+IndexNode& IndexTag::Remember(std::uint32_t offset, IndexNode& node) {
+    lastOffset_ = offset;
+    lastNode_ = &node;
+    return node;
+}
+
+void IndexTag::ClearCache() {
+    cache_.clear();
+    lastNode_ = nullptr;
+}
+
+void IndexTag::EraseCached(std::uint32_t offset) {
+    cache_.erase(offset);
+    if (lastOffset_ == offset) lastNode_ = nullptr;
 }
 
 void IndexTag::DropLeaves() {
     // Interior nodes are few and on every descent's path: they stay. Leaves go, in no particular
     // order, until a quarter of the room is free: the next accesses still find most of theirs.
     constexpr std::size_t kKept = kCachedNodes / 4 * 3;
+    lastNode_ = nullptr;
     for (auto it = cache_.begin(); it != cache_.end() && cache_.size() > kKept;)
         it = it->second.isLeaf() ? cache_.erase(it) : std::next(it);
-    if (cache_.size() > kKept) cache_.clear();
+    if (cache_.size() > kKept) ClearCache();
 }
 
 IndexTag::EditScope::EditScope(IndexTag& tag) : tag_(tag), exceptions_(std::uncaught_exceptions()) {
@@ -90,7 +109,7 @@ IndexTag::EditScope::EditScope(IndexTag& tag) : tag_(tag), exceptions_(std::unca
 IndexTag::EditScope::~EditScope() {
     tag_.editing_ = false;
     // A failed edit may leave cached nodes that were changed but never written.
-    if (std::uncaught_exceptions() > exceptions_) tag_.cache_.clear();
+    if (std::uncaught_exceptions() > exceptions_) tag_.ClearCache();
 }
 
 bool IndexTag::TryStore(std::uint32_t offset, const IndexNode& node) {
@@ -257,7 +276,7 @@ void IndexTag::Shrink(Path& path, std::size_t depth) {
         if (right != kNoNode) {
             SetSibling(right, kLeftPointerOffset, left);
         }
-        cache_.erase(offset);
+        EraseCached(offset);
         file_.FreeNode(offset);
         IndexNode& parent = Cached(path.offsets[depth - 1]);
         parent.entries.erase(parent.entries.begin() +
@@ -276,7 +295,7 @@ void IndexTag::Shrink(Path& path, std::size_t depth) {
         Store(child, childNode);
         header_.root = child;
         WriteHeader();
-        cache_.erase(offset);
+        EraseCached(offset);
         file_.FreeNode(offset);
         return;
     }
@@ -370,6 +389,13 @@ const IndexEntry& IndexTag::EntryAt(TagPosition position) {
     if (position.index >= leaf.entries.size())
         throw std::out_of_range("tag " + name_ + ": position past the leaf");
     return leaf.entries[position.index];
+}
+
+std::uint32_t IndexTag::NeighbourRecord(TagPosition position, bool forward) {
+    if (!position.valid() || (!forward && position.index == 0)) return 0;
+    const IndexNode& leaf = Node(position.leaf);
+    const std::size_t index = forward ? position.index + 1 : position.index - 1;
+    return index < leaf.entries.size() ? leaf.entries[index].record : 0;
 }
 
 std::uint64_t IndexTag::WalkLimit() const {

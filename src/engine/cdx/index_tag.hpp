@@ -53,6 +53,8 @@ class IndexTag {
     TagPosition Next(TagPosition position);
     TagPosition Previous(TagPosition position);
     const IndexEntry& EntryAt(TagPosition position);
+    // The record of the entry next to `position` in its own leaf (0: none there).
+    std::uint32_t NeighbourRecord(TagPosition position, bool forward);
     // More entries than a file of this size can hold: a walk that gets this far is looping.
     std::uint64_t WalkLimit() const;
     // Counts keys by descending the tree; throws IndexCorrupt on cycles.
@@ -95,6 +97,10 @@ class IndexTag {
         int exceptions_;
     };
     IndexNode& Cached(std::uint32_t offset);
+    IndexNode& Remember(std::uint32_t offset, IndexNode& node);
+    // Every removal from the cache goes through these, which forget the remembered node too.
+    void ClearCache();
+    void EraseCached(std::uint32_t offset);
     // Throws IndexCorrupt for an offset that is not a node of the file.
     void CheckNodeOffset(std::uint32_t offset) const;
     // Points a node's left or right sibling pointer (kLeftPointerOffset, kRightPointerOffset)
@@ -123,6 +129,9 @@ class IndexTag {
     KeyShape shape_;
     std::unordered_map<std::uint32_t, IndexNode> cache_;
     std::uint64_t cacheGeneration_ = 0;
+    // The node Cached() returned last (elements of the map keep their address).
+    std::uint32_t lastOffset_ = 0;
+    IndexNode* lastNode_ = nullptr;
     bool editing_ = false;
     std::uint64_t serial_;
     std::uint64_t edits_ = 0;

@@ -68,14 +68,20 @@ cdx::TagPosition IndexOrder::Here() {
         landed_->version == indexTag().version()) {
         // The entry is the record's own when the record still has that key: then a search
         // would find that very entry. Anything else (a key held twice) is Current()'s to judge.
+        // Alone on the table, every change of a key went through this tag and changed its
+        // version: the record's key needs no second look.
         const cdx::IndexEntry& entry = indexTag().EntryAt(landed_->at);
-        hereKey_.resize(landed_->key.size());
         if (entry.record == record && entry.key == landed_->key &&
-            tag_.keys->WriteKey(table_.CurrentRecordBytes(), record, hereKey_.data()) &&
-            hereKey_ == landed_->key)
+            (table_.file().exclusive() || StillHasLandedKey(record)))
             return landed_->at;
     }
     return Current();
+}
+
+bool IndexOrder::StillHasLandedKey(std::uint32_t record) {
+    hereKey_.resize(landed_->key.size());
+    return tag_.keys->WriteKey(table_.CurrentRecordBytes(), record, hereKey_.data()) &&
+           hereKey_ == landed_->key;
 }
 
 cdx::TagPosition IndexOrder::StepOnce(TagPosition at, int direction) {
@@ -97,16 +103,20 @@ cdx::TagPosition IndexOrder::Settle(TagPosition at, int direction) {
     for (std::uint64_t steps = 0; at.valid(); at = Step(at, direction)) {
         if (++steps > indexTag().WalkLimit())
             throw cdx::IndexCorrupt("tag " + indexTag().name() + " loops");
-        const cdx::IndexEntry entry = indexTag().EntryAt(at);
+        const cdx::IndexEntry& entry = indexTag().EntryAt(at);
         if (!InScope(entry.key)) return {};
-        if (table_.GotoRecord(entry.record) != AE_SUCCESS) return {};
+        const std::uint32_t record = entry.record;
+        if (table_.GotoRecord(record) != AE_SUCCESS) return {};
         if (table_.IsVisible()) {
             // Filled in place: a walk lands on every entry, and the key keeps its buffer.
             Landing& landing = landed_ ? *landed_ : landed_.emplace(Landing{});
-            landing.record = entry.record;
-            landing.key.assign(entry.key);
+            landing.record = record;
+            landing.key.assign(indexTag().EntryAt(at).key);
             landing.at = at;
             landing.version = indexTag().version();
+            // A walk's next step most likely lands on the neighbouring entry: its record is
+            // brought in while the caller reads this one.
+            table_.file().Prefetch(indexTag().NeighbourRecord(at, (direction > 0) != descending()));
             return at;
         }
     }

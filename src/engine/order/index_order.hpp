@@ -69,6 +69,8 @@ class IndexOrder {
     // Current() without searching when the table is still on the entry the last navigation
     // settled on and the tag has not changed since: the walk in tag order goes on from the leaf.
     cdx::TagPosition Here();
+    // Whether the current record, `record`, still makes the key the last navigation landed on.
+    bool StillHasLandedKey(std::uint32_t record);
     // One step of a skip from `at` in `direction`; landing on the record it started from means
     // the tag holds that record twice, and the walk would never end.
     cdx::TagPosition StepOnce(cdx::TagPosition at, int direction);
