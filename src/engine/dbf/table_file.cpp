@@ -1,5 +1,6 @@
 #include "engine/dbf/table_file.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
@@ -182,8 +183,12 @@ const char* TableFile::MappedRecord(std::uint32_t record) {
     // again only once it has grown by an eighth. Alone on the file, its length is known: the
     // records written so far (a reserved last one is not yet in the file).
     const std::uint32_t written = header_.recordCount - (tailReserved_ ? 1 : 0);
-    const std::uint64_t size = std::min(RecordOffset(written + 1), kViewLimit);
-    if (end > size || (view_.size() > 0 && size < view_.size() + view_.size() / 8)) return nullptr;
+    const std::uint64_t known = RecordOffset(written + 1);
+    if (end > known || (view_.size() > 0 && known < view_.size() + view_.size() / 8))
+        return nullptr;
+    // Never past the file's real end: reading a mapped page beyond it faults.
+    const std::uint64_t size = std::min({known, file_.Size(), kViewLimit});
+    if (end > size) return nullptr;
     if (!view_.Map(file_.handle(), size)) {
         viewRefused_ = true;
         return nullptr;
