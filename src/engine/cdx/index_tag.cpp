@@ -60,10 +60,8 @@ void IndexTag::CheckNodeOffset(std::uint32_t offset) const {
                            " outside the file");
 }
 
-IndexNode& IndexTag::Cached(std::uint32_t offset) {
+IndexNode& IndexTag::Lookup(std::uint32_t offset) {
     SyncCache();
-    // A walk asks for the leaf it stands on several times a step.
-    if (lastNode_ != nullptr && lastOffset_ == offset) return *lastNode_;
     if (auto it = cache_.find(offset); it != cache_.end()) return Remember(offset, it->second);
     CheckNodeOffset(offset);
     char bytes[kNodeSize];

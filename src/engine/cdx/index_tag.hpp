@@ -96,7 +96,14 @@ class IndexTag {
         IndexTag& tag_;
         int exceptions_;
     };
-    IndexNode& Cached(std::uint32_t offset);
+    IndexNode& Cached(std::uint32_t offset) {
+        // A walk asks for the leaf it stands on several times a step: that answer is at hand.
+        if (lastNode_ != nullptr && lastOffset_ == offset && cacheGeneration_ == file_.generation())
+            return *lastNode_;
+        return Lookup(offset);
+    }
+    // Cached() from the map (or the file), remembered for the next time.
+    IndexNode& Lookup(std::uint32_t offset);
     IndexNode& Remember(std::uint32_t offset, IndexNode& node);
     // Every removal from the cache goes through these, which forget the remembered node too.
     void ClearCache();
