@@ -18,6 +18,7 @@ ColumnKind ColumnKindOf(char fieldType) {
             return ColumnKind::Real;
         case 'I':
         case 'L':
+        case 'Y':
             return ColumnKind::Integer;
         case 'C':
         case 'D':
@@ -41,6 +42,8 @@ SqlValue ColumnValue(const std::string& record, const dbf::Field& field) {
             return dbf::ReadNumber(data, field);
         case 'I':
             return static_cast<std::int64_t>(dbf::ReadNumber(data, field));
+        case 'Y':  // ten-thousandths, exact
+            return dbf::ReadMoney(data, field);
         case 'D':
             if (dbf::IsBlank(data, field)) return std::monostate{};
             return std::string(bytes);
@@ -66,6 +69,8 @@ void StoreColumn(const SqlValue& value, const dbf::Field& field, std::string& re
     } else if (const auto* integer = std::get_if<std::int64_t>(&value)) {
         if (field.type == 'L') {
             dbf::WriteLogical(data, field, *integer != 0);
+        } else if (field.type == 'Y') {
+            dbf::WriteMoney(data, field, *integer);
         } else {
             dbf::WriteNumber(data, field, static_cast<double>(*integer));
         }

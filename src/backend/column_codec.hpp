@@ -1,8 +1,9 @@
 #pragma once
 
 // A field of a record buffer (the table file's layout, Windows-1252) as a typed SQL column and
-// back: text right-trimmed in UTF-8, numbers as reals, dates as "YYYYMMDD", logicals as 0 / 1,
-// blank values as NULL. Memo fields are not in the record: their text lives in its own column.
+// back: text right-trimmed in UTF-8, numbers as reals (currency as integer ten-thousandths),
+// dates as "YYYYMMDD", logicals as 0 / 1, blank values as NULL, date-and-time values as their
+// stored bytes. Memo fields are not in the record: their text lives in its own column.
 
 #include <string>
 

@@ -163,6 +163,30 @@ Status FRCDatabase::SetJulian(Handle object, std::string_view field, std::int32_
                    [&](BackendTable& t, const dbf::Field& f) { return t.SetJulian(f, julian); });
 }
 
+Status FRCDatabase::GetMilliseconds(Handle table, std::string_view field,
+                                    std::int32_t& milliseconds) {
+    return OnField(table, field, [&](BackendTable& t, const dbf::Field& f) {
+        return t.GetMilliseconds(f, milliseconds);
+    });
+}
+
+Status FRCDatabase::SetMilliseconds(Handle object, std::string_view field,
+                                    std::int32_t milliseconds) {
+    return OnField(object, field, [&](BackendTable& t, const dbf::Field& f) {
+        return t.SetMilliseconds(f, milliseconds);
+    });
+}
+
+Status FRCDatabase::GetMoney(Handle table, std::string_view field, std::int64_t& value) {
+    return OnField(table, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return t.GetMoney(f, value); });
+}
+
+Status FRCDatabase::SetMoney(Handle object, std::string_view field, std::int64_t value) {
+    return OnField(object, field,
+                   [&](BackendTable& t, const dbf::Field& f) { return t.SetMoney(f, value); });
+}
+
 Status FRCDatabase::GetMemoLength(Handle table, std::string_view field, std::uint32_t& length) {
     return OnField(table, field, [&](BackendTable& t, const dbf::Field& f) {
         std::string data;

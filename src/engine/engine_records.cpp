@@ -317,6 +317,34 @@ Status Engine::SetJulian(Handle object, std::string_view name, std::int32_t juli
                      });
 }
 
+Status Engine::GetMilliseconds(Handle table, std::string_view name, std::int32_t& milliseconds) {
+    return WithField(table, name,
+                     [&](cursor::TableCursor* cursor, const dbf::Field* field) -> Status {
+                         return cursor->GetMilliseconds(*field, milliseconds);
+                     });
+}
+
+Status Engine::SetMilliseconds(Handle object, std::string_view name, std::int32_t milliseconds) {
+    return WithField(object, name,
+                     [&](cursor::TableCursor* cursor, const dbf::Field* field) -> Status {
+                         return cursor->SetMilliseconds(*field, milliseconds);
+                     });
+}
+
+Status Engine::GetMoney(Handle table, std::string_view name, std::int64_t& value) {
+    return WithField(table, name,
+                     [&](cursor::TableCursor* cursor, const dbf::Field* field) -> Status {
+                         return cursor->GetMoney(*field, value);
+                     });
+}
+
+Status Engine::SetMoney(Handle object, std::string_view name, std::int64_t value) {
+    return WithField(object, name,
+                     [&](cursor::TableCursor* cursor, const dbf::Field* field) -> Status {
+                         return cursor->SetMoney(*field, value);
+                     });
+}
+
 Status Engine::GetMemoLength(Handle table, std::string_view name, std::uint32_t& length) {
     memo::MemoBlock memo;
     return WithField(table, name,

@@ -33,6 +33,13 @@ class RecordFunctions {
     [[nodiscard]] Status SetLogical(const dbf::Field& field, bool value);
     [[nodiscard]] Status GetJulian(const dbf::Field& field, std::int32_t& julian);
     [[nodiscard]] Status SetJulian(const dbf::Field& field, std::int32_t julian);
+    // Date-and-time fields: the day through the julian functions above (0 empties the field),
+    // the time of day in milliseconds.
+    [[nodiscard]] Status GetMilliseconds(const dbf::Field& field, std::int32_t& milliseconds);
+    [[nodiscard]] Status SetMilliseconds(const dbf::Field& field, std::int32_t milliseconds);
+    // Numbers in ten-thousandths: a currency field's exactly, any other number rounded.
+    [[nodiscard]] Status GetMoney(const dbf::Field& field, std::int64_t& units);
+    [[nodiscard]] Status SetMoney(const dbf::Field& field, std::int64_t units);
 
     // --- searches: the first record from the top (or bottom) meeting the condition, then on
     [[nodiscard]] Status Locate(std::string_view expression, bool forward, bool& found,
@@ -66,6 +73,7 @@ class RecordFunctions {
 
   private:
     bool LocateMatches();
+    [[nodiscard]] Status SetStampText(const dbf::Field& field, std::string_view text);
 
     std::optional<expr::Expression> locate_;
     bool locateForward_ = true;

@@ -57,7 +57,7 @@ double ReadNumber(const char* record, const Field& field) {
             return value;
         }
         case 'Y':
-            return static_cast<double>(ReadLe64(p)) / 10000.0;
+            return static_cast<double>(ReadMoney(record, field)) / kMoneyScale;
         default:
             return ParseNumberText(FieldBytes(record, field));
     }
@@ -77,9 +77,9 @@ bool WriteNumber(char* record, const Field& field, double value) {
             std::memcpy(p, &value, sizeof value);
             return true;
         case 'Y': {
-            const double scaled = std::round(value * 10000.0);
+            const double scaled = std::round(value * kMoneyScale);
             if (std::fabs(scaled) >= 9.2e18) return false;
-            WriteLe64(p, static_cast<std::uint64_t>(static_cast<std::int64_t>(scaled)));
+            WriteMoney(record, field, static_cast<std::int64_t>(scaled));
             return true;
         }
         default:
@@ -98,6 +98,37 @@ bool WriteNumber(char* record, const Field& field, double value) {
     if (digits.size() > field.length) return false;
     RightAlign(p, field.length, digits);
     return true;
+}
+
+namespace {
+
+// Binary fields that a blank-filling program appended hold blanks: they read as empty.
+bool HoldsBlanks(const char* record, const Field& field) {
+    return std::all_of(record + field.offset, record + field.offset + field.length,
+                       [](char c) { return c == ' '; });
+}
+
+}  // namespace
+
+std::int64_t ReadMoney(const char* record, const Field& field) {
+    return HoldsBlanks(record, field) ? 0 : ReadLe64(record + field.offset);
+}
+
+void WriteMoney(char* record, const Field& field, std::int64_t units) {
+    WriteLe64(record + field.offset, static_cast<std::uint64_t>(units));
+}
+
+Stamp ReadStamp(const char* record, const Field& field) {
+    if (HoldsBlanks(record, field)) return {};
+    const char* p = record + field.offset;
+    return {static_cast<std::int32_t>(io::ReadLe32(p)),
+            static_cast<std::int32_t>(io::ReadLe32(p + 4))};
+}
+
+void WriteStamp(char* record, const Field& field, Stamp stamp) {
+    char* p = record + field.offset;
+    io::WriteLe32(p, static_cast<std::uint32_t>(stamp.julian));
+    io::WriteLe32(p + 4, static_cast<std::uint32_t>(stamp.milliseconds));
 }
 
 bool ReadLogical(const char* record, const Field& field) {

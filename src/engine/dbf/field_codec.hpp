@@ -23,6 +23,20 @@ double ReadNumber(const char* record, const Field& field);
 // when the number does not fit (too many digits, or not finite).
 bool WriteNumber(char* record, const Field& field, double value);
 
+// Currency (Y): a signed 64-bit count of ten-thousandths, read and written exactly.
+inline constexpr std::int64_t kMoneyScale = 10'000;
+std::int64_t ReadMoney(const char* record, const Field& field);
+void WriteMoney(char* record, const Field& field, std::int64_t units);
+
+// Date and time (T): the julian day (0 for none), then the milliseconds since midnight.
+inline constexpr std::int32_t kMillisecondsPerDay = 86'400'000;
+struct Stamp {
+    std::int32_t julian = 0;
+    std::int32_t milliseconds = 0;
+};
+Stamp ReadStamp(const char* record, const Field& field);
+void WriteStamp(char* record, const Field& field, Stamp stamp);
+
 // Logical fields: "T", "t", "Y", "y" are true; anything else false.
 bool ReadLogical(const char* record, const Field& field);
 void WriteLogical(char* record, const Field& field, bool value);

@@ -29,9 +29,13 @@ char TypeLetter(std::string_view upperName) {
         char letter;
     };
     static constexpr Alias kAliases[] = {
-        {"CHARACTER", 'C'}, {"CHAR", 'C'},   {"C", 'C'},       {"NUMERIC", 'N'}, {"N", 'N'},
-        {"DATE", 'D'},      {"D", 'D'},      {"LOGICAL", 'L'}, {"L", 'L'},       {"MEMO", 'M'},
-        {"M", 'M'},         {"BINARY", 'P'}, {"DOUBLE", 'B'},  {"INTEGER", 'I'}};
+        {"CHARACTER", 'C'}, {"CHAR", 'C'},    {"C", 'C'},       {"NUMERIC", 'N'},
+        {"N", 'N'},         {"DATE", 'D'},    {"D", 'D'},       {"LOGICAL", 'L'},
+        {"L", 'L'},         {"MEMO", 'M'},    {"M", 'M'},       {"BINARY", 'P'},
+        {"DOUBLE", 'B'},    {"INTEGER", 'I'}, {"FLOAT", 'F'},   {"F", 'F'},
+        {"CURRENCY", 'Y'},  {"MONEY", 'Y'},   {"Y", 'Y'},       {"DATETIME", 'T'},
+        {"TIMESTAMP", 'T'}, {"T", 'T'},       {"GENERAL", 'G'}, {"IMAGE", 'G'},
+        {"G", 'G'}};
     for (const Alias& alias : kAliases) {
         if (alias.name == upperName) return alias.letter;
     }
@@ -72,11 +76,20 @@ std::string ParseOne(std::string_view definition, Field& field) {
             decimals = 0;
             break;
         case 'N':
+        case 'F':
             if (length < 1 || length > 20) return "bad length for " + field.name;
             if (decimals > 0 && decimals + 2 > length) return "bad decimals for " + field.name;
             break;
         case 'B':
             length = 8;
+            break;
+        case 'Y':  // ten-thousandths
+            length = 8;
+            decimals = 4;
+            break;
+        case 'T':
+            length = 8;
+            decimals = 0;
             break;
         case 'D':
             length = 8;
@@ -90,7 +103,7 @@ std::string ParseOne(std::string_view definition, Field& field) {
             length = 4;
             decimals = 0;
             break;
-        default:  // memo and binary memo
+        default:  // memo, binary memo and general
             length = 10;
             decimals = 0;
             break;
