@@ -54,7 +54,8 @@ nlohmann::ordered_json FieldToJson(const OpenedTable& table, const std::string& 
         }
         case engine::ADS_INTEGER:
         case engine::ADS_DOUBLE:
-        case engine::ADS_MONEY: {
+        case engine::ADS_MONEY:
+        case engine::ADS_TIMESTAMP: {
             std::string text;
             Require(ops.GetString(table.handle(), field.name, text, engine::ADS_NONE),
                     "reading " + field.name);

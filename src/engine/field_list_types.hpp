@@ -29,6 +29,12 @@ constexpr std::string_view FieldListTypeName(std::uint16_t type) {
             return "DOUBLE";
         case ADS_INTEGER:
             return "INTEGER";
+        case ADS_MONEY:
+            return "CURRENCY";
+        case ADS_TIMESTAMP:
+            return "TIMESTAMP";
+        case ADS_IMAGE:
+            return "GENERAL";
         default:
             return {};
     }

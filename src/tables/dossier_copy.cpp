@@ -132,7 +132,8 @@ Structure ReadStructure(SqlDatabase& db, Handle table, const std::string& name) 
         if (!structure.fieldList.empty()) structure.fieldList += ";";
         structure.fieldList += field + "," + std::string(typeName) + "," + std::to_string(length) +
                                "," + std::to_string(decimals);
-        if (type == ADS_MEMO || type == ADS_BINARY) structure.memos.emplace_back(field, type);
+        if (type == ADS_MEMO || type == ADS_BINARY || type == ADS_IMAGE)
+            structure.memos.emplace_back(field, type);
     }
     return structure;
 }

@@ -48,6 +48,20 @@ Status CopyValue(Operations& from, Handle source, Operations& to, Handle target,
             Status status = from.GetDate(source, field.name, value);
             return status == AE_SUCCESS ? to.SetDate(target, field.name, value) : status;
         }
+        case ADS_TIMESTAMP: {
+            std::int32_t julian = 0, milliseconds = 0;
+            Status status = from.GetJulian(source, field.name, julian);
+            if (status == AE_SUCCESS)
+                status = from.GetMilliseconds(source, field.name, milliseconds);
+            if (status == AE_SUCCESS) status = to.SetJulian(target, field.name, julian);
+            return status == AE_SUCCESS ? to.SetMilliseconds(target, field.name, milliseconds)
+                                        : status;
+        }
+        case ADS_MONEY: {
+            std::int64_t units = 0;
+            Status status = from.GetMoney(source, field.name, units);
+            return status == AE_SUCCESS ? to.SetMoney(target, field.name, units) : status;
+        }
         case ADS_BINARY:
         case ADS_IMAGE: {
             std::uint32_t length = 0;

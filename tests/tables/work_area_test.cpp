@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/expr/dates.hpp"
 #include "tables/ads_fixture.hpp"
 
 namespace fnrk::tables {
@@ -332,6 +333,12 @@ TEST_P(WorkAreaTest, AppendsOnlyLiveRecordsThatMeetTheCondition) {
 
 TEST_P(WorkAreaTest, AppendsFromATableKeptAsAFileOutsideTheDossier) {
     // A plain folder of table files beside the dossier, written by the engine itself.
+    // Date-and-time, currency and general values too, exactly: more digits than a double holds.
+    const std::string fields = std::string(kCustomerFields) + ";STAMP,T;PRICE,Y;PICTURE,G";
+    constexpr std::int64_t kPrice = 123'456'789'012'345'678;
+    const std::int32_t kDay = engine::expr::JulianFromCivil(2024, 4, 3);
+    constexpr std::int32_t kTime = 45'296'789;  // 12:34:56.789
+    const std::string kPicture("P\0\xff", 3);
     fnrk::testing::TempDir outside;
     {
         engine::Engine files;
@@ -340,10 +347,9 @@ TEST_P(WorkAreaTest, AppendsFromATableKeptAsAFileOutsideTheDossier) {
         ASSERT_EQ(files.Connect26(outside.path().string(), ADS_LOCAL_SERVER, connection),
                   AE_SUCCESS);
         Handle table = 0;
-        ASSERT_EQ(
-            files.CreateTable(connection, "outside.dbf", "", ADS_CDX, ADS_ANSI,
-                              ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0, kCustomerFields, table),
-            AE_SUCCESS);
+        ASSERT_EQ(files.CreateTable(connection, "outside.dbf", "", ADS_CDX, ADS_ANSI,
+                                    ADS_COMPATIBLE_LOCKING, ADS_IGNORERIGHTS, 0, fields, table),
+                  AE_SUCCESS);
         for (const auto& [name, amount] : {std::pair{"Ann", 12.5}, {"Bob", 700.0}, {"Cy", 3.0}}) {
             ASSERT_EQ(files.AppendRecord(table), AE_SUCCESS);
             ASSERT_EQ(files.SetString(table, "NAME", name), AE_SUCCESS);
@@ -351,11 +357,16 @@ TEST_P(WorkAreaTest, AppendsFromATableKeptAsAFileOutsideTheDossier) {
             ASSERT_EQ(files.SetDate(table, "DUE", "03/04/2024"), AE_SUCCESS);
             ASSERT_EQ(files.SetString(table, "NOTE", std::string("note of ") + name), AE_SUCCESS);
         }
+        ASSERT_EQ(files.GotoRecord(table, 1), AE_SUCCESS);
+        ASSERT_EQ(files.SetJulian(table, "STAMP", kDay), AE_SUCCESS);
+        ASSERT_EQ(files.SetMilliseconds(table, "STAMP", kTime), AE_SUCCESS);
+        ASSERT_EQ(files.SetMoney(table, "PRICE", kPrice), AE_SUCCESS);
+        ASSERT_EQ(files.SetBinary(table, "PICTURE", ADS_IMAGE, 3, 0, kPicture), AE_SUCCESS);
         ASSERT_EQ(files.GotoRecord(table, 3), AE_SUCCESS);
         ASSERT_EQ(files.DeleteRecord(table), AE_SUCCESS);
         ASSERT_EQ(files.CloseTable(table), AE_SUCCESS);
     }
-    const Handle target = Create("target.dbf", kCustomerFields);
+    const Handle target = Create("target.dbf", fields);
     ASSERT_EQ(db.CloseTable(target), AE_SUCCESS);
     ASSERT_EQ(areas.sx_use(PathOf("target.dbf"), "TARGET"), AE_SUCCESS);
 
@@ -366,6 +377,27 @@ TEST_P(WorkAreaTest, AppendsFromATableKeptAsAFileOutsideTheDossier) {
     EXPECT_EQ(areas.sx_GetString("NOTE"), "note of Ann");
     EXPECT_EQ(areas.sx_GetDate("DUE"), "03/04/2024");
     EXPECT_DOUBLE_EQ(areas.sx_GetDouble("AMOUNT"), 12.5);
+    std::int32_t day = 0, time = 0;
+    std::int64_t price = 0;
+    std::string picture;
+    ASSERT_EQ(db.GetJulian(areas.Current(), "STAMP", day), AE_SUCCESS);
+    ASSERT_EQ(db.GetMilliseconds(areas.Current(), "STAMP", time), AE_SUCCESS);
+    ASSERT_EQ(db.GetMoney(areas.Current(), "PRICE", price), AE_SUCCESS);
+    ASSERT_EQ(db.GetBinary(areas.Current(), "PICTURE", 0, 10, picture), AE_SUCCESS);
+    EXPECT_EQ(day, kDay);
+    EXPECT_EQ(time, kTime);
+    EXPECT_EQ(price, kPrice);
+    EXPECT_EQ(picture, kPicture);
+    // Bob's were empty and stay so.
+    ASSERT_EQ(areas.sx_Skip(), AE_SUCCESS);
+    ASSERT_EQ(db.GetJulian(areas.Current(), "STAMP", day), AE_SUCCESS);
+    ASSERT_EQ(db.GetMilliseconds(areas.Current(), "STAMP", time), AE_SUCCESS);
+    ASSERT_EQ(db.GetMoney(areas.Current(), "PRICE", price), AE_SUCCESS);
+    ASSERT_EQ(db.GetBinary(areas.Current(), "PICTURE", 0, 10, picture), AE_SUCCESS);
+    EXPECT_EQ(day, 0);
+    EXPECT_EQ(time, 0);
+    EXPECT_EQ(price, 0);
+    EXPECT_EQ(picture, "");
     EXPECT_TRUE(messages.shown().empty()) << Shown();
 }
 
