@@ -157,6 +157,13 @@ TEST_P(StampMoneyGeneral, EmptyingAndOrderingFollowTheValues) {
     ASSERT_EQ(ops->GotoRecord(t, 3), AE_SUCCESS);
     EXPECT_EQ(Text(*ops, t, "STAMP"), "01/01/2026 23:59:59.500");
     EXPECT_EQ(Text(*ops, t, "PRICE"), "0.0001");
+    // A fifth decimal rounds half away from zero; other spellings of a number are taken too.
+    for (const auto& [written, read] :
+         {std::pair{"1.23455", "1.2346"}, {"-.00005", "-0.0001"}, {"+7", "7"}, {"2.5e3", "2500"}}) {
+        ASSERT_EQ(ops->SetString(t, "PRICE", written), AE_SUCCESS) << written;
+        EXPECT_EQ(Text(*ops, t, "PRICE"), read) << written;
+    }
+    ASSERT_EQ(ops->SetString(t, "PRICE", "0.0001"), AE_SUCCESS);
 
     // A day of 0 empties the whole field, its time too; the empty text empties it as well.
     ASSERT_EQ(ops->SetJulian(t, "STAMP", 0), AE_SUCCESS);
