@@ -128,7 +128,8 @@ Status TableFile::Open(const std::string& path, OpenRequest request, std::string
     }
     path_ = path;
     ReleaseView();
-    file_ = std::move(file);
+    file_.Reset(std::move(file));
+    file_.Gather(request.exclusive && !request.readOnly);
     header_ = std::move(header);
     blank_ = dbf::BlankRecord(header_.fields, header_.recordLength);
     exclusive_ = request.exclusive;
@@ -177,6 +178,9 @@ void TableFile::ApplyCipher(std::uint32_t record, char* bytes) const {
 
 const char* TableFile::MappedRecord(std::uint32_t record) {
     if (!exclusive_ || cipher_ != nullptr || viewRefused_) return nullptr;
+    // Writes still gathered in memory are not in the mapping yet.
+    if (file_.Keeps(RecordOffset(record), header_.recordLength) && !file_.WriteGathered())
+        return nullptr;
     const std::uint64_t end = RecordOffset(record) + header_.recordLength;
     if (end <= view_.size()) return view_.data() + RecordOffset(record);
     // Records appended since the file was mapped are read back rarely: the file is mapped
@@ -348,6 +352,8 @@ bool TableFile::WriteHeaderPrefix() {
 
 Status TableFile::Flush() {
     if (!file_.valid() || readOnly_) return AE_SUCCESS;
+    // The records first: a count on disk never names a record that is not there.
+    if (!file_.WriteGathered()) return AE_PERMISSION_DENIED;
     if (headerDirty_) {
         StampUpdateDate(header_);
         // Shared handles only refresh the date: the count belongs to whoever appended last.
@@ -355,7 +361,7 @@ Status TableFile::Flush() {
             const std::string prefix = SerializeHeaderPrefix(header_);
             return file_.WriteAt(1, prefix.data() + 1, 3);
         }();
-        if (!written) return AE_PERMISSION_DENIED;
+        if (!written || !file_.WriteGathered()) return AE_PERMISSION_DENIED;
         headerDirty_ = false;
     }
     return AE_SUCCESS;

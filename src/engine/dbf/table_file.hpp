@@ -14,8 +14,8 @@
 #include "engine/dbf/table_header.hpp"
 #include "engine/dbf/upkeep_observer.hpp"
 #include "engine/errors.hpp"
+#include "engine/io/gathering_file.hpp"
 #include "engine/io/mapped_view.hpp"
-#include "engine/io/native_file.hpp"
 #include "engine/lock/file_locks.hpp"
 #include "engine/memo/memo_file.hpp"
 
@@ -160,7 +160,8 @@ class TableFile {
     void ApplyCipher(std::uint32_t record, char* bytes) const;
 
     std::string path_;
-    io::NativeFile file_;
+    // Exclusive and writable, its writes are gathered: appends go out in large pieces.
+    io::GatheringFile file_;
     memo::MemoFile memo_;
     TableHeader header_;
     std::string blank_;  // a new record of this table

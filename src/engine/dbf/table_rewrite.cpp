@@ -75,7 +75,7 @@ Status TableFile::PutInPlace(Replacement& next, TableHeader header,
         return AE_PERMISSION_DENIED;
     }
     // The new files are the old ones for whoever may use them.
-    if (!next.table.TakePermissionsOf(file_) ||
+    if (!next.table.TakePermissionsOf(file_.native()) ||
         (next.memo.IsOpen() && !next.memo.TakePermissionsOf(memo_))) {
         message = "cannot give " + next.tablePath + " the permissions of " + path_;
         return AE_PERMISSION_DENIED;
@@ -87,7 +87,7 @@ Status TableFile::PutInPlace(Replacement& next, TableHeader header,
     }
     auto swap = [&] {
         ReleaseView();
-        std::swap(file_, next.table);
+        file_.Swap(next.table);
         std::swap(memo_, next.memo);
         std::swap(header_, header);
         std::swap(cipher_, cipher);

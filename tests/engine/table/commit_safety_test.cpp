@@ -9,6 +9,7 @@
 
 #include "engine/cdx/compound_index.hpp"
 #include "engine_fixture.hpp"
+#include "support/file_size_limit.hpp"
 #include "support/run_command.hpp"
 
 namespace fnrk::engine {
@@ -187,6 +188,39 @@ TEST_F(CommitSafety, EveryWayOfClosingWritesThePendingRecordWithItsKeys) {
         std::int32_t value = 0;
         ASSERT_EQ(engine.GetLong(table, "VAL", value), AE_SUCCESS);
         EXPECT_EQ(value, id) << name;
+        ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
+    }
+}
+
+// Alone on a table, records appended past a full disk: the failure is reported (by an append or
+// at the latest by the close), and the table opens again with only whole records counted.
+TEST_F(CommitSafety, ExclusiveAppendsThatDoNotFitAreReportedAndTheTableStaysWhole) {
+    Create("plain", "ID,N,8,0");
+    const std::uint64_t limit = std::filesystem::file_size(dir / "plain.dbf") + 100 * 9 + 4;
+    const int exit = testing::RunWithFileSizeLimit(limit, [&] {
+        Engine own;
+        const Handle table = OpenElsewhere(own, "plain", ADS_EXCLUSIVE);
+        if (table == 0) return 2;
+        for (std::int32_t id = 1; id <= 1000; ++id) {
+            if (own.AppendRecord(table) != AE_SUCCESS || own.SetLong(table, "ID", id) != AE_SUCCESS)
+                return own.CloseTable(table) == AE_SUCCESS ? 3 : 1;
+        }
+        return own.CloseTable(table) == AE_SUCCESS ? 0 : 1;
+    });
+    EXPECT_EQ(exit, 1);
+
+    for (const std::uint32_t mode : {ADS_SHARED, ADS_EXCLUSIVE}) {
+        const Handle table = Open("plain", mode);
+        ASSERT_NE(table, 0u) << mode;
+        std::uint32_t count = 0;
+        ASSERT_EQ(engine.GetRecordCount(table, ADS_IGNOREFILTERS, count), AE_SUCCESS);
+        EXPECT_LE(count, 100u);
+        for (std::uint32_t record = 1; record <= count; ++record) {
+            ASSERT_EQ(engine.GotoRecord(table, record), AE_SUCCESS);
+            std::int32_t id = 0;
+            ASSERT_EQ(engine.GetLong(table, "ID", id), AE_SUCCESS);
+            ASSERT_EQ(id, static_cast<std::int32_t>(record));
+        }
         ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
     }
 }

@@ -34,14 +34,15 @@ class EngineTest : public ::testing::Test {
         return table;
     }
 
-    // Opens `name` shared in `other`, an engine of its own as another workstation has it,
-    // connected to the same folder; 0 when that fails.
-    Handle OpenElsewhere(Engine& other, const std::string& name) {
+    // Opens `name` (shared unless told otherwise) in `other`, an engine of its own as another
+    // workstation has it, connected to the same folder; 0 when that fails.
+    Handle OpenElsewhere(Engine& other, const std::string& name,
+                         std::uint32_t options = ADS_SHARED) {
         Handle folder = 0;
         Handle table = 0;
         if (other.Connect26(dir.path().string(), ADS_LOCAL_SERVER, folder) != AE_SUCCESS ||
             other.OpenTable(folder, name, "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                            ADS_IGNORERIGHTS, ADS_SHARED, table) != AE_SUCCESS)
+                            ADS_IGNORERIGHTS, options, table) != AE_SUCCESS)
             return 0;
         return table;
     }

@@ -235,12 +235,8 @@ TEST_F(MemoPack, APackCutShortLeavesEveryFileAsItWas) {
     // The packed memo file (3 small notes less one) fits under the limit, the records do not.
     const int exit = testing::RunWithFileSizeLimit(2048, [&] {
         Engine own;
-        Handle folder = 0;
-        Handle packed = 0;
-        if (own.Connect26(dir.path().string(), ADS_LOCAL_SERVER, folder) != AE_SUCCESS ||
-            own.OpenTable(folder, "ledger", "", ADS_CDX, ADS_ANSI, ADS_COMPATIBLE_LOCKING,
-                          ADS_IGNORERIGHTS, ADS_EXCLUSIVE, packed) != AE_SUCCESS)
-            return 2;
+        const Handle packed = OpenElsewhere(own, "ledger", ADS_EXCLUSIVE);
+        if (packed == 0) return 2;
         return own.PackTable(packed) == AE_SUCCESS ? 0 : 1;
     });
     EXPECT_EQ(exit, 1);
