@@ -36,7 +36,10 @@ bool TableCursor::Passes(const char* record, std::uint32_t recno) {
 }
 
 bool TableCursor::IsVisible() {
-    return !atEof_ && Passes(CurrentRecord(), record_);
+    if (atEof_) return false;
+    // Nothing to test: the record is not read (a seek often never reads it at all).
+    if (settings_.showDeleted && !gate_ && !filter_) return true;
+    return Passes(CurrentRecord(), record_);
 }
 
 std::uint32_t TableCursor::Seek(std::uint32_t from, int step) {
