@@ -306,6 +306,7 @@ Status TableFile::AppendRecord(std::string_view bytes, std::uint32_t& record) {
 Status TableFile::AppendBlank(std::uint32_t& record) {
     if (Status status = WriteAppended(BlankRecord(), record); status != AE_SUCCESS) return status;
     blankWithoutKeys_ = record;
+    if (observer_ != nullptr) observer_->BlankAppended(record);
     return AE_SUCCESS;
 }
 

@@ -25,6 +25,9 @@ class UpkeepObserver {
     // A record reached the file. Both buffers include the deletion flag byte.
     virtual void RecordWritten(std::uint32_t record, RecordChange change,
                                std::string_view oldRecord, std::string_view newRecord) = 0;
+    // A blank record was appended without keys (a shared append); its first write comes as
+    // BlankFilled.
+    virtual void BlankAppended(std::uint32_t record) = 0;
     // The table now reads new files written beside its own (a pack: record numbers changed; a
     // change of encryption: every byte did), which take their names only once all are complete.
     // The index files are written anew beside theirs too, named with `suffix` added.

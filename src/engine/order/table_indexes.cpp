@@ -383,11 +383,14 @@ void TableIndexes::RecordWritten(std::uint32_t record, dbf::RecordChange change,
             guard.emplace(file->index->file());
             AdoptTags(*file, file->index->TagsAddedElsewhere());
         }
+        const bool blankKeysPossible =
+            change == dbf::RecordChange::BlankFilled && !file->UnchangedSinceBlank(record);
         for (const auto& open : tags_) {
             if (open->file != file->index.get() || !open->keys) continue;
             oldKey_.resize(open->keys->keyLength());
             newKey_.resize(open->keys->keyLength());
-            const bool hadKey = change != dbf::RecordChange::Appended &&
+            // A filled blank's keys are only in a tag that another process built meanwhile.
+            const bool hadKey = (change == dbf::RecordChange::Rewritten || blankKeysPossible) &&
                                 open->keys->WriteKey(oldRecord, record, oldKey_.data());
             const bool hasKey = open->keys->WriteKey(newRecord, record, newKey_.data());
             const bool sameKey = hadKey == hasKey && (!hasKey || oldKey_ == newKey_);
@@ -402,6 +405,12 @@ void TableIndexes::RecordWritten(std::uint32_t record, dbf::RecordChange change,
         }
     }
     if (listener_) listener_(record, newRecord);
+}
+
+void TableIndexes::BlankAppended(std::uint32_t record) {
+    // The generation known now, without looking for changes: one made since is seen as a change.
+    for (const auto& file : files_)
+        file->blank = {record, &file->index->file(), file->index->file().generation()};
 }
 
 // The upkeep notices cannot answer: a tag that fails to rebuild after a pack or zap is found

@@ -82,6 +82,7 @@ class TableIndexes final : public dbf::UpkeepObserver {
 
     void RecordWritten(std::uint32_t record, dbf::RecordChange change, std::string_view oldRecord,
                        std::string_view newRecord) override;
+    void BlankAppended(std::uint32_t record) override;
     [[nodiscard]] Status BuildBeside(const std::string& suffix, std::string& message) override;
     [[nodiscard]] Status PlaceBeside(std::string& message) override;
     void DropBeside() override;
@@ -91,6 +92,18 @@ class TableIndexes final : public dbf::UpkeepObserver {
     struct File {
         std::unique_ptr<cdx::CompoundIndex> index;
         std::filesystem::path path;
+        // The file as this process knew it when the blank record `record` was appended.
+        struct BlankStamp {
+            std::uint32_t record = 0;
+            const cdx::IndexFile* file = nullptr;
+            std::uint64_t generation = 0;
+        } blank;
+        // No other process changed the file since the blank record `record` was appended, so no
+        // tag can hold that blank's keys. Asked under the file's lock, which looked for changes.
+        bool UnchangedSinceBlank(std::uint32_t record) const {
+            return blank.record == record && blank.file == &index->file() &&
+                   blank.generation == index->file().generation();
+        }
     };
     File* FileAt(const std::filesystem::path& path);
     // The tags of one index file (in this order) and their compiled keys.
