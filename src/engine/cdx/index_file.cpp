@@ -35,6 +35,15 @@ IndexFile::IndexFile(std::filesystem::path path, io::NativeFile file, IndexOpenM
     }
 }
 
+IndexFile::~IndexFile() {
+    if (pending_.empty() || !writeFailure_.empty()) return;
+    try {
+        Flush();
+    } catch (const std::exception&) {
+        // A destructor cannot report; whoever needed to know called WritePending.
+    }
+}
+
 std::unique_ptr<IndexFile> IndexFile::Create(const std::filesystem::path& path,
                                              const crypt::FileCipher* cipher) {
     io::NativeFile file = io::NativeFile::CreateNew(path.string());
@@ -82,7 +91,8 @@ void IndexFile::ApplyCipher(std::uint64_t offset, char* bytes, std::size_t lengt
 
 void IndexFile::Write(std::uint64_t offset, const char* bytes, std::size_t length) {
     if (mode_.readOnly) throw std::system_error(EROFS, std::generic_category(), path_.string());
-    if (lockDepth_ == 0) return WriteToDisk(offset, bytes, length);
+    // Outside a guard a write goes straight out, unless kept pages must stay before it.
+    if (lockDepth_ == 0 && pending_.empty()) return WriteToDisk(offset, bytes, length);
     changed_ = true;
     const std::uint64_t end = offset + length;
     for (std::uint64_t page = offset - offset % kNodeSize; page < end; page += kNodeSize) {
@@ -126,6 +136,18 @@ void IndexFile::Flush() {
         writeRun();
     }
     pending_.clear();
+}
+
+void IndexFile::WritePending() {
+    if (!writeFailure_.empty())
+        throw std::system_error(EIO, std::generic_category(), writeFailure_);
+    try {
+        Flush();
+    } catch (const std::exception& error) {
+        pending_.clear();
+        writeFailure_ = path_.string() + ": an update was not written (" + error.what() + ")";
+        throw;
+    }
 }
 
 void IndexFile::WriteToDisk(std::uint64_t offset, const char* bytes, std::size_t length) {
@@ -246,7 +268,7 @@ void IndexFile::Release() {
             else
                 WriteToDisk(kChangeCounterOffset, bytes, 4);
         }
-        Flush();
+        if (mode_.shared || pending_.size() >= kHeldPages) Flush();
     } catch (const std::exception& error) {
         // A guard ends in a destructor, which cannot report: the next one does, and the lock
         // must still go now.

@@ -31,6 +31,8 @@ class IndexFile {
     static std::unique_ptr<IndexFile> Create(const std::filesystem::path& path,
                                              const crypt::FileCipher* cipher = nullptr);
     static std::unique_ptr<IndexFile> Open(const std::filesystem::path& path, IndexOpenMode mode);
+    // Writes the pages still kept; a failure is lost here (WritePending reports it).
+    ~IndexFile();
     IndexFile(const IndexFile&) = delete;
     IndexFile& operator=(const IndexFile&) = delete;
 
@@ -42,8 +44,12 @@ class IndexFile {
     // Throws IndexCorrupt when the range lies outside the file.
     void Read(std::uint64_t offset, char* out, std::size_t length) const;
     // Under a guard, written pages are kept and go to the file, in runs of consecutive pages,
-    // when the outermost guard ends; reads see them at once.
+    // when the outermost guard ends; reads see them at once. A file that no other process uses
+    // keeps them longer, until they fill kHeldPages or WritePending: the pages that every update
+    // changes (the root, the last leaf) then go out once for many updates.
     void Write(std::uint64_t offset, const char* bytes, std::size_t length);
+    // Writes the pages still kept. Throws std::system_error.
+    void WritePending();
 
     // A node offset for a new node: the head of the free list, else the end of the file.
     std::uint32_t AllocateNode();
@@ -113,6 +119,7 @@ class IndexFile {
     std::map<std::uint64_t, std::array<char, kNodeSize>> pending_;
     std::string writeFailure_;
     static constexpr std::size_t kFlushRun = 1 << 20;
+    static constexpr std::size_t kHeldPages = 2048;
 };
 
 }  // namespace fnrk::engine::cdx

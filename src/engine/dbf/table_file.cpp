@@ -353,8 +353,11 @@ bool TableFile::WriteHeaderPrefix() {
 
 Status TableFile::Flush() {
     if (!file_.valid() || readOnly_) return AE_SUCCESS;
-    // The records first: a count on disk never names a record that is not there.
+    // The records and their keys first: a count on disk never names a record that is not there.
     if (!file_.WriteGathered()) return AE_PERMISSION_DENIED;
+    if (observer_ != nullptr) {
+        if (Status status = observer_->WritePending(); status != AE_SUCCESS) return status;
+    }
     if (headerDirty_) {
         StampUpdateDate(header_);
         // Shared handles only refresh the date: the count belongs to whoever appended last.

@@ -28,6 +28,8 @@ class UpkeepObserver {
     // A blank record was appended without keys (a shared append); its first write comes as
     // BlankFilled.
     virtual void BlankAppended(std::uint32_t record) = 0;
+    // The table is flushing: whatever the indexes still keep in memory is written now.
+    [[nodiscard]] virtual Status WritePending() = 0;
     // The table now reads new files written beside its own (a pack: record numbers changed; a
     // change of encryption: every byte did), which take their names only once all are complete.
     // The index files are written anew beside theirs too, named with `suffix` added.

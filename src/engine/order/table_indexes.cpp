@@ -171,16 +171,19 @@ std::vector<std::unique_ptr<TagKeys>> TableIndexes::CompileKeys(
 void TableIndexes::WriteIndex(const std::filesystem::path& path, const Build& build) {
     auto rebuilt = cdx::CompoundIndex::Create(path, table_.file().cipher());
     const std::uint32_t records = table_.file().recordCount();
-    // Under a guard the new file's pages go out in a few large writes.
-    cdx::IndexFile::UpdateGuard guard(rebuilt->file());
-    for (std::size_t i = 0; i < build.requests.size(); ++i) {
-        const TagRequest& request = build.requests[i];
-        TagKeys& keys = *build.keys[i];
-        const cdx::TagDefinition definition{
-            request.name,     request.keyExpression, request.forExpression, keys.kind(),
-            keys.keyLength(), request.unique,        request.descending};
-        rebuilt->AddTag(definition, CollectEntries(keys, request.unique), records);
+    {
+        // Under a guard the new file's pages go out in a few large writes.
+        cdx::IndexFile::UpdateGuard guard(rebuilt->file());
+        for (std::size_t i = 0; i < build.requests.size(); ++i) {
+            const TagRequest& request = build.requests[i];
+            TagKeys& keys = *build.keys[i];
+            const cdx::TagDefinition definition{
+                request.name,     request.keyExpression, request.forExpression, keys.kind(),
+                keys.keyLength(), request.unique,        request.descending};
+            rebuilt->AddTag(definition, CollectEntries(keys, request.unique), records);
+        }
     }
+    rebuilt->file().WritePending();
 }
 
 std::vector<std::pair<std::string, std::unique_ptr<OpenTag>>> TableIndexes::CloseForRebuild(
@@ -405,6 +408,16 @@ void TableIndexes::RecordWritten(std::uint32_t record, dbf::RecordChange change,
         }
     }
     if (listener_) listener_(record, newRecord);
+}
+
+Status TableIndexes::WritePending() {
+    try {
+        for (const auto& file : files_) file->index->file().WritePending();
+        return AE_SUCCESS;
+    } catch (const std::exception&) {
+        std::string message;
+        return FailureStatus(message);
+    }
 }
 
 void TableIndexes::BlankAppended(std::uint32_t record) {

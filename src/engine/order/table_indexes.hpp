@@ -83,6 +83,7 @@ class TableIndexes final : public dbf::UpkeepObserver {
     void RecordWritten(std::uint32_t record, dbf::RecordChange change, std::string_view oldRecord,
                        std::string_view newRecord) override;
     void BlankAppended(std::uint32_t record) override;
+    [[nodiscard]] Status WritePending() override;
     [[nodiscard]] Status BuildBeside(const std::string& suffix, std::string& message) override;
     [[nodiscard]] Status PlaceBeside(std::string& message) override;
     void DropBeside() override;

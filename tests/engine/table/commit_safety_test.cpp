@@ -192,6 +192,29 @@ TEST_F(CommitSafety, EveryWayOfClosingWritesThePendingRecordWithItsKeys) {
     }
 }
 
+// Alone on a table, the engine keeps index pages in memory across appends; a flush must put
+// every key on disk while the table stays open, as it does the records.
+TEST_F(CommitSafety, AFlushWritesEveryKeyOfAnExclusiveTable) {
+    CreateNotes();
+    const Handle table = Open("notes", ADS_EXCLUSIVE);
+    for (std::int32_t id = 11; id <= 60; ++id) {
+        ASSERT_EQ(engine.AppendRecord(table), AE_SUCCESS);
+        ASSERT_EQ(engine.SetLong(table, "ID", id), AE_SUCCESS);
+        ASSERT_EQ(engine.SetLong(table, "VAL", 10 * id), AE_SUCCESS);
+    }
+    ASSERT_EQ(engine.FlushFileBuffers(table), AE_SUCCESS);
+    {
+        auto index =
+            cdx::CompoundIndex::Open(Path("notes.cdx"), {.readOnly = true},
+                                     [](const std::string&) { return cdx::KeyKind::Numeric; });
+        for (const char* tag : {"ID", "VAL"})
+            EXPECT_EQ(index->FindTag(tag)->CountKeys(), 60u) << tag;
+    }
+    ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
+    const CommandResult check = Check();
+    EXPECT_EQ(check.exitCode, 0) << check.err;
+}
+
 // Alone on a table, records appended past a full disk: the failure is reported (by an append or
 // at the latest by the close), and the table opens again with only whole records counted.
 TEST_F(CommitSafety, ExclusiveAppendsThatDoNotFitAreReportedAndTheTableStaysWhole) {
