@@ -42,7 +42,9 @@ class MappedView {
   private:
     const char* data_ = nullptr;
     std::uint64_t size_ = 0;
-    void* mapping_ = nullptr;  // Windows' file mapping object
+#ifdef _WIN32
+    void* mapping_ = nullptr;  // the file mapping object the view is of
+#endif
 };
 
 }  // namespace fnrk::engine::io
