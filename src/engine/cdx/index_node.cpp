@@ -73,6 +73,12 @@ std::uint64_t ReadLeBytes(const char* p, unsigned count) {
     return value;
 }
 
+// A field at bit `bits` of an entry; none past its 64 bits (a plain shift that far is undefined,
+// and a damaged leaf may claim a layout that reaches there).
+std::uint64_t ShiftedDown(std::uint64_t packed, unsigned bits) {
+    return bits < 64 ? packed >> bits : 0;
+}
+
 IndexNode DecodeLeaf(const char* bytes, IndexNode node, std::size_t count, const KeyShape& shape) {
     const std::uint32_t recordMask = ReadLe32(bytes + kRecordMaskOffset);
     const unsigned duplicateMask = static_cast<unsigned char>(bytes[kDuplicateMaskOffset]);
@@ -94,8 +100,8 @@ IndexNode DecodeLeaf(const char* bytes, IndexNode node, std::size_t count, const
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint64_t packed =
             ReadLeBytes(bytes + kLeafHeaderSize + i * bytesPerEntry, bytesPerEntry);
-        const std::size_t duplicate = (packed >> recordBits) & duplicateMask;
-        const std::size_t trailing = (packed >> (recordBits + duplicateBits)) & trailingMask;
+        const std::size_t duplicate = ShiftedDown(packed, recordBits) & duplicateMask;
+        const std::size_t trailing = ShiftedDown(packed, recordBits + duplicateBits) & trailingMask;
         if (duplicate + trailing > shape.length || (previous == nullptr && duplicate != 0))
             throw IndexCorrupt("leaf node: bad key counts");
         const std::size_t stored = shape.length - duplicate - trailing;
