@@ -6,7 +6,7 @@ set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 "$top/scripts/setup.sh"
 
-echo "== fuzz targets (clang, libFuzzer): every fuzz_* program, about 30 s each"
+echo "== fuzz targets (clang, libFuzzer): every fuzz_* program, about 20 s each"
 CC=clang CXX=clang++ cmake -S "$top" -B "$top/build-fuzz" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DFNRK_FUZZERS=ON -DFNRK_BENCHMARKS=OFF >/dev/null
 fuzzers=$(ninja -C "$top/build-fuzz" -t targets all | sed -n 's/^\(fuzz_[A-Za-z0-9_]*\): phony$/\1/p')
@@ -16,7 +16,7 @@ for fuzzer in $fuzzers; do
     corpus="$top/build-fuzz/corpus/$fuzzer"
     mkdir -p "$corpus"
     echo "-- $fuzzer"
-    "$binary" -max_total_time=30 -max_len=8192 "$corpus"
+    "$binary" -max_total_time=20 -max_len=8192 "$corpus"
 done
 
 echo "== normal build"
