@@ -18,9 +18,9 @@ std::string UpperAscii(std::string_view text) {
     return upper;
 }
 
-std::string TrimmedName(const std::string& key) {
+std::string TrimmedName(std::string_view key) {
     const auto end = key.find_last_not_of(" \0"sv);
-    return end == std::string::npos ? std::string{} : key.substr(0, end + 1);
+    return end == std::string_view::npos ? std::string{} : std::string(key.substr(0, end + 1));
 }
 
 }  // namespace

@@ -96,7 +96,7 @@ IndexNode DecodeLeaf(const char* bytes, IndexNode node, std::size_t count, const
     // Room for a few more: an insert into a cached leaf then moves no entry to a new buffer.
     node.entries.reserve(count + 4);
     node.entries.resize(count);
-    const std::string* previous = nullptr;
+    const KeyBytes* previous = nullptr;
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint64_t packed =
             ReadLeBytes(bytes + kLeafHeaderSize + i * bytesPerEntry, bytesPerEntry);
@@ -136,7 +136,7 @@ IndexNode DecodeNode(const char* bytes, const KeyShape& shape) {
     node.entries.resize(count);
     const char* p = bytes + kInteriorHeaderSize;
     for (auto& entry : node.entries) {
-        entry.key.assign(p, shape.length);
+        entry.key.assign({p, shape.length});
         entry.record = ReadBe32(p + shape.length);
         entry.child = ReadBe32(p + shape.length + 4);
         p += shape.length + 8;
@@ -246,7 +246,7 @@ LeafSizes SizesOf(const IndexNode& node, const KeyShape& shape) {
     sizes.trailing.reserve(node.entries.size());
     std::string_view previous;
     for (std::size_t i = 0; i < node.entries.size(); ++i) {
-        const std::string& key = node.entries[i].key;
+        const std::string_view key = node.entries[i].key;
         const std::size_t trailing = TrailingCount(key, shape.pad);
         const std::size_t duplicate = i == 0 ? 0 : DuplicateCount(previous, key, trailing);
         sizes.stored.push_back(key.size() - trailing - duplicate);

@@ -11,11 +11,12 @@
 #include <vector>
 
 #include "engine/cdx/index_format.hpp"
+#include "engine/cdx/key_bytes.hpp"
 
 namespace fnrk::engine::cdx {
 
 struct IndexEntry {
-    std::string key;
+    KeyBytes key;
     std::uint32_t record = 0;
     std::uint32_t child = 0;  // interior nodes only
 };

@@ -25,7 +25,7 @@ bool SameLast(const IndexEntry& parentEntry, const IndexNode& child) {
 
 }  // namespace
 
-int CompareEntry(const IndexEntry& entry, const std::string& key, std::uint32_t record) {
+int CompareEntry(const IndexEntry& entry, std::string_view key, std::uint32_t record) {
     if (const int c = CompareKeys(entry.key, key); c != 0) return c;
     return entry.record < record ? -1 : (entry.record > record ? 1 : 0);
 }
@@ -170,11 +170,11 @@ IndexTag::Path IndexTag::Descend(GoesBelow goesBelow) {
     }
 }
 
-IndexTag::Path IndexTag::DescendTo(const std::string& key, std::uint32_t record) {
+IndexTag::Path IndexTag::DescendTo(std::string_view key, std::uint32_t record) {
     return Descend([&](const IndexEntry& e) { return CompareEntry(e, key, record) < 0; });
 }
 
-bool IndexTag::Insert(const std::string& key, std::uint32_t record) {
+bool IndexTag::Insert(std::string_view key, std::uint32_t record) {
     if (header_.unique()) {
         const TagPosition found = LowerBound(key);
         if (found.valid() && EntryAt(found).key == key) return false;
@@ -186,7 +186,7 @@ bool IndexTag::Insert(const std::string& key, std::uint32_t record) {
         leaf.entries.begin(), leaf.entries.end(), 0,
         [&](const IndexEntry& e, int) { return CompareEntry(e, key, record) < 0; });
     if (at != leaf.entries.end() && at->key == key && at->record == record) return false;
-    leaf.entries.insert(at, IndexEntry{key, record, 0});
+    leaf.entries.insert(at, IndexEntry{KeyBytes(key), record, 0});
     Put(path, path.offsets.size() - 1);
     return true;
 }
@@ -249,7 +249,7 @@ void IndexTag::Split(Path& path, std::size_t depth) {
     Put(path, depth - 1);
 }
 
-bool IndexTag::Remove(const std::string& key, std::uint32_t record) {
+bool IndexTag::Remove(std::string_view key, std::uint32_t record) {
     EditScope edit(*this);
     Path path = DescendTo(key, record);
     IndexNode& leaf = Cached(path.offsets.back());
@@ -346,7 +346,7 @@ TagPosition IndexTag::LastNotAbove(std::string_view probe) {
     return previous;
 }
 
-TagPosition IndexTag::Find(const std::string& key, std::uint32_t record) {
+TagPosition IndexTag::Find(std::string_view key, std::uint32_t record) {
     Path path = DescendTo(key, record);
     const IndexNode& leaf = Node(path.offsets.back());
     for (std::size_t i = 0; i < leaf.entries.size(); ++i)

@@ -38,8 +38,8 @@ class IndexTag {
 
     // Edits; the caller holds the file's UpdateGuard. Insert returns false when a unique tag
     // already has the key; Remove returns false when the pair is not there.
-    bool Insert(const std::string& key, std::uint32_t record);
-    bool Remove(const std::string& key, std::uint32_t record);
+    bool Insert(std::string_view key, std::uint32_t record);
+    bool Remove(std::string_view key, std::uint32_t record);
 
     // Reads; the caller holds a ReadGuard or UpdateGuard when the file is shared.
     TagPosition First();
@@ -49,7 +49,7 @@ class IndexTag {
     // Last entry whose key, compared on probe.size() bytes, is not above the probe.
     TagPosition LastNotAbove(std::string_view probe);
     // The entry with exactly this key and record number.
-    TagPosition Find(const std::string& key, std::uint32_t record);
+    TagPosition Find(std::string_view key, std::uint32_t record);
     TagPosition Next(TagPosition position);
     TagPosition Previous(TagPosition position);
     const IndexEntry& EntryAt(TagPosition position);
@@ -82,7 +82,7 @@ class IndexTag {
     };
     template <typename GoesBelow>
     Path Descend(GoesBelow goesBelow);
-    Path DescendTo(const std::string& key, std::uint32_t record);
+    Path DescendTo(std::string_view key, std::uint32_t record);
     // Edits change cached nodes in place and write each changed node; a failed edit drops the
     // cache (its nodes may no longer match the file).
     class EditScope {
@@ -145,6 +145,6 @@ class IndexTag {
 };
 
 // Composite order of tag entries: key bytes, then record number.
-int CompareEntry(const IndexEntry& entry, const std::string& key, std::uint32_t record);
+int CompareEntry(const IndexEntry& entry, std::string_view key, std::uint32_t record);
 
 }  // namespace fnrk::engine::cdx

@@ -37,7 +37,7 @@ class TreeWriter {
         leaf_.Finish(leafIsRoot ? kNodeRoot | kNodeLeaf : kNodeLeaf, leafLeft_, kNoNode, bytes);
         file_.Write(leafOffset_, bytes, kNodeSize);
         if (leafIsRoot) return leafOffset_;
-        Push(1, IndexEntry{std::string(lastKey_), lastRecord_, leafOffset_});
+        Push(1, IndexEntry{KeyBytes(lastKey_), lastRecord_, leafOffset_});
         for (std::size_t level = 1;; ++level) {
             InteriorLevel& current = levels_[level - 1];
             if (level == levels_.size()) {
@@ -59,7 +59,7 @@ class TreeWriter {
         file_.Write(leafOffset_, bytes, kNodeSize);
         leafLeft_ = leafOffset_;
         leafOffset_ = next;
-        Push(1, IndexEntry{std::string(lastKey_), lastRecord_, leafLeft_});
+        Push(1, IndexEntry{KeyBytes(lastKey_), lastRecord_, leafLeft_});
     }
 
     // The same for an interior level (1 is the level above the leaves).

@@ -125,11 +125,11 @@ std::vector<std::string> CheckTagContents(IndexTag& tag, std::uint32_t recordCou
         }
         if (present[entry.record]) report(where + " is present twice");
         present[entry.record] = true;
-        keys.insert(entry.key);
+        keys.emplace(entry.key);
         const auto key = expected(entry.record);
         if (!key)
             report(where + " does not qualify for the tag");
-        else if (*key != entry.key)
+        else if (entry.key != *key)
             report(where + " has a stale key");
     }
     for (std::uint32_t record = 1; record <= recordCount; ++record) {

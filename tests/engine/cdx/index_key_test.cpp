@@ -68,7 +68,8 @@ TEST(IndexNode, LeavesRoundTripAndRefuseWhatDoesNotFit) {
     leaf.left = 1024;
     leaf.right = 4096;
     for (std::uint32_t r = 0; r < 30; ++r)
-        leaf.entries.push_back({EncodeCharacterKey("KEY" + std::to_string(r / 3), 12), r * 999, 0});
+        leaf.entries.push_back(
+            {KeyBytes(EncodeCharacterKey("KEY" + std::to_string(r / 3), 12)), r * 999, 0});
     char bytes[kNodeSize];
     ASSERT_TRUE(EncodeLeaf(leaf, shape, 0, bytes));
     const IndexNode back = DecodeNode(bytes, shape);
@@ -88,15 +89,16 @@ TEST(IndexNode, LeavesRoundTripAndRefuseWhatDoesNotFit) {
 
     IndexNode crowded;
     for (std::uint32_t r = 0; r < 60; ++r)
-        crowded.entries.push_back({std::string(12, static_cast<char>('A' + r % 26)), r, 0});
+        crowded.entries.push_back(
+            {KeyBytes(std::string(12, static_cast<char>('A' + r % 26))), r, 0});
     EXPECT_FALSE(EncodeLeaf(crowded, shape, 0, bytes));
 }
 
 TEST(IndexNode, DamagedLeafFieldsAreRejected) {
     const KeyShape shape{12, ' '};
     IndexNode leaf;
-    leaf.entries.push_back({EncodeCharacterKey("A", 12), 1, 0});
-    leaf.entries.push_back({EncodeCharacterKey("AB", 12), 2, 0});
+    leaf.entries.push_back({KeyBytes(EncodeCharacterKey("A", 12)), 1, 0});
+    leaf.entries.push_back({KeyBytes(EncodeCharacterKey("AB", 12)), 2, 0});
     char good[kNodeSize];
     ASSERT_TRUE(EncodeLeaf(leaf, shape, 0, good));
     auto damaged = [&](std::size_t at, char value) {
