@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cstring>
 
 #include "engine/io/byte_order.hpp"
@@ -64,6 +65,24 @@ std::size_t DuplicateCount(std::string_view previous, std::string_view key, std:
     }
     while (n < limit && previous[n] == key[n]) ++n;
     return n;
+}
+
+void WriteLeafHeader(char* out, const LeafLayout& layout, std::uint16_t attributes,
+                     std::size_t count, std::uint32_t left, std::uint32_t right, std::size_t free) {
+    WriteLe16(out, attributes);
+    WriteLe16(out + 2, static_cast<std::uint16_t>(count));
+    WriteLe32(out + kLeftPointerOffset, left);
+    WriteLe32(out + kRightPointerOffset, right);
+    WriteLe16(out + kFreeSpaceOffset, static_cast<std::uint16_t>(free));
+    const std::uint32_t countMask = (1u << layout.countBits) - 1;
+    WriteLe32(out + kRecordMaskOffset,
+              layout.recordBits >= 32 ? 0xFFFFFFFFu : (std::uint32_t{1} << layout.recordBits) - 1);
+    out[kDuplicateMaskOffset] = static_cast<char>(countMask);
+    out[kTrailingMaskOffset] = static_cast<char>(countMask);
+    out[kRecordBitsOffset] = static_cast<char>(layout.recordBits);
+    out[kDuplicateBitsOffset] = static_cast<char>(layout.countBits);
+    out[kTrailingBitsOffset] = static_cast<char>(layout.countBits);
+    out[kBytesPerEntryOffset] = static_cast<char>(layout.bytesPerEntry);
 }
 
 std::uint64_t ReadLeBytes(const char* p, unsigned count) {
@@ -204,20 +223,7 @@ void LeafWriter::Finish(std::uint16_t attributes, std::uint32_t left, std::uint3
     }
     std::memset(out + entriesEnd, 0, keyEnd - entriesEnd);
     std::memcpy(out + keyEnd, keys_ + keyEnd, keyBytes_);
-    WriteLe16(out, attributes);
-    WriteLe16(out + 2, static_cast<std::uint16_t>(count_));
-    WriteLe32(out + kLeftPointerOffset, left);
-    WriteLe32(out + kRightPointerOffset, right);
-    WriteLe16(out + kFreeSpaceOffset, static_cast<std::uint16_t>(keyEnd - entriesEnd));
-    const std::uint32_t countMask = (1u << layout.countBits) - 1;
-    WriteLe32(out + kRecordMaskOffset,
-              layout.recordBits >= 32 ? 0xFFFFFFFFu : (std::uint32_t{1} << layout.recordBits) - 1);
-    out[kDuplicateMaskOffset] = static_cast<char>(countMask);
-    out[kTrailingMaskOffset] = static_cast<char>(countMask);
-    out[kRecordBitsOffset] = static_cast<char>(layout.recordBits);
-    out[kDuplicateBitsOffset] = static_cast<char>(layout.countBits);
-    out[kTrailingBitsOffset] = static_cast<char>(layout.countBits);
-    out[kBytesPerEntryOffset] = static_cast<char>(layout.bytesPerEntry);
+    WriteLeafHeader(out, layout, attributes, count_, left, right, keyEnd - entriesEnd);
     highestRecord_ = recordHint_;
     layout_ = ChooseLeafLayout(shape_.length, recordHint_);
     keyBytes_ = 0;
@@ -232,6 +238,133 @@ bool EncodeLeaf(const IndexNode& node, const KeyShape& shape, std::uint32_t reco
     for (const auto& entry : node.entries)
         if (!writer.Add(entry.key, entry.record)) return false;
     writer.Finish(node.attributes, node.left, node.right, out);
+    return true;
+}
+
+namespace {
+
+// An entry's fields in a leaf this program wrote (duplicate and trailing counts share a width).
+struct EntryFields {
+    std::size_t duplicate = 0;
+    std::size_t trailing = 0;
+};
+
+EntryFields FieldsAt(const char* leaf, std::size_t i, const LeafLayout& layout) {
+    const char* field = leaf + kLeafHeaderSize + i * layout.bytesPerEntry;
+    // Eight bytes at once where the node has them: the counts end within the entry's own bytes.
+    std::uint64_t packed;
+    if (std::endian::native == std::endian::little && field + 8 <= leaf + kNodeSize)
+        std::memcpy(&packed, field, 8);
+    else
+        packed = ReadLeBytes(field, layout.bytesPerEntry);
+    const std::uint64_t countMask = (std::uint64_t{1} << layout.countBits) - 1;
+    return {static_cast<std::size_t>(ShiftedDown(packed, layout.recordBits) & countMask),
+            static_cast<std::size_t>(ShiftedDown(packed, layout.recordBits + layout.countBits) &
+                                     countMask)};
+}
+
+void PutFields(char* leaf, std::size_t i, const LeafLayout& layout, std::uint32_t record,
+               EntryFields fields) {
+    const std::uint64_t packed =
+        record | (std::uint64_t{fields.duplicate} << layout.recordBits) |
+        (std::uint64_t{fields.trailing} << (layout.recordBits + layout.countBits));
+    char* field = leaf + kLeafHeaderSize + i * layout.bytesPerEntry;
+    for (unsigned b = 0; b < layout.bytesPerEntry; ++b)
+        field[b] = static_cast<char>((packed >> (8 * b)) & 0xFF);
+}
+
+bool SameLayout(const char* leaf, const LeafLayout& layout) {
+    return static_cast<unsigned char>(leaf[kRecordBitsOffset]) == layout.recordBits &&
+           static_cast<unsigned char>(leaf[kDuplicateBitsOffset]) == layout.countBits &&
+           static_cast<unsigned char>(leaf[kTrailingBitsOffset]) == layout.countBits &&
+           static_cast<unsigned char>(leaf[kBytesPerEntryOffset]) == layout.bytesPerEntry;
+}
+
+// The leaf `before` plus the entry node.entries[at]: the fields and keys in front of it are
+// copied, those behind it moved, and only it and the entry after it (whose duplicate count now
+// refers to it) encoded. False when the entry layout changes or the entries do not fit: the whole
+// leaf is then encoded, or split.
+bool EncodeAfterInsert(const char* before, const IndexNode& node, std::size_t at,
+                       const KeyShape& shape, char* out) {
+    const std::size_t count = node.entries.size();
+    if (static_cast<std::size_t>(ReadLe16(before + 2)) + 1 != count) return false;
+    std::uint32_t highest = 0;
+    for (const auto& entry : node.entries) highest = std::max(highest, entry.record);
+    const LeafLayout layout = ChooseLeafLayout(shape.length, highest);
+    if (!SameLayout(before, layout)) return false;
+    const std::size_t width = layout.bytesPerEntry;
+    const std::size_t oldKeyBytes = kLeafSpace - (count - 1) * width -
+                                    std::min<std::size_t>(ReadLe16(before + kFreeSpaceOffset),
+                                                          kLeafSpace - (count - 1) * width);
+    std::size_t keysInFront = 0;
+    for (std::size_t i = 0; i < at; ++i) {
+        const EntryFields fields = FieldsAt(before, i, layout);
+        keysInFront += shape.length - fields.duplicate - fields.trailing;
+    }
+    const IndexEntry& inserted = node.entries[at];
+    EntryFields fields;
+    fields.trailing = TrailingCount(inserted.key, shape.pad);
+    fields.duplicate =
+        at == 0 ? 0 : DuplicateCount(node.entries[at - 1].key, inserted.key, fields.trailing);
+    const std::size_t stored = shape.length - fields.duplicate - fields.trailing;
+    const bool hasNext = at + 1 < count;
+    EntryFields next;
+    std::size_t nextStoredBefore = 0;
+    std::size_t nextStored = 0;
+    if (hasNext) {
+        next = FieldsAt(before, at, layout);
+        nextStoredBefore = shape.length - next.duplicate - next.trailing;
+        next.duplicate = DuplicateCount(inserted.key, node.entries[at + 1].key, next.trailing);
+        nextStored = shape.length - next.duplicate - next.trailing;
+    }
+    const std::size_t keyBytes = oldKeyBytes + stored + nextStored - nextStoredBefore;
+    const std::size_t entriesEnd = kLeafHeaderSize + count * width;
+    if (keysInFront + nextStoredBefore > oldKeyBytes || entriesEnd + keyBytes > kNodeSize)
+        return false;
+    const std::size_t keyEnd = kNodeSize - keyBytes;
+
+    std::memcpy(out + kLeafHeaderSize, before + kLeafHeaderSize, at * width);
+    PutFields(out, at, layout, inserted.record, fields);
+    if (hasNext) {
+        PutFields(out, at + 1, layout, node.entries[at + 1].record, next);
+        std::memcpy(out + kLeafHeaderSize + (at + 2) * width,
+                    before + kLeafHeaderSize + (at + 1) * width, (count - at - 2) * width);
+    }
+    std::memset(out + entriesEnd, 0, keyEnd - entriesEnd);
+    // Keys run from the node's end backwards in entry order.
+    std::memcpy(out + kNodeSize - keysInFront, before + kNodeSize - keysInFront, keysInFront);
+    char* key = out + kNodeSize - keysInFront - stored;
+    std::memcpy(key, inserted.key.data() + fields.duplicate, stored);
+    if (hasNext) {
+        key -= nextStored;
+        std::memcpy(key, node.entries[at + 1].key.data() + next.duplicate, nextStored);
+        const std::size_t restEnd = kNodeSize - keysInFront - nextStoredBefore;
+        const std::size_t restBytes = restEnd - (kNodeSize - oldKeyBytes);
+        std::memcpy(key - restBytes, before + restEnd - restBytes, restBytes);
+    }
+    WriteLeafHeader(out, layout, node.attributes, count, node.left, node.right,
+                    keyEnd - entriesEnd);
+    return true;
+}
+
+}  // namespace
+
+bool EncodeEditedLeaf(IndexNode& node, const KeyShape& shape, char* out) {
+    const std::size_t at = node.insertedSince;
+    node.insertedSince = IndexNode::kNoInsert;
+    const bool moved = node.written.size() == kNodeSize && at < node.entries.size() &&
+                       EncodeAfterInsert(node.written.data(), node, at, shape, out);
+    if (!moved && !EncodeLeaf(node, shape, 0, out)) {
+        node.written.clear();
+        return false;
+    }
+#ifndef NDEBUG
+    if (moved) {
+        char whole[kNodeSize];
+        assert(EncodeLeaf(node, shape, 0, whole) && std::memcmp(whole, out, kNodeSize) == 0);
+    }
+#endif
+    node.written.assign(out, kNodeSize);
     return true;
 }
 

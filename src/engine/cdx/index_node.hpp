@@ -26,6 +26,11 @@ struct IndexNode {
     std::uint32_t left = kNoNode;
     std::uint32_t right = kNoNode;
     std::vector<IndexEntry> entries;
+    // Leaves only: the bytes this program last wrote for the leaf, and the one entry inserted
+    // since then (kNoInsert: none). The next write then encodes only what that insert moved.
+    static constexpr std::size_t kNoInsert = ~std::size_t{0};
+    std::string written;
+    std::size_t insertedSince = kNoInsert;
 
     bool isLeaf() const { return (attributes & kNodeLeaf) != 0; }
     bool isRoot() const { return (attributes & kNodeRoot) != 0; }
@@ -85,6 +90,9 @@ std::size_t LeafSplitPoint(const IndexNode& node, const KeyShape& shape);
 
 // Writes a leaf into kNodeSize bytes; false if its entries do not fit.
 bool EncodeLeaf(const IndexNode& node, const KeyShape& shape, std::uint32_t recordHint, char* out);
+// EncodeLeaf for a leaf being written back after an edit; the bytes are the same. The node
+// remembers them, and after a single insert only the entries and keys it moved are encoded again.
+bool EncodeEditedLeaf(IndexNode& node, const KeyShape& shape, char* out);
 void EncodeInterior(const IndexNode& node, const KeyShape& shape, char* out);
 std::size_t InteriorCapacity(std::size_t keyLength);
 

@@ -110,10 +110,10 @@ IndexTag::EditScope::~EditScope() {
     if (std::uncaught_exceptions() > exceptions_) tag_.ClearCache();
 }
 
-bool IndexTag::TryStore(std::uint32_t offset, const IndexNode& node) {
+bool IndexTag::TryStore(std::uint32_t offset, IndexNode& node) {
     char bytes[kNodeSize];
     if (node.isLeaf()) {
-        if (!EncodeLeaf(node, shape_, 0, bytes)) return false;
+        if (!EncodeEditedLeaf(node, shape_, bytes)) return false;
     } else {
         if (node.entries.size() > InteriorCapacity(shape_.length)) return false;
         EncodeInterior(node, shape_, bytes);
@@ -122,7 +122,7 @@ bool IndexTag::TryStore(std::uint32_t offset, const IndexNode& node) {
     return true;
 }
 
-void IndexTag::Store(std::uint32_t offset, const IndexNode& node) {
+void IndexTag::Store(std::uint32_t offset, IndexNode& node) {
     if (!TryStore(offset, node)) throw std::logic_error("tag " + name_ + ": node does not fit");
 }
 
@@ -186,6 +186,7 @@ bool IndexTag::Insert(std::string_view key, std::uint32_t record) {
         leaf.entries.begin(), leaf.entries.end(), 0,
         [&](const IndexEntry& e, int) { return CompareEntry(e, key, record) < 0; });
     if (at != leaf.entries.end() && at->key == key && at->record == record) return false;
+    leaf.insertedSince = static_cast<std::size_t>(at - leaf.entries.begin());
     leaf.entries.insert(at, IndexEntry{KeyBytes(key), record, 0});
     Put(path, path.offsets.size() - 1);
     return true;

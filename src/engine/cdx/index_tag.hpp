@@ -121,8 +121,8 @@ class IndexTag {
     // The node at path.offsets[depth] has lost an entry.
     void Shrink(Path& path, std::size_t depth);
     // Writes a node; false (nothing written) when its entries do not fit in one.
-    bool TryStore(std::uint32_t offset, const IndexNode& node);
-    void Store(std::uint32_t offset, const IndexNode& node);
+    bool TryStore(std::uint32_t offset, IndexNode& node);
+    void Store(std::uint32_t offset, IndexNode& node);
     // Caches a new node and writes it.
     IndexNode& Place(std::uint32_t offset, IndexNode node);
     void WriteHeader();
