@@ -390,10 +390,10 @@ const IndexEntry& IndexTag::EntryAt(TagPosition position) {
     return leaf.entries[position.index];
 }
 
-std::uint32_t IndexTag::NeighbourRecord(TagPosition position, bool forward) {
-    if (!position.valid() || (!forward && position.index == 0)) return 0;
+std::uint32_t IndexTag::NeighbourRecord(TagPosition position, bool forward, std::size_t distance) {
+    if (!position.valid() || (!forward && position.index < distance)) return 0;
     const IndexNode& leaf = Node(position.leaf);
-    const std::size_t index = forward ? position.index + 1 : position.index - 1;
+    const std::size_t index = forward ? position.index + distance : position.index - distance;
     return index < leaf.entries.size() ? leaf.entries[index].record : 0;
 }
 

@@ -53,8 +53,8 @@ class IndexTag {
     TagPosition Next(TagPosition position);
     TagPosition Previous(TagPosition position);
     const IndexEntry& EntryAt(TagPosition position);
-    // The record of the entry next to `position` in its own leaf (0: none there).
-    std::uint32_t NeighbourRecord(TagPosition position, bool forward);
+    // The record of the entry `distance` entries from `position` in its own leaf (0: none there).
+    std::uint32_t NeighbourRecord(TagPosition position, bool forward, std::size_t distance);
     // More entries than a file of this size can hold: a walk that gets this far is looping.
     std::uint64_t WalkLimit() const;
     // Counts keys by descending the tree; throws IndexCorrupt on cycles.

@@ -6,7 +6,7 @@
 
 namespace fnrk::engine::cdx {
 
-void KeyBytes::resize(std::size_t n) {
+void KeyBytes::Reallocate(std::size_t n) {
     if (n == size_) return;
     if (n > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("key too long");
     if (n <= kInline) {

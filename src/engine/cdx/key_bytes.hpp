@@ -49,7 +49,12 @@ class KeyBytes {
         if (!bytes.empty()) std::memmove(data(), bytes.data(), bytes.size());
     }
     // The first min(size(), n) bytes stay; bytes beyond are unspecified until written.
-    void resize(std::size_t n);
+    void resize(std::size_t n) {
+        if (n <= kInline && !onHeap())
+            size_ = static_cast<std::uint32_t>(n);
+        else
+            Reallocate(n);
+    }
 
     friend bool operator==(const KeyBytes& a, const KeyBytes& b) {
         return std::string_view(a) == std::string_view(b);
@@ -59,6 +64,7 @@ class KeyBytes {
     }
 
   private:
+    void Reallocate(std::size_t n);
     bool onHeap() const { return size_ > kInline; }
     char* Heap() const {
         char* heap;

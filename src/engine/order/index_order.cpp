@@ -8,6 +8,12 @@ namespace fnrk::engine::order {
 
 using cdx::TagPosition;
 
+namespace {
+
+constexpr std::size_t kPrefetchDistance = 4;
+
+}  // namespace
+
 cdx::TagPosition IndexOrder::LogicalFirst() {
     return descending() ? indexTag().Last() : indexTag().First();
 }
@@ -114,9 +120,11 @@ cdx::TagPosition IndexOrder::Settle(TagPosition at, int direction) {
             landing.key.assign(indexTag().EntryAt(at).key);
             landing.at = at;
             landing.version = indexTag().version();
-            // A walk's next step most likely lands on the neighbouring entry: its record is
-            // brought in while the caller reads this one.
-            table_.file().Prefetch(indexTag().NeighbourRecord(at, (direction > 0) != descending()));
+            // A walk's next steps most likely land on the following entries: the record a few
+            // steps ahead is brought in now, so that it has arrived when the walk gets there
+            // (one step is shorter than a read from memory).
+            table_.file().Prefetch(
+                indexTag().NeighbourRecord(at, (direction > 0) != descending(), kPrefetchDistance));
             return at;
         }
     }
