@@ -12,8 +12,6 @@ namespace fnrk::engine::cdx {
 
 namespace {
 
-// Deeper than any real tree (a 512-byte node holds at least two keys): a deeper path is a cycle.
-constexpr std::size_t kMaxDepth = 40;
 // Decoded nodes kept per tag (a few tens of megabytes at most): enough for the interior levels
 // and the hot leaves of a million-key tag.
 constexpr std::size_t kCachedNodes = 16384;

@@ -3,6 +3,7 @@
 // One tag of a compound index: a B-tree of (key, record number) pairs in ascending byte order.
 // A descending tag is stored the same way and read backwards by its users.
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -76,9 +77,25 @@ class IndexTag {
     void ReloadHeader();
 
   private:
+    // Deeper than any real tree (a 512-byte node holds at least two keys): a deeper path is a
+    // cycle.
+    static constexpr std::size_t kMaxDepth = 40;
+    // The steps of one descent, held in place: every seek and edit makes one.
+    template <typename T>
+    class Steps {
+      public:
+        void push_back(T value) { items_.at(count_++) = value; }
+        T& operator[](std::size_t i) { return items_[i]; }
+        const T& back() const { return items_[count_ - 1]; }
+        std::size_t size() const { return count_; }
+
+      private:
+        std::array<T, kMaxDepth + 1> items_{};
+        std::size_t count_ = 0;
+    };
     struct Path {
-        std::vector<std::uint32_t> offsets;  // root first, leaf last
-        std::vector<std::size_t> indexes;    // child taken in each interior node
+        Steps<std::uint32_t> offsets;  // root first, leaf last
+        Steps<std::size_t> indexes;    // child taken in each interior node
     };
     template <typename GoesBelow>
     Path Descend(GoesBelow goesBelow);
