@@ -1,9 +1,9 @@
 #pragma once
 
-// The bytes of one key held in a decoded node. A tag of a million records decodes tens of
-// thousands of keys per leaf walked or edited, and typical keys (an account and a date) are a
-// little longer than a std::string holds without a heap block: up to kInline bytes live inside
-// the object, longer keys on the heap. The object is as large as a std::string.
+// The bytes of one key held in a decoded node. A walk or the edits of a million-record tag decode
+// a million keys, and typical keys (an account and a date) are a little longer than a std::string
+// holds without a heap block: up to kInline bytes live inside the object, longer keys on the
+// heap. The object takes 32 bytes, as a std::string does on a 64-bit host.
 
 #include <cstddef>
 #include <cstdint>
