@@ -98,7 +98,7 @@ std::uint64_t ShiftedDown(std::uint64_t packed, unsigned bits) {
     return bits < 64 ? packed >> bits : 0;
 }
 
-IndexNode DecodeLeaf(const char* bytes, IndexNode node, std::size_t count, const KeyShape& shape) {
+void DecodeLeaf(const char* bytes, IndexNode& node, std::size_t count, const KeyShape& shape) {
     const std::uint32_t recordMask = ReadLe32(bytes + kRecordMaskOffset);
     const unsigned duplicateMask = static_cast<unsigned char>(bytes[kDuplicateMaskOffset]);
     const unsigned trailingMask = static_cast<unsigned char>(bytes[kTrailingMaskOffset]);
@@ -128,6 +128,7 @@ IndexNode DecodeLeaf(const char* bytes, IndexNode node, std::size_t count, const
         keyEnd -= stored;
         IndexEntry& entry = node.entries[i];
         entry.record = static_cast<std::uint32_t>(packed & recordMask);
+        entry.child = 0;
         // Written in place: a leaf of a million-record tag decodes tens of thousands of keys.
         entry.key.resize(shape.length);
         char* key = entry.key.data();
@@ -136,30 +137,35 @@ IndexNode DecodeLeaf(const char* bytes, IndexNode node, std::size_t count, const
         std::memset(key + duplicate + stored, shape.pad, trailing);
         previous = &entry.key;
     }
-    return node;
 }
 
 }  // namespace
 
-IndexNode DecodeNode(const char* bytes, const KeyShape& shape) {
-    IndexNode node;
-    node.attributes = ReadLe16(bytes);
+void DecodeNode(const char* bytes, const KeyShape& shape, IndexNode& into) {
+    into.attributes = ReadLe16(bytes);
     const std::size_t count = ReadLe16(bytes + 2);
-    node.left = ReadLe32(bytes + kLeftPointerOffset);
-    node.right = ReadLe32(bytes + kRightPointerOffset);
-    if (node.attributes > (kNodeRoot | kNodeLeaf))
-        throw IndexCorrupt("node: unknown attributes " + std::to_string(node.attributes));
-    if (node.isLeaf()) return DecodeLeaf(bytes, std::move(node), count, shape);
+    into.left = ReadLe32(bytes + kLeftPointerOffset);
+    into.right = ReadLe32(bytes + kRightPointerOffset);
+    into.written.clear();
+    into.insertedSince = IndexNode::kNoInsert;
+    if (into.attributes > (kNodeRoot | kNodeLeaf))
+        throw IndexCorrupt("node: unknown attributes " + std::to_string(into.attributes));
+    if (into.isLeaf()) return DecodeLeaf(bytes, into, count, shape);
     if (count == 0 || count > InteriorCapacity(shape.length))
         throw IndexCorrupt("interior node: key count " + std::to_string(count));
-    node.entries.resize(count);
+    into.entries.resize(count);
     const char* p = bytes + kInteriorHeaderSize;
-    for (auto& entry : node.entries) {
+    for (auto& entry : into.entries) {
         entry.key.assign({p, shape.length});
         entry.record = ReadBe32(p + shape.length);
         entry.child = ReadBe32(p + shape.length + 4);
         p += shape.length + 8;
     }
+}
+
+IndexNode DecodeNode(const char* bytes, const KeyShape& shape) {
+    IndexNode node;
+    DecodeNode(bytes, shape, node);
     return node;
 }
 

@@ -44,6 +44,8 @@ struct KeyShape {
 
 // Throws IndexCorrupt on counts, bit widths or key bytes that do not fit the node.
 IndexNode DecodeNode(const char* bytes, const KeyShape& shape);
+// The same into a node decoded before, reusing its memory.
+void DecodeNode(const char* bytes, const KeyShape& shape, IndexNode& into);
 
 // Bit widths of a compact leaf; recordHint is the highest record number the node should be able
 // to hold without growing (the table's record count when a tag is built).

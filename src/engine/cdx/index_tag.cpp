@@ -61,13 +61,49 @@ void IndexTag::CheckNodeOffset(std::uint32_t offset) const {
 
 IndexNode& IndexTag::Lookup(std::uint32_t offset) {
     SyncCache();
-    if (auto it = cache_.find(offset); it != cache_.end()) return Remember(offset, it->second);
+    if (IndexNode* known = Known(offset)) return Remember(offset, *known);
     CheckNodeOffset(offset);
     char bytes[kNodeSize];
     file_.Read(offset, bytes, kNodeSize);
     // An edit holds references to cached nodes; the cache shrinks only between edits.
     if (cache_.size() >= kCachedNodes && !editing_) DropLeaves();
     return Remember(offset, cache_.emplace(offset, DecodeNode(bytes, shape_)).first->second);
+}
+
+const IndexNode& IndexTag::Sibling(std::uint32_t offset) {
+    if (const IndexNode* node = Remembered(offset)) return *node;
+    SyncCache();
+    if (IndexNode* known = Known(offset)) return Remember(offset, *known);
+    return ReadIntoWalkSlot(offset);
+}
+
+IndexNode* IndexTag::Known(std::uint32_t offset) {
+    if (auto it = cache_.find(offset); it != cache_.end()) return &it->second;
+    // An edit may change a leaf in its slot: only a walk reuses a slot, and no edit walks.
+    for (WalkSlot& slot : walkSlots_)
+        if (slot.offset == offset) return &slot.node;
+    return nullptr;
+}
+
+const IndexNode& IndexTag::ReadIntoWalkSlot(std::uint32_t offset) {
+    CheckNodeOffset(offset);
+    char bytes[kNodeSize];
+    file_.Read(offset, bytes, kNodeSize);
+    WalkSlot& slot = walkSlots_[nextWalkSlot_];
+    nextWalkSlot_ = (nextWalkSlot_ + 1) % kWalkSlots;
+    if (lastNode_ == &slot.node) lastNode_ = nullptr;
+    slot.offset = kNoNode;  // until the node has been decoded whole
+    DecodeNode(bytes, shape_, slot.node);
+    slot.offset = offset;
+    return Remember(offset, slot.node);
+}
+
+void IndexTag::ForgetWalked(std::uint32_t offset) {
+    for (WalkSlot& slot : walkSlots_) {
+        if (slot.offset != offset) continue;
+        slot.offset = kNoNode;
+        if (lastNode_ == &slot.node) lastNode_ = nullptr;
+    }
 }
 
 IndexNode& IndexTag::Remember(std::uint32_t offset, IndexNode& node) {
@@ -78,11 +114,13 @@ IndexNode& IndexTag::Remember(std::uint32_t offset, IndexNode& node) {
 
 void IndexTag::ClearCache() {
     cache_.clear();
+    for (WalkSlot& slot : walkSlots_) slot.offset = kNoNode;
     lastNode_ = nullptr;
 }
 
 void IndexTag::EraseCached(std::uint32_t offset) {
     cache_.erase(offset);
+    ForgetWalked(offset);
     if (lastOffset_ == offset) lastNode_ = nullptr;
 }
 
@@ -130,6 +168,7 @@ void IndexTag::SetSibling(std::uint32_t offset, std::size_t pointerOffset, std::
     CheckNodeOffset(offset);
     if (auto it = cache_.find(offset); it != cache_.end())
         (pointerOffset == kLeftPointerOffset ? it->second.left : it->second.right) = sibling;
+    ForgetWalked(offset);
     char bytes[4];
     io::WriteLe32(bytes, sibling);
     file_.Write(offset + pointerOffset, bytes, 4);
@@ -361,7 +400,7 @@ TagPosition IndexTag::Next(TagPosition position) {
     if (position.index + 1 < leaf->entries.size()) return {position.leaf, position.index + 1};
     for (std::uint32_t right = leaf->right; right != kNoNode; right = leaf->right) {
         if (right == position.leaf) throw IndexCorrupt("tag " + name_ + ": leaf links to itself");
-        leaf = &Node(right);
+        leaf = &Sibling(right);
         if (!leaf->isLeaf()) throw IndexCorrupt("tag " + name_ + ": leaf links to a non-leaf");
         if (!leaf->entries.empty()) return {right, 0};
     }
@@ -375,7 +414,7 @@ TagPosition IndexTag::Previous(TagPosition position) {
     for (std::uint32_t left = leaf->left; left != kNoNode; left = leaf->left) {
         if (left == position.leaf) throw IndexCorrupt("tag " + name_ + ": leaf links to itself");
         const std::uint32_t current = left;
-        leaf = &Node(current);
+        leaf = &Sibling(current);
         if (!leaf->isLeaf()) throw IndexCorrupt("tag " + name_ + ": leaf links to a non-leaf");
         if (!leaf->entries.empty()) return {current, leaf->entries.size() - 1};
     }

@@ -114,13 +114,25 @@ class IndexTag {
         int exceptions_;
     };
     IndexNode& Cached(std::uint32_t offset) {
-        // A walk asks for the leaf it stands on several times a step: that answer is at hand.
-        if (lastNode_ != nullptr && lastOffset_ == offset && cacheGeneration_ == file_.generation())
-            return *lastNode_;
+        if (IndexNode* node = Remembered(offset)) return *node;
         return Lookup(offset);
     }
-    // Cached() from the map (or the file), remembered for the next time.
+    // A walk asks for the leaf it stands on several times a step: that answer is at hand.
+    IndexNode* Remembered(std::uint32_t offset) const {
+        return lastNode_ != nullptr && lastOffset_ == offset &&
+                       cacheGeneration_ == file_.generation()
+                   ? lastNode_
+                   : nullptr;
+    }
+    // Cached() from the map, the walk slots or the file, remembered for the next time.
     IndexNode& Lookup(std::uint32_t offset);
+    // The leaf a walk steps onto from its neighbour: from the cache if it is there, otherwise
+    // read into a walk slot.
+    const IndexNode& Sibling(std::uint32_t offset);
+    // The node from the cache or a walk slot; nullptr when neither has it.
+    IndexNode* Known(std::uint32_t offset);
+    void ForgetWalked(std::uint32_t offset);
+    const IndexNode& ReadIntoWalkSlot(std::uint32_t offset);
     IndexNode& Remember(std::uint32_t offset, IndexNode& node);
     // Every removal from the cache goes through these, which forget the remembered node too.
     void ClearCache();
@@ -152,6 +164,17 @@ class IndexTag {
     TagHeader header_;
     KeyShape shape_;
     std::unordered_map<std::uint32_t, IndexNode> cache_;
+    // A walk passes each leaf once: kept in the cache, the leaves of a long walk would push out
+    // those that seeks and edits come back to, and each would cost a fresh allocation. They are
+    // decoded into a few slots whose memory is reused, in turn; a node is in the cache or in a
+    // slot, never both. Enough slots for several walks over one tag at once.
+    struct WalkSlot {
+        std::uint32_t offset = kNoNode;
+        IndexNode node;
+    };
+    static constexpr std::size_t kWalkSlots = 8;
+    std::array<WalkSlot, kWalkSlots> walkSlots_;
+    std::size_t nextWalkSlot_ = 0;
     std::uint64_t cacheGeneration_ = 0;
     // The node Cached() returned last (elements of the map keep their address).
     std::uint32_t lastOffset_ = 0;
