@@ -92,6 +92,28 @@ std::uint64_t ReadLeBytes(const char* p, unsigned count) {
     return value;
 }
 
+// A copy of a few bytes, as the keys of a leaf are: overlapping moves of a fixed size. A plain
+// copy of a size known only at run time becomes a string instruction here, which takes longer
+// to start than a short key takes to copy.
+void CopyFew(char* to, const char* from, std::size_t n) {
+    if (n >= 16 && n <= 32) {
+        std::memcpy(to, from, 16);
+        std::memcpy(to + n - 16, from + n - 16, 16);
+    } else if (n >= 8 && n < 16) {
+        std::memcpy(to, from, 8);
+        std::memcpy(to + n - 8, from + n - 8, 8);
+    } else if (n >= 4 && n < 8) {
+        std::memcpy(to, from, 4);
+        std::memcpy(to + n - 4, from + n - 4, 4);
+    } else if (n > 0 && n < 4) {
+        to[0] = from[0];
+        to[n / 2] = from[n / 2];
+        to[n - 1] = from[n - 1];
+    } else if (n > 32) {
+        std::memcpy(to, from, n);
+    }
+}
+
 // A field at bit `bits` of an entry; none past its 64 bits (a plain shift that far is undefined,
 // and a damaged leaf may claim a layout that reaches there).
 std::uint64_t ShiftedDown(std::uint64_t packed, unsigned bits) {
@@ -116,6 +138,8 @@ void DecodeLeaf(const char* bytes, IndexNode& node, std::size_t count, const Key
     node.entries.reserve(count + 4);
     node.entries.resize(count);
     const KeyBytes* previous = nullptr;
+    char pads[32];
+    std::memset(pads, shape.pad, sizeof pads);
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint64_t packed =
             ReadLeBytes(bytes + kLeafHeaderSize + i * bytesPerEntry, bytesPerEntry);
@@ -132,9 +156,12 @@ void DecodeLeaf(const char* bytes, IndexNode& node, std::size_t count, const Key
         // Written in place: a leaf of a million-record tag decodes tens of thousands of keys.
         entry.key.resize(shape.length);
         char* key = entry.key.data();
-        if (duplicate > 0) std::memcpy(key, previous->data(), duplicate);
-        std::memcpy(key + duplicate, bytes + keyEnd, stored);
-        std::memset(key + duplicate + stored, shape.pad, trailing);
+        CopyFew(key, previous != nullptr ? previous->data() : pads, duplicate);
+        CopyFew(key + duplicate, bytes + keyEnd, stored);
+        if (trailing <= sizeof pads)
+            CopyFew(key + duplicate + stored, pads, trailing);
+        else
+            std::memset(key + duplicate + stored, shape.pad, trailing);
         previous = &entry.key;
     }
 }
