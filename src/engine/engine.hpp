@@ -75,6 +75,10 @@ class Engine final : public Operations {
         if (cursor == nullptr) return Report(AE_INVALID_TABLE_HANDLE);
         return Guarded([&] { return Report(body(cursor)); });
     }
+    // A move through an index handle follows its tag's order (`onIndex(order)`), one through a
+    // table handle the table's (`onTable(cursor)`).
+    template <class OnIndex, class OnTable>
+    [[nodiscard]] Status Navigate(Handle object, OnIndex onIndex, OnTable onTable);
     // Runs `body` and answers its status. What the units below throw stops here: a damaged
     // index answers AE_CORRUPT_INDEX with its reason, never an exception to the caller.
     template <class Body>

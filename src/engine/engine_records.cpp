@@ -88,27 +88,26 @@ Status Engine::GetFieldOffset(Handle table, std::string_view name, std::uint32_t
 
 // --- records and navigation
 
-Status Engine::GotoTop(Handle object) {
-    if (Orders().FindOrder(object) != nullptr) {
+template <class OnIndex, class OnTable>
+Status Engine::Navigate(Handle object, OnIndex onIndex, OnTable onTable) {
+    if (order::IndexOrder* order = Orders().FindOrder(object)) {
         std::string problem;
-        const Status status = OnOrder(
-            Orders(), object, [](order::IndexOrder& order) { return order.GotoTop(); }, &problem);
+        const Status status = OnOrder(*order, onIndex, &problem);
         return Report(status, problem);
     }
-    return WithTable(object,
-                     [&](cursor::TableCursor* cursor) -> Status { return cursor->GotoTop(); });
+    return WithTable(object, onTable);
+}
+
+Status Engine::GotoTop(Handle object) {
+    return Navigate(
+        object, [](order::IndexOrder& order) { return order.GotoTop(); },
+        [](cursor::TableCursor* cursor) { return cursor->GotoTop(); });
 }
 
 Status Engine::GotoBottom(Handle object) {
-    if (Orders().FindOrder(object) != nullptr) {
-        std::string problem;
-        const Status status = OnOrder(
-            Orders(), object, [](order::IndexOrder& order) { return order.GotoBottom(); },
-            &problem);
-        return Report(status, problem);
-    }
-    return WithTable(object,
-                     [&](cursor::TableCursor* cursor) -> Status { return cursor->GotoBottom(); });
+    return Navigate(
+        object, [](order::IndexOrder& order) { return order.GotoBottom(); },
+        [](cursor::TableCursor* cursor) { return cursor->GotoBottom(); });
 }
 
 Status Engine::GotoRecord(Handle table, std::uint32_t record) {
@@ -117,15 +116,9 @@ Status Engine::GotoRecord(Handle table, std::uint32_t record) {
 }
 
 Status Engine::Skip(Handle object, std::int32_t records) {
-    if (Orders().FindOrder(object) != nullptr) {
-        std::string problem;
-        const Status status = OnOrder(
-            Orders(), object, [&](order::IndexOrder& order) { return order.Skip(records); },
-            &problem);
-        return Report(status, problem);
-    }
-    return WithTable(object,
-                     [&](cursor::TableCursor* cursor) -> Status { return cursor->Skip(records); });
+    return Navigate(
+        object, [&](order::IndexOrder& order) { return order.Skip(records); },
+        [&](cursor::TableCursor* cursor) { return cursor->Skip(records); });
 }
 
 Status Engine::AtBOF(Handle table, bool& atBof) {

@@ -12,16 +12,21 @@
 namespace fnrk::engine {
 
 template <class Body>
-Status OnOrder(order::OrderRegistry& orders, Handle index, Body body,
-               std::string* problem = nullptr) {
-    order::IndexOrder* found = orders.FindOrder(index);
-    if (found == nullptr) return AE_INVALID_INDEX_HANDLE;
+Status OnOrder(order::IndexOrder& order, Body body, std::string* problem = nullptr) {
     try {
-        return body(*found);
+        return body(order);
     } catch (const cdx::IndexCorrupt& error) {
         if (problem != nullptr) *problem = error.what();
         return AE_CORRUPT_INDEX;
     }
+}
+
+template <class Body>
+Status OnOrder(order::OrderRegistry& orders, Handle index, Body body,
+               std::string* problem = nullptr) {
+    order::IndexOrder* found = orders.FindOrder(index);
+    if (found == nullptr) return AE_INVALID_INDEX_HANDLE;
+    return OnOrder(*found, body, problem);
 }
 
 }  // namespace fnrk::engine

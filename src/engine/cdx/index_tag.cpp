@@ -421,7 +421,7 @@ TagPosition IndexTag::Previous(TagPosition position) {
     return {};
 }
 
-const IndexEntry& IndexTag::EntryAt(TagPosition position) {
+const IndexEntry& IndexTag::LookUpEntry(TagPosition position) {
     const IndexNode& leaf = Node(position.leaf);
     if (position.index >= leaf.entries.size())
         throw std::out_of_range("tag " + name_ + ": position past the leaf");

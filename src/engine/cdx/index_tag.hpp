@@ -53,7 +53,13 @@ class IndexTag {
     TagPosition Find(std::string_view key, std::uint32_t record);
     TagPosition Next(TagPosition position);
     TagPosition Previous(TagPosition position);
-    const IndexEntry& EntryAt(TagPosition position);
+    const IndexEntry& EntryAt(TagPosition position) {
+        // A walk asks for entries of the leaf it stands on several times a step.
+        if (const IndexNode* leaf = Remembered(position.leaf);
+            leaf != nullptr && position.index < leaf->entries.size())
+            return leaf->entries[position.index];
+        return LookUpEntry(position);
+    }
     // The record of the entry `distance` entries from `position` in its own leaf (0: none there).
     std::uint32_t NeighbourRecord(TagPosition position, bool forward, std::size_t distance);
     // More entries than a file of this size can hold: a walk that gets this far is looping.
@@ -117,13 +123,14 @@ class IndexTag {
         if (IndexNode* node = Remembered(offset)) return *node;
         return Lookup(offset);
     }
-    // A walk asks for the leaf it stands on several times a step: that answer is at hand.
+    // The node asked for last, when that is the one wanted.
     IndexNode* Remembered(std::uint32_t offset) const {
         return lastNode_ != nullptr && lastOffset_ == offset &&
                        cacheGeneration_ == file_.generation()
                    ? lastNode_
                    : nullptr;
     }
+    const IndexEntry& LookUpEntry(TagPosition position);
     // Cached() from the map, the walk slots or the file, remembered for the next time.
     IndexNode& Lookup(std::uint32_t offset);
     // The leaf a walk steps onto from its neighbour: from the cache if it is there, otherwise

@@ -87,7 +87,7 @@ class IndexOrder {
     // the record's key would put it, so that a stale second key cannot send the walk back.
     struct Landing {
         std::uint32_t record = 0;
-        std::string key;
+        cdx::KeyBytes key;
         cdx::TagPosition at;
         cdx::IndexTag::Version version;
     };
