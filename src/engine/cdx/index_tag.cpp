@@ -13,8 +13,8 @@ namespace fnrk::engine::cdx {
 namespace {
 
 // Decoded nodes kept per tag: enough for the interior levels and the hot leaves of a million-key
-// tag. A decoded leaf with the bytes last written for it takes some 4.5 KB for short keys, so
-// the cache of one tag can reach about 70 MB.
+// tag. A decoded leaf with the bytes last written for it takes some 4.7 KB for short keys, so
+// the cache of one tag can reach about 75 MB.
 constexpr std::size_t kCachedNodes = 16384;
 
 bool SameLast(const IndexEntry& parentEntry, const IndexNode& child) {
@@ -67,7 +67,9 @@ IndexNode& IndexTag::Lookup(std::uint32_t offset) {
     file_.Read(offset, bytes, kNodeSize);
     // An edit holds references to cached nodes; the cache shrinks only between edits.
     if (cache_.size() >= kCachedNodes && !editing_) DropLeaves();
-    return Remember(offset, cache_.emplace(offset, DecodeNode(bytes, shape_)).first->second);
+    IndexNode& node = cache_.emplace(offset, DecodeNode(bytes, shape_)).first->second;
+    RecentSlot(offset) = {offset, &node};
+    return Remember(offset, node);
 }
 
 const IndexNode& IndexTag::Sibling(std::uint32_t offset) {
@@ -78,7 +80,12 @@ const IndexNode& IndexTag::Sibling(std::uint32_t offset) {
 }
 
 IndexNode* IndexTag::Known(std::uint32_t offset) {
-    if (auto it = cache_.find(offset); it != cache_.end()) return &it->second;
+    Recent& recent = RecentSlot(offset);
+    if (recent.offset == offset) return recent.node;
+    if (auto it = cache_.find(offset); it != cache_.end()) {
+        recent = {offset, &it->second};
+        return &it->second;
+    }
     // An edit may change a leaf in its slot: only a walk reuses a slot, and no edit walks.
     for (WalkSlot& slot : walkSlots_)
         if (slot.offset == offset) return &slot.node;
@@ -114,12 +121,14 @@ IndexNode& IndexTag::Remember(std::uint32_t offset, IndexNode& node) {
 
 void IndexTag::ClearCache() {
     cache_.clear();
+    recent_.fill({});
     for (WalkSlot& slot : walkSlots_) slot.offset = kNoNode;
     lastNode_ = nullptr;
 }
 
 void IndexTag::EraseCached(std::uint32_t offset) {
     cache_.erase(offset);
+    if (RecentSlot(offset).offset == offset) RecentSlot(offset) = {};
     ForgetWalked(offset);
     if (lastOffset_ == offset) lastNode_ = nullptr;
 }
@@ -129,6 +138,7 @@ void IndexTag::DropLeaves() {
     // order, until a quarter of the room is free: the next accesses still find most of theirs.
     constexpr std::size_t kKept = kCachedNodes / 4 * 3;
     lastNode_ = nullptr;
+    recent_.fill({});
     for (auto it = cache_.begin(); it != cache_.end() && cache_.size() > kKept;)
         it = it->second.isLeaf() ? cache_.erase(it) : std::next(it);
     if (cache_.size() > kKept) ClearCache();

@@ -171,6 +171,16 @@ class IndexTag {
     TagHeader header_;
     KeyShape shape_;
     std::unordered_map<std::uint32_t, IndexNode> cache_;
+    // The cache's answers for recent offsets, one per slot by offset: every descent asks for the
+    // same few interior nodes, and a search of a map of thousands of nodes misses the processor's
+    // caches. Whatever leaves the cache leaves this too.
+    struct Recent {
+        std::uint32_t offset = kNoNode;
+        IndexNode* node = nullptr;
+    };
+    static constexpr std::size_t kRecentSlots = 256;
+    std::array<Recent, kRecentSlots> recent_;
+    Recent& RecentSlot(std::uint32_t offset) { return recent_[offset / kNodeSize % kRecentSlots]; }
     // A walk passes each leaf once: kept in the cache, the leaves of a long walk would push out
     // those that seeks and edits come back to, and each would cost a fresh allocation. They are
     // decoded into a few slots whose memory is reused, in turn; a node is in the cache or in a
