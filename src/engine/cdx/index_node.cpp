@@ -134,8 +134,9 @@ void DecodeLeaf(const char* bytes, IndexNode& node, std::size_t count, const Key
     if (count * bytesPerEntry > kLeafSpace) throw IndexCorrupt("leaf node: key count past the end");
     std::size_t keyEnd = kNodeSize;
     const std::size_t entriesEnd = kLeafHeaderSize + count * bytesPerEntry;
-    // Room for a few more: an insert into a cached leaf then moves no entry to a new buffer.
-    node.entries.reserve(count + 4);
+    // Room for several more (320 bytes): the inserts a cached leaf receives then seldom move its
+    // entries to a new buffer.
+    node.entries.reserve(count + 8);
     node.entries.resize(count);
     const KeyBytes* previous = nullptr;
     char pads[32];
