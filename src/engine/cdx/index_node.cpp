@@ -307,11 +307,11 @@ void PutFields(char* leaf, std::size_t i, const LeafLayout& layout, std::uint32_
         field[b] = static_cast<char>((packed >> (8 * b)) & 0xFF);
 }
 
-bool SameLayout(const char* leaf, const LeafLayout& layout) {
-    return static_cast<unsigned char>(leaf[kRecordBitsOffset]) == layout.recordBits &&
-           static_cast<unsigned char>(leaf[kDuplicateBitsOffset]) == layout.countBits &&
-           static_cast<unsigned char>(leaf[kTrailingBitsOffset]) == layout.countBits &&
-           static_cast<unsigned char>(leaf[kBytesPerEntryOffset]) == layout.bytesPerEntry;
+// The layout of a leaf this program wrote (its duplicate and trailing counts share a width).
+LeafLayout LayoutOf(const char* leaf) {
+    return {static_cast<unsigned char>(leaf[kRecordBitsOffset]),
+            static_cast<unsigned char>(leaf[kDuplicateBitsOffset]),
+            static_cast<unsigned char>(leaf[kBytesPerEntryOffset])};
 }
 
 // The leaf `before` plus the entry node.entries[at]: the fields and keys in front of it are
@@ -322,20 +322,33 @@ bool EncodeAfterInsert(const char* before, const IndexNode& node, std::size_t at
                        const KeyShape& shape, char* out) {
     const std::size_t count = node.entries.size();
     if (static_cast<std::size_t>(ReadLe16(before + 2)) + 1 != count) return false;
-    std::uint32_t highest = 0;
-    for (const auto& entry : node.entries) highest = std::max(highest, entry.record);
-    const LeafLayout layout = ChooseLeafLayout(shape.length, highest);
-    if (!SameLayout(before, layout)) return false;
+    const IndexEntry& inserted = node.entries[at];
+    // The highest record of the other entries chose the layout of `before`; it stays unless the
+    // new record needs wider entries.
+    const LeafLayout layout = LayoutOf(before);
+    if (ChooseLeafLayout(shape.length, inserted.record).bytesPerEntry > layout.bytesPerEntry)
+        return false;
     const std::size_t width = layout.bytesPerEntry;
     const std::size_t oldKeyBytes = kLeafSpace - (count - 1) * width -
                                     std::min<std::size_t>(ReadLe16(before + kFreeSpaceOffset),
                                                           kLeafSpace - (count - 1) * width);
+    // The key bytes of the old entries in front of the new one, counted from the nearer end.
+    const auto storedBytes = [&](std::size_t from, std::size_t to) {
+        std::size_t bytes = 0;
+        for (std::size_t i = from; i < to; ++i) {
+            const EntryFields fields = FieldsAt(before, i, layout);
+            bytes += shape.length - fields.duplicate - fields.trailing;
+        }
+        return bytes;
+    };
     std::size_t keysInFront = 0;
-    for (std::size_t i = 0; i < at; ++i) {
-        const EntryFields fields = FieldsAt(before, i, layout);
-        keysInFront += shape.length - fields.duplicate - fields.trailing;
+    if (at <= (count - 1) / 2) {
+        keysInFront = storedBytes(0, at);
+    } else {
+        const std::size_t keysBehind = storedBytes(at, count - 1);
+        if (keysBehind > oldKeyBytes) return false;
+        keysInFront = oldKeyBytes - keysBehind;
     }
-    const IndexEntry& inserted = node.entries[at];
     EntryFields fields;
     fields.trailing = TrailingCount(inserted.key, shape.pad);
     fields.duplicate =
