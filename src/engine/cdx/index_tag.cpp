@@ -439,10 +439,24 @@ const IndexEntry& IndexTag::LookUpEntry(TagPosition position) {
 }
 
 std::uint32_t IndexTag::NeighbourRecord(TagPosition position, bool forward, std::size_t distance) {
-    if (!position.valid() || (!forward && position.index < distance)) return 0;
-    const IndexNode& leaf = Node(position.leaf);
-    const std::size_t index = forward ? position.index + distance : position.index - distance;
-    return index < leaf.entries.size() ? leaf.entries[index].record : 0;
+    if (!position.valid()) return 0;
+    const IndexNode* leaf = &Node(position.leaf);
+    if (forward && position.index + distance < leaf->entries.size())
+        return leaf->entries[position.index + distance].record;
+    if (!forward && position.index >= distance)
+        return leaf->entries[position.index - distance].record;
+    // Past the end of the leaf: the neighbour is the leaf the walk reads next anyway.
+    const std::size_t beyond =
+        forward ? position.index + distance - leaf->entries.size() : distance - position.index - 1;
+    const std::uint32_t neighbour = forward ? leaf->right : leaf->left;
+    if (neighbour == kNoNode || neighbour == position.leaf) return 0;
+    try {
+        leaf = &Sibling(neighbour);
+    } catch (const IndexCorrupt&) {
+        return 0;
+    }
+    if (!leaf->isLeaf() || beyond >= leaf->entries.size()) return 0;
+    return leaf->entries[forward ? beyond : leaf->entries.size() - 1 - beyond].record;
 }
 
 std::uint64_t IndexTag::WalkLimit() const {

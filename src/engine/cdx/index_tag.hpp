@@ -60,7 +60,8 @@ class IndexTag {
             return leaf->entries[position.index];
         return LookUpEntry(position);
     }
-    // The record of the entry `distance` entries from `position` in its own leaf (0: none there).
+    // The record of the entry `distance` entries from `position`, in its own leaf or the next one
+    // (0: none there). A hint for prefetching: a damaged link gives 0, the step there fails.
     std::uint32_t NeighbourRecord(TagPosition position, bool forward, std::size_t distance);
     // More entries than a file of this size can hold: a walk that gets this far is looping.
     std::uint64_t WalkLimit() const;

@@ -10,7 +10,7 @@ using cdx::TagPosition;
 
 namespace {
 
-constexpr std::size_t kPrefetchDistance = 4;
+constexpr std::size_t kPrefetchDistance = 8;
 
 }  // namespace
 

@@ -68,6 +68,30 @@ void ExpectLeavesEncodedAsAWhole(CompoundIndex& index, IndexTag& tag) {
     }
 }
 
+// A walk prefetches the record some entries ahead, into the next leaf too: the hint must name the
+// entry that many steps along the walk, or 0 when that lies beyond the neighbouring leaf.
+void ExpectNeighbourRecordsAlongTheWalk(IndexTag& tag) {
+    std::vector<TagPosition> walk;
+    for (TagPosition at = tag.First(); at.valid(); at = tag.Next(at)) walk.push_back(at);
+    std::vector<std::size_t> leafNumber(walk.size());
+    for (std::size_t i = 1; i < walk.size(); ++i)
+        leafNumber[i] = leafNumber[i - 1] + (walk[i].leaf != walk[i - 1].leaf);
+    for (const std::size_t distance : {1u, 4u, 8u, 40u}) {
+        for (std::size_t i = 0; i < walk.size(); ++i) {
+            const std::size_t ahead = i + distance;
+            const bool forwardThere = ahead < walk.size() && leafNumber[ahead] <= leafNumber[i] + 1;
+            EXPECT_EQ(tag.NeighbourRecord(walk[i], true, distance),
+                      forwardThere ? tag.EntryAt(walk[ahead]).record : 0u)
+                << "entry " << i << ", " << distance << " ahead";
+            const bool backwardThere =
+                i >= distance && leafNumber[i - distance] + 1 >= leafNumber[i];
+            EXPECT_EQ(tag.NeighbourRecord(walk[i], false, distance),
+                      backwardThere ? tag.EntryAt(walk[i - distance]).record : 0u)
+                << "entry " << i << ", " << distance << " back";
+        }
+    }
+}
+
 class TagModelTest : public ::testing::TestWithParam<std::size_t> {};
 
 TEST_P(TagModelTest, RandomInsertsAndRemovalsMatchASortedModel) {
@@ -113,6 +137,7 @@ TEST_P(TagModelTest, RandomInsertsAndRemovalsMatchASortedModel) {
         ExpectSeeksLikeModel(tag, model, RandomKey(random, keyLength).substr(0, 1 + i % 3));
     EXPECT_FALSE(tag.Remove("never there", 1));
     ExpectLeavesEncodedAsAWhole(*index, tag);
+    ExpectNeighbourRecordsAlongTheWalk(tag);
 
     // A tag read back from the file by a fresh reader is the same tag.
     index.reset();
