@@ -29,6 +29,9 @@ struct TagPosition {
 class IndexTag {
   public:
     IndexTag(IndexFile& file, std::uint32_t headerOffset, std::string name, KeyKind kind);
+    // The remembered node may be one of its own walk slots: a tag stays where it was made.
+    IndexTag(const IndexTag&) = delete;
+    IndexTag& operator=(const IndexTag&) = delete;
 
     const std::string& name() const { return name_; }
     std::uint32_t headerOffset() const { return headerOffset_; }
