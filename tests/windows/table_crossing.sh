@@ -4,11 +4,13 @@
 # same records, tag orders, tags and check, and both builds write the same bytes. An encrypted
 # table crosses the same way with its password.
 #   table_crossing.sh LINUX_FENNRICK WINDOWS_FENNRICK_EXE   (WINEPREFIX set by the caller)
-set -euo pipefail
+set -Eeuo pipefail
 linux=$1
 windows=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+# A command that fails without a word would otherwise end the script silently.
+trap 'echo "table crossing: failed (status $?) at line $LINENO: $BASH_COMMAND" >&2' ERR
 
 on_linux() { "$linux" "$@"; }
 # Paths go to the Windows program through drive Z:, Wine's view of the Unix root.
