@@ -96,21 +96,21 @@ std::uint64_t ReadLeBytes(const char* p, unsigned count) {
 // copy of a size known only at run time becomes a string instruction here, which takes longer
 // to start than a short key takes to copy.
 void CopyFew(char* to, const char* from, std::size_t n) {
-    if (n >= 16 && n <= 32) {
+    if (n > 32) {
+        std::memcpy(to, from, n);
+    } else if (n >= 16) {
         std::memcpy(to, from, 16);
         std::memcpy(to + n - 16, from + n - 16, 16);
-    } else if (n >= 8 && n < 16) {
+    } else if (n >= 8) {
         std::memcpy(to, from, 8);
         std::memcpy(to + n - 8, from + n - 8, 8);
-    } else if (n >= 4 && n < 8) {
+    } else if (n >= 4) {
         std::memcpy(to, from, 4);
         std::memcpy(to + n - 4, from + n - 4, 4);
-    } else if (n > 0 && n < 4) {
+    } else if (n > 0) {
         to[0] = from[0];
         to[n / 2] = from[n / 2];
         to[n - 1] = from[n - 1];
-    } else if (n > 32) {
-        std::memcpy(to, from, n);
     }
 }
 
@@ -154,10 +154,10 @@ void DecodeLeaf(const char* bytes, IndexNode& node, std::size_t count, const Key
         IndexEntry& entry = node.entries[i];
         entry.record = static_cast<std::uint32_t>(packed & recordMask);
         entry.child = 0;
-        // Written in place: a leaf of a million-record tag decodes tens of thousands of keys.
+        // Written in place: a walk of a million-record tag decodes a million keys.
         entry.key.resize(shape.length);
         char* key = entry.key.data();
-        CopyFew(key, previous != nullptr ? previous->data() : pads, duplicate);
+        if (previous != nullptr) CopyFew(key, previous->data(), duplicate);
         CopyFew(key + duplicate, bytes + keyEnd, stored);
         if (trailing <= sizeof pads)
             CopyFew(key + duplicate + stored, pads, trailing);
