@@ -4,9 +4,8 @@
 // their own, dropped when their statement closes; ROWIDs end in the record number as 8 decimal
 // digits.
 
-#include <random>
-
 #include "backend/frc_database.hpp"
+#include "platform/crypto.hpp"
 
 namespace fnrk::backend {
 
@@ -18,8 +17,7 @@ class CursorTablesInDatabase final : public sql::CursorTables {
   public:
     explicit CursorTablesInDatabase(FRCDatabase& backend) : backend_(backend) {
         // Unique between workstations of one database, whose process numbers may meet.
-        std::random_device seed;
-        prefix_ = "fnrk_cursor_" + std::to_string(seed()) + std::to_string(seed()) + "_";
+        prefix_ = "fnrk_cursor_" + std::to_string(platform::crypto::RandomNumber()) + "_";
     }
     std::string NewName() override { return prefix_ + std::to_string(++next_); }
     void Remove(Handle connection, const std::string& name) override {

@@ -2,6 +2,8 @@
 
 #include "platform/crypto.hpp"
 
+#include <cstring>
+
 namespace fnrk::platform::crypto {
 
 bool EqualInConstantTime(const void* a, const void* b, std::size_t length) {
@@ -10,6 +12,14 @@ bool EqualInConstantTime(const void* a, const void* b, std::size_t length) {
     unsigned char difference = 0;
     for (std::size_t i = 0; i < length; ++i) difference |= left[i] ^ right[i];
     return difference == 0;
+}
+
+std::uint64_t RandomNumber() {
+    unsigned char bytes[sizeof(std::uint64_t)];
+    RandomBytes(bytes, sizeof bytes);
+    std::uint64_t number;
+    std::memcpy(&number, bytes, sizeof number);
+    return number;
 }
 
 void Cleanse(void* data, std::size_t length) {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <random>
 
 #include <fmt/format.h>
 
+#include "platform/crypto.hpp"
 #include "platform/paths.hpp"
 
 namespace fnrk::platform {
@@ -66,20 +66,17 @@ bool CopyFile(std::string_view source, std::string_view target, bool overwrite) 
 }
 
 std::string GetTempName() {
-    static std::mt19937 generator{std::random_device{}()};
-    std::uniform_int_distribution<unsigned> digits(0, 0xFFFFF);
-    return fmt::format("rad{:05X}.tmp", digits(generator));
+    return fmt::format("rad{:05X}.tmp", crypto::RandomNumber() & 0xFFFFF);
 }
 
 std::string CreateTemporaryFolder(std::string_view prefix) {
-    static std::mt19937 generator{std::random_device{}()};
-    std::uniform_int_distribution<unsigned> digits(0, 0xFFFFFF);
     std::error_code error;
     const fs::path temporary = fs::temp_directory_path(error);
     if (error) return {};
     // create_directory answers false for a folder that exists: another name is tried.
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const fs::path folder = temporary / fmt::format("{}{:06X}", prefix, digits(generator));
+        const fs::path folder =
+            temporary / fmt::format("{}{:06X}", prefix, crypto::RandomNumber() & 0xFFFFFF);
         if (fs::create_directory(folder, error)) return folder.string();
         if (error) return {};
     }

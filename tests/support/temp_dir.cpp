@@ -1,18 +1,17 @@
 #include "support/temp_dir.hpp"
 
 #include <fstream>
-#include <random>
 #include <sstream>
 #include <stdexcept>
+
+#include "platform/crypto.hpp"
 
 namespace fnrk::testing {
 
 TempDir::TempDir() {
-    std::random_device seed;
-    std::mt19937_64 generator(seed());
     const auto base = std::filesystem::temp_directory_path();
     for (int attempt = 0; attempt < 100; ++attempt) {
-        auto candidate = base / ("fnrk-test-" + std::to_string(generator()));
+        auto candidate = base / ("fnrk-test-" + std::to_string(platform::crypto::RandomNumber()));
         if (std::filesystem::create_directory(candidate)) {
             path_ = candidate;
             return;
