@@ -77,7 +77,30 @@ void IndexFile::Read(std::uint64_t offset, char* out, std::size_t length) const 
     }
 }
 
+void IndexFile::ReadForWalk(std::uint64_t offset, char* out, bool forward) const {
+    if (offset + kNodeSize <= diskSize_ && !InWalkWindow(offset, kNodeSize))
+        FillWalkWindow(offset, forward);
+    Read(offset, out, kNodeSize);
+}
+
+void IndexFile::FillWalkWindow(std::uint64_t offset, bool forward) const {
+    const std::uint64_t below = std::min<std::uint64_t>(offset, kWalkWindow - kNodeSize);
+    const std::uint64_t start = forward ? offset : offset - below;
+    const std::size_t length = std::min<std::uint64_t>(kWalkWindow, diskSize_ - start);
+    window_.resize(kWalkWindow);
+    windowLength_ = 0;
+    // A short read leaves the window empty: the node's own read then reports it.
+    if (file_.ReadAt(start, window_.data(), length) != length) return;
+    if (mode_.cipher != nullptr) ApplyCipher(start, window_.data(), length);
+    windowStart_ = start;
+    windowLength_ = length;
+}
+
 void IndexFile::ReadFromDisk(std::uint64_t offset, char* out, std::size_t length) const {
+    if (InWalkWindow(offset, length)) {
+        std::memcpy(out, window_.data() + (offset - windowStart_), length);
+        return;
+    }
     if (file_.ReadAt(offset, out, length) != length)
         throw IndexCorrupt("index: cannot read " + path_.filename().string());
     if (mode_.cipher != nullptr) ApplyCipher(offset, out, length);
@@ -157,6 +180,8 @@ void IndexFile::WriteToDisk(std::uint64_t offset, const char* bytes, std::size_t
         ApplyCipher(offset, sealed.data(), length);
         bytes = sealed.data();
     }
+    // The window would go stale; a write that fails may have written part of its bytes.
+    if (offset < windowStart_ + windowLength_ && offset + length > windowStart_) windowLength_ = 0;
     if (!file_.WriteAt(offset, bytes, length)) ThrowErrno("cannot write", path_);
     if (offset + length > diskSize_) diskSize_ = offset + length;
     if (diskSize_ > size_) size_ = diskSize_;
@@ -215,6 +240,7 @@ void IndexFile::Refresh() {
     if (counter == changeCounter_) return;
     changeCounter_ = counter;
     ++generation_;
+    windowLength_ = 0;
     size_ = diskSize_ = file_.Size();
 }
 
@@ -241,14 +267,6 @@ IndexFile::UpdateGuard::UpdateGuard(IndexFile& file) : file_(file) {
 }
 
 IndexFile::UpdateGuard::~UpdateGuard() {
-    file_.Release();
-}
-
-IndexFile::ReadGuard::ReadGuard(IndexFile& file) : file_(file) {
-    file_.Enter(false);
-}
-
-IndexFile::ReadGuard::~ReadGuard() {
     file_.Release();
 }
 

@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "engine/cdx/index_format.hpp"
 #include "engine/crypt/file_cipher.hpp"
@@ -43,6 +44,10 @@ class IndexFile {
 
     // Throws IndexCorrupt when the range lies outside the file.
     void Read(std::uint64_t offset, char* out, std::size_t length) const;
+    // Reads the node at `offset` for a walk going `forward` (or back): the nodes beyond it are
+    // read with it in one read and kept until the file changes, so that a walk over leaves
+    // written one after another reads the file once per kWalkWindow bytes, not once per leaf.
+    void ReadForWalk(std::uint64_t offset, char* out, bool forward) const;
     // Under a guard, written pages are kept and go to the file, in runs of consecutive pages,
     // when the outermost guard ends; reads see them at once. A file that no other process uses
     // keeps them longer, until they fill kHeldPages or WritePending: the pages that every update
@@ -81,8 +86,20 @@ class IndexFile {
     // Holds a shared lock while a reader walks nodes, so that it never sees half an update.
     class ReadGuard {
       public:
-        explicit ReadGuard(IndexFile& file);
-        ~ReadGuard();
+        // Alone on the file there is nothing to lock or to look at: the depth is counted here,
+        // inline, since every step of a walk takes a guard.
+        explicit ReadGuard(IndexFile& file) : file_(file) {
+            if (!file_.mode_.shared && file_.writeFailure_.empty())
+                ++file_.lockDepth_;
+            else
+                file_.Enter(false);
+        }
+        ~ReadGuard() {
+            if (!file_.mode_.shared && !file_.changed_ && file_.pending_.size() < kHeldPages)
+                --file_.lockDepth_;
+            else
+                file_.Release();
+        }
         ReadGuard(const ReadGuard&) = delete;
         ReadGuard& operator=(const ReadGuard&) = delete;
 
@@ -97,6 +114,10 @@ class IndexFile {
     // Starts a guard: the outermost one takes the lock and looks for other processes' changes.
     void Enter(bool exclusive);
     void ReadFromDisk(std::uint64_t offset, char* out, std::size_t length) const;
+    void FillWalkWindow(std::uint64_t offset, bool forward) const;
+    bool InWalkWindow(std::uint64_t offset, std::size_t length) const {
+        return offset >= windowStart_ && offset + length <= windowStart_ + windowLength_;
+    }
     void WriteToDisk(std::uint64_t offset, const char* bytes, std::size_t length);
     // Writes the pages kept under the guard.
     void Flush();
@@ -118,6 +139,11 @@ class IndexFile {
     bool changed_ = false;  // pages were written under the lock now held
     std::map<std::uint64_t, std::array<char, kNodeSize>> pending_;
     std::string writeFailure_;
+    // Bytes of the file as on disk (deciphered) from windowStart_, read ahead for walks.
+    mutable std::vector<char> window_;
+    mutable std::uint64_t windowStart_ = 0;
+    mutable std::size_t windowLength_ = 0;
+    static constexpr std::size_t kWalkWindow = 32 * kNodeSize;
     static constexpr std::size_t kFlushRun = 1 << 20;
     static constexpr std::size_t kHeldPages = 2048;
 };

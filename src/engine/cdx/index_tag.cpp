@@ -72,11 +72,11 @@ IndexNode& IndexTag::Lookup(std::uint32_t offset) {
     return Remember(offset, node);
 }
 
-const IndexNode& IndexTag::Sibling(std::uint32_t offset) {
+const IndexNode& IndexTag::Sibling(std::uint32_t offset, bool forward) {
     if (const IndexNode* node = Remembered(offset)) return *node;
     SyncCache();
     if (IndexNode* known = Known(offset)) return Remember(offset, *known);
-    return ReadIntoWalkSlot(offset);
+    return ReadIntoWalkSlot(offset, forward);
 }
 
 IndexNode* IndexTag::Known(std::uint32_t offset) {
@@ -92,10 +92,10 @@ IndexNode* IndexTag::Known(std::uint32_t offset) {
     return nullptr;
 }
 
-const IndexNode& IndexTag::ReadIntoWalkSlot(std::uint32_t offset) {
+const IndexNode& IndexTag::ReadIntoWalkSlot(std::uint32_t offset, bool forward) {
     CheckNodeOffset(offset);
     char bytes[kNodeSize];
-    file_.Read(offset, bytes, kNodeSize);
+    file_.ReadForWalk(offset, bytes, forward);
     WalkSlot& slot = walkSlots_[nextWalkSlot_];
     nextWalkSlot_ = (nextWalkSlot_ + 1) % kWalkSlots;
     if (lastNode_ == &slot.node) lastNode_ = nullptr;
@@ -404,27 +404,27 @@ TagPosition IndexTag::Find(std::string_view key, std::uint32_t record) {
     return {};
 }
 
-TagPosition IndexTag::Next(TagPosition position) {
+TagPosition IndexTag::NextThroughNodes(TagPosition position) {
     if (!position.valid()) return {};
     const IndexNode* leaf = &Node(position.leaf);
     if (position.index + 1 < leaf->entries.size()) return {position.leaf, position.index + 1};
     for (std::uint32_t right = leaf->right; right != kNoNode; right = leaf->right) {
         if (right == position.leaf) throw IndexCorrupt("tag " + name_ + ": leaf links to itself");
-        leaf = &Sibling(right);
+        leaf = &Sibling(right, true);
         if (!leaf->isLeaf()) throw IndexCorrupt("tag " + name_ + ": leaf links to a non-leaf");
         if (!leaf->entries.empty()) return {right, 0};
     }
     return {};
 }
 
-TagPosition IndexTag::Previous(TagPosition position) {
+TagPosition IndexTag::PreviousThroughNodes(TagPosition position) {
     if (!position.valid()) return {};
     if (position.index > 0) return {position.leaf, position.index - 1};
     const IndexNode* leaf = &Node(position.leaf);
     for (std::uint32_t left = leaf->left; left != kNoNode; left = leaf->left) {
         if (left == position.leaf) throw IndexCorrupt("tag " + name_ + ": leaf links to itself");
         const std::uint32_t current = left;
-        leaf = &Sibling(current);
+        leaf = &Sibling(current, false);
         if (!leaf->isLeaf()) throw IndexCorrupt("tag " + name_ + ": leaf links to a non-leaf");
         if (!leaf->entries.empty()) return {current, leaf->entries.size() - 1};
     }
@@ -438,7 +438,8 @@ const IndexEntry& IndexTag::LookUpEntry(TagPosition position) {
     return leaf.entries[position.index];
 }
 
-std::uint32_t IndexTag::NeighbourRecord(TagPosition position, bool forward, std::size_t distance) {
+std::uint32_t IndexTag::NeighbourRecordThroughNodes(TagPosition position, bool forward,
+                                                    std::size_t distance) {
     if (!position.valid()) return 0;
     const IndexNode* leaf = &Node(position.leaf);
     if (forward && position.index + distance < leaf->entries.size())
@@ -451,7 +452,7 @@ std::uint32_t IndexTag::NeighbourRecord(TagPosition position, bool forward, std:
     const std::uint32_t neighbour = forward ? leaf->right : leaf->left;
     if (neighbour == kNoNode || neighbour == position.leaf) return 0;
     try {
-        leaf = &Sibling(neighbour);
+        leaf = &Sibling(neighbour, forward);
     } catch (const IndexCorrupt&) {
         return 0;
     }

@@ -54,8 +54,17 @@ class IndexTag {
     TagPosition LastNotAbove(std::string_view probe);
     // The entry with exactly this key and record number.
     TagPosition Find(std::string_view key, std::uint32_t record);
-    TagPosition Next(TagPosition position);
-    TagPosition Previous(TagPosition position);
+    // Most steps of a walk stay in the leaf it stands on: those are answered here, inline.
+    TagPosition Next(TagPosition position) {
+        if (const IndexNode* leaf = Remembered(position.leaf);
+            leaf != nullptr && position.valid() && position.index + 1 < leaf->entries.size())
+            return {position.leaf, position.index + 1};
+        return NextThroughNodes(position);
+    }
+    TagPosition Previous(TagPosition position) {
+        if (position.valid() && position.index > 0) return {position.leaf, position.index - 1};
+        return PreviousThroughNodes(position);
+    }
     const IndexEntry& EntryAt(TagPosition position) {
         // A walk asks for entries of the leaf it stands on several times a step.
         if (const IndexNode* leaf = Remembered(position.leaf);
@@ -65,7 +74,17 @@ class IndexTag {
     }
     // The record of the entry `distance` entries from `position`, in its own leaf or the next one
     // (0: none there). A hint for prefetching: a damaged link gives 0, the step there fails.
-    std::uint32_t NeighbourRecord(TagPosition position, bool forward, std::size_t distance);
+    std::uint32_t NeighbourRecord(TagPosition position, bool forward, std::size_t distance) {
+        if (const IndexNode* leaf = Remembered(position.leaf);
+            leaf != nullptr && position.valid()) {
+            const std::size_t count = leaf->entries.size();
+            if (forward && position.index + distance < count)
+                return leaf->entries[position.index + distance].record;
+            if (!forward && position.index >= distance && position.index - distance < count)
+                return leaf->entries[position.index - distance].record;
+        }
+        return NeighbourRecordThroughNodes(position, forward, distance);
+    }
     // More entries than a file of this size can hold: a walk that gets this far is looping.
     std::uint64_t WalkLimit() const;
     // Counts keys by descending the tree; throws IndexCorrupt on cycles.
@@ -135,15 +154,21 @@ class IndexTag {
                    : nullptr;
     }
     const IndexEntry& LookUpEntry(TagPosition position);
+    // The whole rules of Next, Previous and NeighbourRecord, for steps that leave the leaf or
+    // start on one that is not remembered.
+    TagPosition NextThroughNodes(TagPosition position);
+    TagPosition PreviousThroughNodes(TagPosition position);
+    std::uint32_t NeighbourRecordThroughNodes(TagPosition position, bool forward,
+                                              std::size_t distance);
     // Cached() from the map, the walk slots or the file, remembered for the next time.
     IndexNode& Lookup(std::uint32_t offset);
     // The leaf a walk steps onto from its neighbour: from the cache if it is there, otherwise
-    // read into a walk slot.
-    const IndexNode& Sibling(std::uint32_t offset);
+    // read into a walk slot. `forward`: the walk's direction, in which the file is read ahead.
+    const IndexNode& Sibling(std::uint32_t offset, bool forward);
     // The node from the cache or a walk slot; nullptr when neither has it.
     IndexNode* Known(std::uint32_t offset);
     void ForgetWalked(std::uint32_t offset);
-    const IndexNode& ReadIntoWalkSlot(std::uint32_t offset);
+    const IndexNode& ReadIntoWalkSlot(std::uint32_t offset, bool forward);
     IndexNode& Remember(std::uint32_t offset, IndexNode& node);
     // Every removal from the cache goes through these, which forget the remembered node too.
     void ClearCache();
