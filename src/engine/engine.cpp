@@ -39,8 +39,11 @@ Status Engine::Report(Status status, std::string message) {
 cursor::TableCursor* Engine::FindTable(Handle table) {
     // An index handle stands for its table too.
     if (orders_ != nullptr) orders_->FindOrder(table, &table);
+    if (table != 0 && table == lastTable_.handle) return lastTable_.cursor;
     const auto found = tables_.find(table);
-    return found == tables_.end() ? nullptr : found->second.cursor.get();
+    if (found == tables_.end()) return nullptr;
+    lastTable_ = {table, found->second.cursor.get()};
+    return lastTable_.cursor;
 }
 
 // --- connections and global settings
@@ -336,6 +339,7 @@ Status Engine::CloseTable(Handle table) {
     if (found == tables_.end()) return Report(AE_INVALID_TABLE_HANDLE);
     const Status status = found->second.cursor->Flush();
     DetachIndexes(table);
+    if (lastTable_.handle == table) lastTable_ = {};
     tables_.erase(found);
     handleLongs_.erase(table);
     return Report(status);

@@ -66,7 +66,10 @@ class Engine final : public Operations {
     };
 
     // Remembers a failure for GetLastError and returns its status (success passes through).
-    [[nodiscard]] Status Report(Status status, std::string message = {});
+    [[nodiscard]] Status Report(Status status, std::string message);
+    [[nodiscard]] Status Report(Status status) {
+        return status == AE_SUCCESS ? status : Report(status, std::string());
+    }
     // Runs `body(cursor)` on an open table / `body(cursor, field)` on one of its fields by name,
     // reporting a bad handle, an unknown field or the status the body returns.
     template <class Body>
@@ -134,6 +137,12 @@ class Engine final : public Operations {
     cursor::EngineSettings settings_;
     std::map<Handle, Connection> connections_;
     std::map<Handle, OpenedTable> tables_;
+    // The table FindTable found last: every call of a walk asks for the same one.
+    struct LastTable {
+        Handle handle = 0;
+        cursor::TableCursor* cursor = nullptr;
+    };
+    LastTable lastTable_;
     std::map<Handle, std::uint32_t> handleLongs_;
     Handle nextHandle_ = kEngineHandleStart;
     std::uint16_t cachedCursors_ = 0;

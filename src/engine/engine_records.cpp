@@ -1,5 +1,6 @@
 // Engine operations on the records, fields, filters and locks of one open table.
 
+#include <cstring>
 #include <limits>
 
 #include "engine/engine.hpp"
@@ -93,7 +94,7 @@ Status Engine::Navigate(Handle object, OnIndex onIndex, OnTable onTable) {
     if (order::IndexOrder* order = Orders().FindOrder(object)) {
         std::string problem;
         const Status status = OnOrder(*order, onIndex, &problem);
-        return Report(status, problem);
+        return status == AE_SUCCESS ? status : Report(status, std::move(problem));
     }
     return WithTable(object, onTable);
 }
@@ -173,7 +174,13 @@ Status Engine::IsRecordVisible(Handle object, bool& visible) {
 
 Status Engine::GetRecord(Handle table, std::string& record) {
     return WithTable(table, [&](cursor::TableCursor* cursor) -> Status {
-        return (record = cursor->CurrentRecordBytes(), AE_SUCCESS);
+        const std::string_view bytes = cursor->CurrentRecordBytes();
+        // A caller reading record after record hands in a string of the same length each time.
+        if (record.size() == bytes.size())
+            std::memcpy(record.data(), bytes.data(), bytes.size());
+        else
+            record = bytes;
+        return AE_SUCCESS;
     });
 }
 

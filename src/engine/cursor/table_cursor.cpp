@@ -35,13 +35,6 @@ bool TableCursor::Passes(const char* record, std::uint32_t recno) {
     return filter_->EvaluateLogical(context);
 }
 
-bool TableCursor::IsVisible() {
-    if (atEof_) return false;
-    // Nothing to test: the record is not read (a seek often never reads it at all).
-    if (settings_.showDeleted && !gate_ && !filter_) return true;
-    return Passes(CurrentRecord(), record_);
-}
-
 std::uint32_t TableCursor::Seek(std::uint32_t from, int step) {
     const std::uint32_t count = file_.recordCount();
     for (std::uint32_t recno = from; recno >= 1 && recno <= count; recno += step) {
@@ -184,8 +177,7 @@ Status TableCursor::BeginEdit() {
     return AE_SUCCESS;
 }
 
-Status TableCursor::Commit() {
-    if (!dirty_) return AE_SUCCESS;
+Status TableCursor::WriteEdit() {
     std::string before = file_.BlankRecord();
     if (!appended_) {
         const char* old = file_.ReadRecord(record_);

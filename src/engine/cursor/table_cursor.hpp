@@ -49,11 +49,16 @@ class TableCursor final : public RecordFunctions {
     [[nodiscard]] Status Append();
     [[nodiscard]] Status SetDeleted(bool deleted);
     bool IsDeleted() { return CurrentRecord()[0] == '*'; }
-    bool IsVisible();
+    bool IsVisible() {
+        if (atEof_) return false;
+        // Nothing to test: the record is not read (a seek often never reads it at all).
+        if (settings_.showDeleted && !gate_ && !filter_) return true;
+        return Passes(CurrentRecord(), record_);
+    }
     std::string_view CurrentRecordBytes() { return {CurrentRecord(), header().recordLength}; }
     [[nodiscard]] Status SetRecord(std::string_view bytes);
-    // Writes pending changes of the current record.
-    [[nodiscard]] Status Commit();
+    // Writes pending changes of the current record (every move asks first).
+    [[nodiscard]] Status Commit() { return dirty_ ? WriteEdit() : AE_SUCCESS; }
     [[nodiscard]] Status Count(bool respectFilters, std::uint32_t& count);
 
     // --- fields (names in any letter case)
@@ -84,6 +89,7 @@ class TableCursor final : public RecordFunctions {
     [[nodiscard]] Status Flush();
 
   private:
+    [[nodiscard]] Status WriteEdit();
     const char* CurrentRecord();
     bool Passes(const char* record, std::uint32_t recno);
     // First visible record from `from` stepping by `step` (+1 / -1), or 0.

@@ -72,14 +72,12 @@ cdx::TagPosition IndexOrder::Here() {
     const std::uint32_t record = table_.recordNumber();
     if (landed_ && record != 0 && tag_.keys && landed_->record == record &&
         landed_->version == indexTag().version()) {
-        // The entry is the record's own when the record still has that key: then a search
+        // The tag is as it was at the landing (same version): the entry there is still the one
+        // landed on. It is the record's own when the record still has that key: then a search
         // would find that very entry. Anything else (a key held twice) is Current()'s to judge.
         // Alone on the table, every change of a key went through this tag and changed its
         // version: the record's key needs no second look.
-        const cdx::IndexEntry& entry = indexTag().EntryAt(landed_->at);
-        if (entry.record == record && entry.key == landed_->key &&
-            (table_.file().exclusive() || StillHasLandedKey(record)))
-            return landed_->at;
+        if (table_.file().exclusive() || StillHasLandedKey(record)) return landed_->at;
     }
     return Current();
 }
@@ -106,9 +104,9 @@ bool IndexOrder::CurrentRecordInScope() {
 }
 
 cdx::TagPosition IndexOrder::Settle(TagPosition at, int direction) {
+    const std::uint64_t limit = indexTag().WalkLimit();
     for (std::uint64_t steps = 0; at.valid(); at = Step(at, direction)) {
-        if (++steps > indexTag().WalkLimit())
-            throw cdx::IndexCorrupt("tag " + indexTag().name() + " loops");
+        if (++steps > limit) throw cdx::IndexCorrupt("tag " + indexTag().name() + " loops");
         const cdx::IndexEntry& entry = indexTag().EntryAt(at);
         if (!InScope(entry.key)) return {};
         const std::uint32_t record = entry.record;

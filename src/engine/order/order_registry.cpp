@@ -12,6 +12,7 @@ TableOrders& OrderRegistry::Attach(Handle table, cursor::TableCursor& cursor,
 }
 
 void OrderRegistry::Detach(Handle table) {
+    last_ = {};
     std::erase_if(orders_, [&](const auto& entry) { return entry.second.table == table; });
     auto found = tables_.find(table);
     if (found == tables_.end()) return;
@@ -30,16 +31,15 @@ Handle OrderRegistry::HandleOf(Handle table, OpenTag* tag, Handle& nextHandle) {
     TableOrders* orders = FindTable(table);
     if (orders == nullptr || tag == nullptr) return 0;
     const Handle handle = nextHandle++;
+    last_ = {};
     orders_[handle] =
         IndexEntry{table, std::make_unique<IndexOrder>(orders->indexes->table(), *tag)};
     return handle;
 }
 
-IndexOrder* OrderRegistry::FindOrder(Handle index, Handle* table) {
+void OrderRegistry::LookUp(Handle index) {
     const auto found = orders_.find(index);
-    if (found == orders_.end()) return nullptr;
-    if (table != nullptr) *table = found->second.table;
-    return found->second.order.get();
+    last_ = {index, found == orders_.end() ? nullptr : &found->second};
 }
 
 std::vector<Handle> OrderRegistry::HandlesOf(Handle table, Handle& nextHandle) {
@@ -53,6 +53,7 @@ std::vector<Handle> OrderRegistry::HandlesOf(Handle table, Handle& nextHandle) {
 
 void OrderRegistry::Prune(Handle table) {
     TableOrders* orders = FindTable(table);
+    last_ = {};
     std::erase_if(orders_, [&](const auto& entry) {
         if (entry.second.table != table) return false;
         if (orders == nullptr) return true;

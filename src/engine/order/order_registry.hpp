@@ -29,19 +29,33 @@ class OrderRegistry {
     // The handle of a tag's order, made on first request from `nextHandle`.
     Handle HandleOf(Handle table, OpenTag* tag, Handle& nextHandle);
     // The order behind an index handle and the table it belongs to, or null.
-    IndexOrder* FindOrder(Handle index, Handle* table = nullptr);
+    IndexOrder* FindOrder(Handle index, Handle* table = nullptr) {
+        if (index == 0 || index != last_.handle) LookUp(index);
+        if (last_.entry == nullptr) return nullptr;
+        if (table != nullptr) *table = last_.entry->table;
+        return last_.entry->order.get();
+    }
     // Handles of the table's tags, in tag order.
     std::vector<Handle> HandlesOf(Handle table, Handle& nextHandle);
     // Drops handles whose tags are gone (their file was closed or rebuilt without them).
     void Prune(Handle table);
 
   private:
+    void LookUp(Handle index);
+
     struct IndexEntry {
         Handle table = 0;
         std::unique_ptr<IndexOrder> order;
     };
     std::map<Handle, TableOrders> tables_;
     std::map<Handle, IndexEntry> orders_;
+    // The last handle FindOrder was asked for and its entry (null: not an index handle). A walk
+    // asks for the same handle several times a step; every change to orders_ clears it.
+    struct LastLookup {
+        Handle handle = 0;
+        IndexEntry* entry = nullptr;
+    };
+    LastLookup last_;
 };
 
 }  // namespace fnrk::engine::order

@@ -370,7 +370,13 @@ TEST_F(EngineRecords, DisconnectDropsTheTablesAndOrdersOfItsConnectionOnly) {
     ASSERT_EQ(engine.CreateIndex(dropped, "", "CODE", "CODE", "", "", ADS_COMPOUND, droppedOrder),
               AE_SUCCESS);
 
+    // Used last before the disconnect: a handle remembered from its last use must go with it.
+    bool eof = false;
+    ASSERT_EQ(engine.GotoTop(droppedOrder), AE_SUCCESS);
+    ASSERT_EQ(engine.AtEOF(droppedOrder, eof), AE_SUCCESS);
     ASSERT_EQ(engine.Disconnect(other), AE_SUCCESS);
+    EXPECT_NE(engine.Skip(droppedOrder, 1), AE_SUCCESS);
+    EXPECT_EQ(engine.AtEOF(dropped, eof), AE_INVALID_TABLE_HANDLE);
     std::string name;
     EXPECT_NE(engine.GetIndexName(droppedOrder, name), AE_SUCCESS);
     EXPECT_NE(engine.GetTableAlias(dropped, name), AE_SUCCESS);
@@ -378,6 +384,31 @@ TEST_F(EngineRecords, DisconnectDropsTheTablesAndOrdersOfItsConnectionOnly) {
     EXPECT_EQ(name, "CODE");
     EXPECT_EQ(engine.GotoTop(keptOrder), AE_SUCCESS);
     // The engine ends with the kept table still open: nothing of the dropped one may be touched.
+}
+
+TEST_F(EngineRecords, HandlesClosedRightAfterUseAreRefused) {
+    const Handle table = StockWith(3);
+    Handle index = 0;
+    ASSERT_EQ(engine.CreateIndex(table, "", "CODE", "CODE", "", "", ADS_COMPOUND, index),
+              AE_SUCCESS);
+    bool eof = false;
+    ASSERT_EQ(engine.GotoTop(index), AE_SUCCESS);
+    ASSERT_EQ(engine.AtEOF(index, eof), AE_SUCCESS);
+    ASSERT_EQ(engine.CloseIndex(index), AE_SUCCESS);
+    EXPECT_EQ(engine.Skip(index, 1), AE_INVALID_TABLE_HANDLE);
+    EXPECT_EQ(engine.AtEOF(index, eof), AE_INVALID_TABLE_HANDLE);
+    ASSERT_EQ(engine.Skip(table, 1), AE_SUCCESS);
+    EXPECT_EQ(Recno(table), 2u);
+
+    ASSERT_EQ(engine.AtEOF(table, eof), AE_SUCCESS);
+    ASSERT_EQ(engine.CloseTable(table), AE_SUCCESS);
+    EXPECT_EQ(engine.AtEOF(table, eof), AE_INVALID_TABLE_HANDLE);
+    EXPECT_EQ(engine.Skip(table, 1), AE_INVALID_TABLE_HANDLE);
+    // A table opened after it gets a handle of its own, found at once.
+    const Handle reopened = Open("stock");
+    EXPECT_NE(reopened, table);
+    ASSERT_EQ(engine.GotoTop(reopened), AE_SUCCESS);
+    EXPECT_EQ(Recno(reopened), 1u);
 }
 
 }  // namespace
