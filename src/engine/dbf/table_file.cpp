@@ -205,7 +205,7 @@ void TableFile::ReleaseView() {
     viewRefused_ = false;
 }
 
-const char* TableFile::ReadRecord(std::uint32_t record) {
+const char* TableFile::ReadRecordElsewhere(std::uint32_t record) {
     if (record < 1 || record > header_.recordCount || locked()) return nullptr;
     if (const char* mapped = MappedRecord(record)) return mapped;
     const std::size_t length = header_.recordLength;

@@ -69,7 +69,17 @@ class TableFile {
 
     // The bytes of record `record` (1..recordCount), valid until the next call on this object.
     // nullptr when the record cannot be read.
-    const char* ReadRecord(std::uint32_t record);
+    const char* ReadRecord(std::uint32_t record) {
+        // Alone on a plain file, a record the mapping holds and no write keeps back is read
+        // where it lies (checked here, inline: a walk reads a record every step).
+        if (exclusive_ && cipher_ == nullptr && record >= 1 && record <= header_.recordCount) {
+            const std::uint64_t offset = RecordOffset(record);
+            if (offset + header_.recordLength <= view_.size() &&
+                !file_.Keeps(offset, header_.recordLength) && !locked())
+                return view_.data() + offset;
+        }
+        return ReadRecordElsewhere(record);
+    }
     // Hints that record `record` will be read soon: where it is mapped, the processor starts
     // bringing it in while the caller goes on.
     void Prefetch(std::uint32_t record) const {
@@ -150,6 +160,8 @@ class TableFile {
                                        std::unordered_map<std::uint32_t, std::uint32_t>& moved,
                                        std::string& message);
     static void StampUpdateDate(TableHeader& header);
+    // ReadRecord's whole rule: the mapping (made or grown here), the recent blocks, the file.
+    const char* ReadRecordElsewhere(std::uint32_t record);
     // Record `record` read straight from the file's mapping, or nullptr where the read-ahead
     // window and the recent blocks serve it.
     const char* MappedRecord(std::uint32_t record);

@@ -22,10 +22,6 @@ cdx::TagPosition IndexOrder::LogicalLast() {
     return descending() ? indexTag().First() : indexTag().Last();
 }
 
-cdx::TagPosition IndexOrder::Step(TagPosition at, int direction) {
-    return (direction > 0) != descending() ? indexTag().Next(at) : indexTag().Previous(at);
-}
-
 cdx::TagPosition IndexOrder::FirstFrom(std::string_view probe) {
     return descending() ? indexTag().LastNotAbove(probe) : indexTag().LowerBound(probe);
 }

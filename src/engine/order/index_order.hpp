@@ -55,7 +55,9 @@ class IndexOrder {
     bool descending() { return indexTag().header().descending; }
     cdx::TagPosition LogicalFirst();
     cdx::TagPosition LogicalLast();
-    cdx::TagPosition Step(cdx::TagPosition at, int direction);
+    cdx::TagPosition Step(cdx::TagPosition at, int direction) {
+        return (direction > 0) != descending() ? indexTag().Next(at) : indexTag().Previous(at);
+    }
     // First entry (in tag order) whose key is not before the probe / last one not after it.
     cdx::TagPosition FirstFrom(std::string_view probe);
     cdx::TagPosition LastUpTo(std::string_view probe);

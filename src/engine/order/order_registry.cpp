@@ -12,7 +12,7 @@ TableOrders& OrderRegistry::Attach(Handle table, cursor::TableCursor& cursor,
 }
 
 void OrderRegistry::Detach(Handle table) {
-    last_ = {};
+    Forget();
     std::erase_if(orders_, [&](const auto& entry) { return entry.second.table == table; });
     auto found = tables_.find(table);
     if (found == tables_.end()) return;
@@ -31,15 +31,20 @@ Handle OrderRegistry::HandleOf(Handle table, OpenTag* tag, Handle& nextHandle) {
     TableOrders* orders = FindTable(table);
     if (orders == nullptr || tag == nullptr) return 0;
     const Handle handle = nextHandle++;
-    last_ = {};
+    Forget();
     orders_[handle] =
         IndexEntry{table, std::make_unique<IndexOrder>(orders->indexes->table(), *tag)};
     return handle;
 }
 
-void OrderRegistry::LookUp(Handle index) {
+bool OrderRegistry::LookUp(Handle index) {
     const auto found = orders_.find(index);
-    last_ = {index, found == orders_.end() ? nullptr : &found->second};
+    if (found == orders_.end()) {
+        lastMissed_ = index;
+        return false;
+    }
+    last_ = {index, &found->second};
+    return true;
 }
 
 std::vector<Handle> OrderRegistry::HandlesOf(Handle table, Handle& nextHandle) {
@@ -53,7 +58,7 @@ std::vector<Handle> OrderRegistry::HandlesOf(Handle table, Handle& nextHandle) {
 
 void OrderRegistry::Prune(Handle table) {
     TableOrders* orders = FindTable(table);
-    last_ = {};
+    Forget();
     std::erase_if(orders_, [&](const auto& entry) {
         if (entry.second.table != table) return false;
         if (orders == nullptr) return true;

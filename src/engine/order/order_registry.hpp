@@ -30,8 +30,8 @@ class OrderRegistry {
     Handle HandleOf(Handle table, OpenTag* tag, Handle& nextHandle);
     // The order behind an index handle and the table it belongs to, or null.
     IndexOrder* FindOrder(Handle index, Handle* table = nullptr) {
-        if (index == 0 || index != last_.handle) LookUp(index);
-        if (last_.entry == nullptr) return nullptr;
+        if (index == 0 || index == lastMissed_) return nullptr;
+        if (index != last_.handle && !LookUp(index)) return nullptr;
         if (table != nullptr) *table = last_.entry->table;
         return last_.entry->order.get();
     }
@@ -41,7 +41,12 @@ class OrderRegistry {
     void Prune(Handle table);
 
   private:
-    void LookUp(Handle index);
+    // Remembers the handle's entry in last_, or the handle in lastMissed_ when it has none.
+    bool LookUp(Handle index);
+    void Forget() {
+        last_ = {};
+        lastMissed_ = 0;
+    }
 
     struct IndexEntry {
         Handle table = 0;
@@ -49,13 +54,15 @@ class OrderRegistry {
     };
     std::map<Handle, TableOrders> tables_;
     std::map<Handle, IndexEntry> orders_;
-    // The last handle FindOrder was asked for and its entry (null: not an index handle). A walk
-    // asks for the same handle several times a step; every change to orders_ clears it.
+    // The last index handle FindOrder found and its entry, and the last handle it did not find:
+    // a walk asks for its index handle and its table handle several times a step. Every change
+    // to orders_ clears both.
     struct LastLookup {
         Handle handle = 0;
         IndexEntry* entry = nullptr;
     };
     LastLookup last_;
+    Handle lastMissed_ = 0;
 };
 
 }  // namespace fnrk::engine::order
