@@ -28,8 +28,8 @@ start_wineserver
 trap stop_wineserver EXIT
 
 echo "== x86_64 test suite under wine64"
-# A failed test is run once more: a test that passes on every run here has failed once under
-# Wine on a loaded machine. The first attempt's output stays in the log; failing twice fails.
+# A failed test is run once more: a test that passed on every run here has failed once under
+# Wine in CI. The first attempt's output stays in the log; failing twice fails.
 (cd "$top/build-windows-x86_64" &&
     ctest --output-on-failure -j "$(nproc)" --timeout 600 --repeat until-pass:2)
 

@@ -40,7 +40,7 @@ void Pbkdf2Sha256(std::string_view password, const unsigned char* salt, std::siz
 // Bytes from the system's cryptographic random generator.
 void RandomBytes(unsigned char* out, std::size_t length);
 // A number from the same generator. Used instead of std::random_device, whose MinGW build reads
-// the processor's RDSEED/RDRAND and gives up when they run dry under load.
+// the processor's RDSEED/RDRAND and throws when they fail.
 std::uint64_t RandomNumber();
 
 using Md5Digest = std::array<unsigned char, 16>;
